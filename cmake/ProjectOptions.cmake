@@ -1,0 +1,29 @@
+# What every target of this project compiles with; none of it reaches a consumer.
+option(WARNINGS_AS_ERRORS "Treat compiler warnings as errors" ON)
+set(SANITIZE "" CACHE STRING "Sanitizers to build with, for example address,undefined")
+
+find_program(CCACHE_PROGRAM ccache)
+if(CCACHE_PROGRAM AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+  # Paths relative to the source and debug information without the build folder: every clone shares one cache.
+  set(CMAKE_CXX_COMPILER_LAUNCHER "${CMAKE_COMMAND}" -E env CCACHE_SLOPPINESS=pch_defines,time_macros
+      "CCACHE_BASEDIR=${CMAKE_SOURCE_DIR}" CCACHE_NOHASHDIR=1 "${CCACHE_PROGRAM}")
+endif()
+
+function(project_options target)
+  target_compile_options(${target} PRIVATE -Wall -Wextra -Wshadow -Wconversion)
+  if(WARNINGS_AS_ERRORS)
+    target_compile_options(${target} PRIVATE -Werror)
+  endif()
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # Unique symbols would pin a library in the process for ever.
+    target_compile_options(${target} PRIVATE -fno-gnu-unique)
+  elseif(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+    # A precompiled header is compared by content, which is what ccache needs.
+    target_compile_options(${target} PRIVATE "SHELL:-Xclang -fno-pch-timestamp")
+  endif()
+  if(SANITIZE)
+    target_compile_options(${target} PRIVATE -fsanitize=${SANITIZE} -fno-omit-frame-pointer)
+    target_link_options(${target} PRIVATE -fsanitize=${SANITIZE})
+  endif()
+  target_compile_definitions(${target} PRIVATE BOOST_LOG_DYN_LINK)
+endfunction()
