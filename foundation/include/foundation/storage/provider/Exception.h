@@ -1,0 +1,32 @@
+#pragma once
+
+#include <stdexcept>
+
+#include "foundation/core/except/Exception.h"
+#include "foundation/storage/provider/ErrorCode.h"
+#include "foundation/storage/provider/StorageIRI.h"
+
+namespace foundation::storage::provider {
+
+/// The error that a storage back end reports about a location.
+///
+/// what() reads "NotFound: java://mount/name". Catchable as IException, std::runtime_error, std::exception and
+/// boost::exception, but never as IInternalException. Copyable, so it can travel in a std::exception_ptr.
+class FOUNDATION_API Exception
+    : public core::except::Exception<core::except::IException, std::runtime_error, ErrorCode> {
+public:
+    Exception(const ErrorCode& code, const StorageIRI& location);
+    Exception(const Exception&) = default;
+    Exception& operator=(const Exception&) = default;
+    ~Exception() noexcept override;
+
+    [[nodiscard]] ErrorCode code() const noexcept { return m_code; }
+    /// The location concerned; empty when the back end named none.
+    [[nodiscard]] const StorageIRI& location() const noexcept { return m_location; }
+
+private:
+    ErrorCode m_code;
+    StorageIRI m_location;
+};
+
+}  // namespace foundation::storage::provider

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <boost/date_time/posix_time/posix_time_types.hpp>
+
+namespace foundation::storage::provider {
+
+/// The basic metadata of a folder. An immutable value.
+class FolderAttributes {
+public:
+    FolderAttributes(const boost::posix_time::ptime& lastModified, bool writable)
+        : m_lastModified(lastModified), m_writable(writable) {}
+
+    /// UTC.
+    [[nodiscard]] const boost::posix_time::ptime& lastModified() const noexcept { return m_lastModified; }
+    [[nodiscard]] bool writable() const noexcept { return m_writable; }
+
+private:
+    boost::posix_time::ptime m_lastModified;
+    bool m_writable;
+};
+
+}  // namespace foundation::storage::provider

@@ -1,0 +1,398 @@
+#pragma once
+
+#include <boost/date_time/posix_time/posix_time_types.hpp>
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "foundation/Export.h"
+#include "foundation/storage/provider/ByteStream.h"
+#include "foundation/storage/provider/ByteStreamOpenOptions.h"
+#include "foundation/storage/provider/ChangeCallback.h"
+#include "foundation/storage/provider/EntryType.h"
+#include "foundation/storage/provider/Exception.h"
+#include "foundation/storage/provider/ExtendedAttributes.h"
+#include "foundation/storage/provider/ExtendedFeature.h"
+#include "foundation/storage/provider/FileAttributes.h"
+#include "foundation/storage/provider/FilenameSensitivity.h"
+#include "foundation/storage/provider/FolderAttributes.h"
+#include "foundation/storage/provider/IFolderEntryIterator.h"
+#include "foundation/storage/provider/PathComparator.h"
+#include "foundation/storage/provider/ProviderCacheUsage.h"
+#include "foundation/storage/provider/ProviderStorageInfo.h"
+#include "foundation/storage/provider/ReplacementPolicy.h"
+#include "foundation/storage/provider/StorageIRI.h"
+#include "foundation/storage/provider/TransactionalStream.h"
+
+namespace foundation::storage::provider {
+
+/// A storage back end: files and folders named by locations.
+///
+/// Callers use the public operations; a back end overrides the protected `do…` operations, whose slot order is fixed
+/// and never changes. Operations that can be made of others have a default here; the rest of the defaults throw
+/// Exception with NotSupported and the location.
+///
+/// Unless an operation says otherwise: it may be called from any thread, several at once; it blocks until the back end
+/// has answered; it throws Exception with the code named by case, Unavailable when the back end cannot be reached, and
+/// an IInternalException when the machinery between fails. After an error nothing has changed. No operation may run
+/// while the provider is destroyed.
+class FOUNDATION_API IProvider {
+public:
+    virtual ~IProvider();
+
+    IProvider(const IProvider&) = delete;
+    IProvider& operator=(const IProvider&) = delete;
+
+    // ---- files and folders ----
+
+    /// Creates an empty file. AlreadyExists if a file or folder is there, NotFound if its folder is missing,
+    /// NotAFolder if a file stands in the folder's place, AccessDenied if the back end refuses.
+    void createFile(const StorageIRI& location) const { doCreateFile(location); }
+
+    /// Creates one folder. Fails like createFile().
+    void createFolder(const StorageIRI& location) const { doCreateFolder(location); }
+
+    /// Creates a folder and every missing folder above it; a folder that exists is no error. NotAFolder if a file
+    /// stands in the way. After an error the folders created so far stay.
+    void createFolderRecursive(const StorageIRI& location) const { doCreateFolderRecursive(location); }
+
+    /// Whether a file is there; false for a folder and for nothing.
+    [[nodiscard]] bool fileExists(const StorageIRI& location) const { return doFileExists(location); }
+
+    /// Whether a folder is there; false for a file and for nothing.
+    [[nodiscard]] bool folderExists(const StorageIRI& location) const { return doFolderExists(location); }
+
+    /// Whether a file or a folder is there.
+    [[nodiscard]] bool exists(const StorageIRI& location) const { return doExists(location); }
+
+    /// What is there; empty for nothing.
+    [[nodiscard]] std::optional<EntryType> existsExtended(const StorageIRI& location) const {
+        return doExistsExtended(location);
+    }
+
+    /// Removes a file. NotFound if nothing is there, NotAFile for a folder.
+    void removeFile(const StorageIRI& location) const { doRemoveFile(location); }
+
+    /// Removes an empty folder. NotFound if nothing is there, NotAFolder for a file, FolderNotEmpty if it has children.
+    void removeFolder(const StorageIRI& location) const { doRemoveFolder(location); }
+
+    /// Removes a folder with all it holds. NotFound if nothing is there, NotAFolder for a file. After an error a part
+    /// of the contents may be gone.
+    void removeFolderRecursive(const StorageIRI& location) const { doRemoveFolderRecursive(location); }
+
+    /// Moves or renames a file. NotFound if the source or the destination's folder is missing, NotAFile if the source
+    /// is a folder, AlreadyExists if something is at the destination that `policy` keeps.
+    void moveFile(const StorageIRI& source, const StorageIRI& destination,
+                  ReplacementPolicy policy = ReplacementPolicy::KeepExisting) const {
+        doMoveFile(source, destination, policy);
+    }
+
+    /// Moves or renames a folder with all it holds. Fails like moveFile(), with NotAFolder if the source is a file;
+    /// InvalidLocation if the destination lies inside the source.
+    void moveFolder(const StorageIRI& source, const StorageIRI& destination,
+                    ReplacementPolicy policy = ReplacementPolicy::KeepExisting) const {
+        doMoveFolder(source, destination, policy);
+    }
+
+    /// Copies a file's bytes, and nothing but the bytes: the copy has its own time of modification and attributes.
+    ///
+    /// NotFound if the source or the destination's folder is missing, NotAFile if the source is a folder, NotAFolder if
+    /// a file stands in the place of the destination's folder, AlreadyExists if something is at the destination that
+    /// `policy` keeps, AccessDenied if the destination may not be written, InUse if it is open elsewhere, StorageFull.
+    /// A folder at the destination is replaced as moveFile() does it. A copy of a file onto itself changes nothing, and
+    /// is AlreadyExists for KeepExisting.
+    ///
+    /// A file that is replaced is written in place. After an error while bytes were on their way it holds the beginning
+    /// of the new content and the old content is lost; a destination that was not there before is removed again.
+    void copyFile(const StorageIRI& source, const StorageIRI& destination,
+                  ReplacementPolicy policy = ReplacementPolicy::KeepExisting) const {
+        doCopyFile(source, destination, policy);
+    }
+
+    /// Copies a file's bytes so that the destination holds its old content or the whole new one at any time, after an
+    /// error too. Fails like copyFile().
+    ///
+    /// The default writes a new file with a temporary, hidden name (`.name.….tmp`) in the destination's folder and
+    /// moves it into place: as atomic as the back end's moveFile(). What it replaces goes as a whole, its attributes
+    /// included. The temporary file is removed after an error; when the process or the storage dies meanwhile it stays
+    /// behind.
+    void copyFileAtomic(const StorageIRI& source, const StorageIRI& destination,
+                        ReplacementPolicy policy = ReplacementPolicy::KeepExisting) const {
+        doCopyFileAtomic(source, destination, policy);
+    }
+
+    // ---- metadata ----
+
+    /// NotFound if nothing is there, NotAFile for a folder.
+    [[nodiscard]] FileAttributes getFileAttributes(const StorageIRI& location) const {
+        return doGetFileAttributes(location);
+    }
+
+    /// NotFound if nothing is there, NotAFolder for a file.
+    [[nodiscard]] FolderAttributes getFolderAttributes(const StorageIRI& location) const {
+        return doGetFolderAttributes(location);
+    }
+
+    /// Named metadata beyond the basic attributes; empty where there is none. NotFound if nothing is there.
+    [[nodiscard]] ExtendedAttributes getExtendedAttributes(const StorageIRI& location) const {
+        return doGetExtendedAttributes(location);
+    }
+
+    /// The storage that holds the location.
+    [[nodiscard]] ProviderStorageInfo getProviderStorageInfo(const StorageIRI& location) const {
+        return doGetProviderStorageInfo(location);
+    }
+
+    /// Sets the time of last modification (UTC) of a file or folder. NotFound if nothing is there.
+    void setLastModified(const StorageIRI& location, const boost::posix_time::ptime& lastModified) const {
+        doSetLastModified(location, lastModified);
+    }
+
+    /// Allows or forbids writing to a file. NotSupported unless the back end has the feature WritableFlag.
+    void setWritable(const StorageIRI& location, bool writable) const { doSetWritable(location, writable); }
+
+    /// Makes a file `size` bytes long: cuts it, or adds zeros. NotFound if nothing is there, NotAFile for a folder,
+    /// AccessDenied for a file that may not be written, StorageFull. After an error the file is as it was.
+    ///
+    /// The default replaces the file by a changed copy, as copyFileAtomic() does, and leaves a file alone that has the
+    /// size already.
+    void truncateToSize(const StorageIRI& location, std::uint64_t size) const { doTruncateToSize(location, size); }
+
+    // ---- streams ----
+
+    /// Opens a file's bytes for reading and writing. NotFound if the file is missing and the options do not create it,
+    /// NotAFile for a folder, AccessDenied for a file that may not be written, InUse if it cannot be shared.
+    [[nodiscard]] std::unique_ptr<ByteStream> openByteStream(const StorageIRI& location,
+                                                             const ByteStreamOpenOptions& options = {}) const {
+        return doOpenByteStream(location, options);
+    }
+
+    /// Opens a file's bytes for reading. NotFound if nothing is there, NotAFile for a folder.
+    [[nodiscard]] std::unique_ptr<ByteStream> openReadOnlyByteStream(const StorageIRI& location) const {
+        return doOpenReadOnlyByteStream(location);
+    }
+
+    /// Opens a stream for reading and writing whose writes replace the file's content on commit alone. It starts with
+    /// the present content, at position 0; a missing file starts empty and is there after the commit.
+    ///
+    /// NotAFile for a folder, NotFound if the file's folder is missing, AccessDenied for a file that may not be
+    /// written.
+    ///
+    /// The default copies the content to a temporary file beside the file, as copyFileAtomic() does, and moves that
+    /// over the file on commit. What others write to the file meanwhile is replaced, so of two transactions the last
+    /// commit wins. Such a stream uses the provider and must not outlive it. For errors of a commit see
+    /// TransactionalStream.
+    [[nodiscard]] std::unique_ptr<TransactionalStream> openTransactionalStream(const StorageIRI& location) const {
+        return doOpenTransactionalStream(location);
+    }
+
+    /// The same, with the uncommitted bytes kept at `scratch`, from where the back end can move a file to the location.
+    /// AlreadyExists if something is at `scratch`, NotFound if its folder is missing, InvalidLocation if it is the
+    /// location itself.
+    [[nodiscard]] std::unique_ptr<TransactionalStream> openTransactionalStreamAtScratchLocation(
+        const StorageIRI& location, const StorageIRI& scratch) const {
+        return doOpenTransactionalStreamAtScratchLocation(location, scratch);
+    }
+
+    // ---- listings: NotFound if nothing is there, NotAFolder for a file ----
+    //
+    // The order is the back end's. `wildcards` is a pattern as the class Wildcards reads it. A listing is taken when it
+    // is asked for; the recursive ones take each folder's listing when its turn comes.
+    //
+    // Recursive listings name an entry by its path below the folder and give each folder before what it holds; their
+    // wildcards apply to the last name of the path, and folders are walked whether they fit or not. A folder that is
+    // gone when its turn comes is passed over. One that cannot be listed, or lies more than 2048 folders deep (links
+    // may form a loop), makes advance() throw; the walk goes on behind it if advance() is called again. At a time the
+    // listings along one path are in memory, never the tree. Such an iterator, and its clones, use the provider and
+    // must not outlive it.
+
+    [[nodiscard]] std::unique_ptr<IFolderEntryIterator> listAll(const StorageIRI& folder) const {
+        return doListAll(folder);
+    }
+    [[nodiscard]] std::unique_ptr<IFolderEntryIterator> listAll(const StorageIRI& folder,
+                                                                const std::u16string& wildcards) const {
+        return doListAllWildcards(folder, wildcards);
+    }
+    [[nodiscard]] std::unique_ptr<IFolderEntryIterator> listFiles(const StorageIRI& folder) const {
+        return doListFiles(folder);
+    }
+    [[nodiscard]] std::unique_ptr<IFolderEntryIterator> listFiles(const StorageIRI& folder,
+                                                                  const std::u16string& wildcards) const {
+        return doListFilesWildcards(folder, wildcards);
+    }
+    [[nodiscard]] std::unique_ptr<IFolderEntryIterator> listFolders(const StorageIRI& folder) const {
+        return doListFolders(folder);
+    }
+    [[nodiscard]] std::unique_ptr<IFolderEntryIterator> listFolders(const StorageIRI& folder,
+                                                                    const std::u16string& wildcards) const {
+        return doListFoldersWildcards(folder, wildcards);
+    }
+    [[nodiscard]] std::unique_ptr<IFolderNameIterator> listAllNamesOnly(const StorageIRI& folder) const {
+        return doListAllNamesOnly(folder);
+    }
+    [[nodiscard]] std::unique_ptr<IFolderNameIterator> listAllNamesOnly(const StorageIRI& folder,
+                                                                        const std::u16string& wildcards) const {
+        return doListAllNamesOnlyWildcards(folder, wildcards);
+    }
+    [[nodiscard]] std::unique_ptr<IFolderNameIterator> listFoldersNamesOnly(const StorageIRI& folder) const {
+        return doListFoldersNamesOnly(folder);
+    }
+    [[nodiscard]] std::unique_ptr<IFolderNameIterator> listFoldersNamesOnly(const StorageIRI& folder,
+                                                                            const std::u16string& wildcards) const {
+        return doListFoldersNamesOnlyWildcards(folder, wildcards);
+    }
+    [[nodiscard]] std::unique_ptr<IFolderNameIterator> listFilesNamesOnly(const StorageIRI& folder) const {
+        return doListFilesNamesOnly(folder);
+    }
+    [[nodiscard]] std::unique_ptr<IFolderNameIterator> listFilesNamesOnly(const StorageIRI& folder,
+                                                                          const std::u16string& wildcards) const {
+        return doListFilesNamesOnlyWildcards(folder, wildcards);
+    }
+    [[nodiscard]] std::unique_ptr<IFolderEntryIterator> listAllRecursive(const StorageIRI& folder) const {
+        return doListAllRecursive(folder);
+    }
+    [[nodiscard]] std::unique_ptr<IFolderEntryIterator> listAllRecursive(const StorageIRI& folder,
+                                                                         const std::u16string& wildcards) const {
+        return doListAllRecursiveWildcards(folder, wildcards);
+    }
+    [[nodiscard]] std::unique_ptr<IFolderNameIterator> listAllRecursiveNamesOnly(const StorageIRI& folder) const {
+        return doListAllRecursiveNamesOnly(folder);
+    }
+    [[nodiscard]] std::unique_ptr<IFolderNameIterator> listAllRecursiveNamesOnly(
+        const StorageIRI& folder, const std::u16string& wildcards) const {
+        return doListAllRecursiveNamesOnlyWildcards(folder, wildcards);
+    }
+
+    // ---- change events ----
+
+    /// Starts sending change events for a location to the callback. `context` is the host's own and is handed through;
+    /// `onParent` is 1 when asked on behalf of a child, else 0.
+    void startChangeNotification(const StorageIRI& location, const ChangeCallback& callback,
+                                 const void* context = nullptr, std::int32_t onParent = 0) const {
+        doStartChangeNotification(location, callback, context, onParent);
+    }
+
+    /// Starts sending change events for the folder that holds the location.
+    void startChangeNotificationOnParent(const StorageIRI& location, const ChangeCallback& callback,
+                                         const void* context = nullptr) const {
+        doStartChangeNotificationOnParent(location, callback, context);
+    }
+
+    /// Asks for no more events for the location. One that is under way may still arrive.
+    void stopChangeNotification(const StorageIRI& location) const { doStopChangeNotification(location); }
+
+    /// Sends change events by comparing listings every `interval`, for back ends that cannot tell by themselves.
+    /// NotSupported unless the back end brings its own.
+    void startChangePollingMechanism(const StorageIRI& location, const ChangeCallback& callback,
+                                     std::chrono::milliseconds interval) const {
+        doStartChangePollingMechanism(location, callback, interval);
+    }
+
+    /// Ends the comparing; returns when no callback of it runs any more. NotSupported like its start.
+    void stopChangePollingMechanism(const StorageIRI& location) const { doStopChangePollingMechanism(location); }
+
+    // ---- the provider itself ----
+
+    /// Whether the provider can do more than the basic operations.
+    [[nodiscard]] bool hasFeature(ExtendedFeature feature) const { return doHasFeature(feature); }
+
+    /// How the back end tells locations apart. By default the normalized texts are compared unit by unit, so that
+    /// letter case counts.
+    [[nodiscard]] PathComparator getPathComparator() const { return doGetPathComparator(); }
+
+    /// The one spelling of a location that all its aliases share. By default the normalized location, which knows
+    /// nothing of links; nothing has to be there, and nothing is asked of the back end.
+    [[nodiscard]] StorageIRI getCanonicalLocation(const StorageIRI& location) const {
+        return doGetCanonicalLocation(location);
+    }
+
+    /// Whether the back end tells letter case apart below the location. NotSupported unless the back end says.
+    [[nodiscard]] FilenameSensitivity getFilenameSensitivity(const StorageIRI& location) const {
+        return doGetFilenameSensitivity(location);
+    }
+
+    /// What the provider's cache holds. NotSupported without a cache.
+    [[nodiscard]] ProviderCacheUsage getProviderCacheUsage() const { return doGetProviderCacheUsage(); }
+
+    /// Tells the provider that the host is about to end. Does nothing unless the back end needs it.
+    void shutdown() { doShutdown(); }
+
+protected:
+    IProvider() = default;
+
+    // The slot order: 0 is the destructor; each of the following takes the next number. Append, never insert.
+    virtual void doCreateFile(const StorageIRI& location) const = 0;
+    virtual void doCreateFolder(const StorageIRI& location) const = 0;
+    virtual void doCreateFolderRecursive(const StorageIRI& location) const;
+    virtual bool doFileExists(const StorageIRI& location) const = 0;
+    virtual bool doFolderExists(const StorageIRI& location) const = 0;
+    virtual void doRemoveFile(const StorageIRI& location) const = 0;
+    virtual void doMoveFile(const StorageIRI& source, const StorageIRI& destination,
+                            const ReplacementPolicy& policy) const = 0;
+    virtual void doRemoveFolder(const StorageIRI& location) const = 0;
+    virtual void doRemoveFolderRecursive(const StorageIRI& location) const = 0;
+    virtual void doMoveFolder(const StorageIRI& source, const StorageIRI& destination,
+                              const ReplacementPolicy& policy) const = 0;
+    virtual FileAttributes doGetFileAttributes(const StorageIRI& location) const = 0;
+    virtual FolderAttributes doGetFolderAttributes(const StorageIRI& location) const = 0;
+    virtual std::unique_ptr<ByteStream> doOpenByteStream(const StorageIRI& location,
+                                                         const ByteStreamOpenOptions& options) const = 0;
+    virtual std::unique_ptr<ByteStream> doOpenReadOnlyByteStream(const StorageIRI& location) const = 0;
+    virtual std::unique_ptr<TransactionalStream> doOpenTransactionalStream(const StorageIRI& location) const;
+    virtual std::unique_ptr<TransactionalStream> doOpenTransactionalStreamAtScratchLocation(
+        const StorageIRI& location, const StorageIRI& scratch) const;
+    virtual std::unique_ptr<IFolderEntryIterator> doListAll(const StorageIRI& folder) const = 0;
+    virtual std::unique_ptr<IFolderEntryIterator> doListAllWildcards(const StorageIRI& folder,
+                                                                     const std::u16string& wildcards) const;
+    virtual std::unique_ptr<IFolderEntryIterator> doListFiles(const StorageIRI& folder) const = 0;
+    virtual std::unique_ptr<IFolderEntryIterator> doListFilesWildcards(const StorageIRI& folder,
+                                                                       const std::u16string& wildcards) const;
+    virtual std::unique_ptr<IFolderEntryIterator> doListFolders(const StorageIRI& folder) const = 0;
+    virtual std::unique_ptr<IFolderEntryIterator> doListFoldersWildcards(const StorageIRI& folder,
+                                                                         const std::u16string& wildcards) const;
+    virtual std::unique_ptr<IFolderNameIterator> doListAllNamesOnly(const StorageIRI& folder) const;
+    virtual std::unique_ptr<IFolderNameIterator> doListAllNamesOnlyWildcards(const StorageIRI& folder,
+                                                                             const std::u16string& wildcards) const;
+    virtual std::unique_ptr<IFolderNameIterator> doListFoldersNamesOnly(const StorageIRI& folder) const;
+    virtual std::unique_ptr<IFolderNameIterator> doListFoldersNamesOnlyWildcards(const StorageIRI& folder,
+                                                                                 const std::u16string& wildcards) const;
+    virtual std::unique_ptr<IFolderNameIterator> doListFilesNamesOnly(const StorageIRI& folder) const;
+    virtual std::unique_ptr<IFolderNameIterator> doListFilesNamesOnlyWildcards(const StorageIRI& folder,
+                                                                               const std::u16string& wildcards) const;
+    virtual std::unique_ptr<IFolderEntryIterator> doListAllRecursive(const StorageIRI& folder) const;
+    virtual std::unique_ptr<IFolderEntryIterator> doListAllRecursiveWildcards(const StorageIRI& folder,
+                                                                              const std::u16string& wildcards) const;
+    virtual std::unique_ptr<IFolderNameIterator> doListAllRecursiveNamesOnly(const StorageIRI& folder) const;
+    virtual std::unique_ptr<IFolderNameIterator> doListAllRecursiveNamesOnlyWildcards(
+        const StorageIRI& folder, const std::u16string& wildcards) const;
+    virtual void doCopyFile(const StorageIRI& source, const StorageIRI& destination,
+                            const ReplacementPolicy& policy) const;
+    virtual void doCopyFileAtomic(const StorageIRI& source, const StorageIRI& destination,
+                                  const ReplacementPolicy& policy) const;
+    virtual void doSetLastModified(const StorageIRI& location, const boost::posix_time::ptime& lastModified) const = 0;
+    virtual void doSetWritable(const StorageIRI& location, bool writable) const;
+    virtual void doStartChangeNotification(const StorageIRI& location, const ChangeCallback& callback,
+                                           const void* context, std::int32_t onParent) const = 0;
+    virtual void doStartChangeNotificationOnParent(const StorageIRI& location, const ChangeCallback& callback,
+                                                   const void* context) const = 0;
+    virtual void doStopChangeNotification(const StorageIRI& location) const = 0;
+    virtual void doStartChangePollingMechanism(const StorageIRI& location, const ChangeCallback& callback,
+                                               std::chrono::milliseconds interval) const;
+    virtual void doStopChangePollingMechanism(const StorageIRI& location) const;
+    virtual bool doHasFeature(const ExtendedFeature& feature) const = 0;
+    virtual PathComparator doGetPathComparator() const;
+    virtual StorageIRI doGetCanonicalLocation(const StorageIRI& location) const;
+    virtual FilenameSensitivity doGetFilenameSensitivity(const StorageIRI& location) const;
+    virtual void doShutdown();
+    virtual bool doExists(const StorageIRI& location) const;
+    virtual std::optional<EntryType> doExistsExtended(const StorageIRI& location) const;
+    virtual ExtendedAttributes doGetExtendedAttributes(const StorageIRI& location) const = 0;
+    virtual ProviderStorageInfo doGetProviderStorageInfo(const StorageIRI& location) const = 0;
+    virtual void doTruncateToSize(const StorageIRI& location, std::uint64_t size) const;
+    virtual ProviderCacheUsage doGetProviderCacheUsage() const;
+};
+
+}  // namespace foundation::storage::provider

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <memory>
+
+#include "foundation/Export.h"
+#include "foundation/storage/provider/IProvider.h"
+
+namespace foundation::storage::provider {
+
+/// Makes the providers of one kind of location. The slot order is fixed: destructor, createProvider, getRootIri.
+class FOUNDATION_API PhysicalProviderFactory {
+public:
+    virtual ~PhysicalProviderFactory();
+
+    /// A new provider each time; nothing is cached. Safe from any thread.
+    [[nodiscard]] virtual std::shared_ptr<IProvider> createProvider() const = 0;
+
+    /// The location below which all of the factory's locations lie, for example `java://`.
+    [[nodiscard]] virtual StorageIRI getRootIri() const = 0;
+
+    PhysicalProviderFactory(const PhysicalProviderFactory&) = delete;
+    PhysicalProviderFactory& operator=(const PhysicalProviderFactory&) = delete;
+
+protected:
+    PhysicalProviderFactory() = default;
+};
+
+}  // namespace foundation::storage::provider

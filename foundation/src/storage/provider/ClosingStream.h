@@ -1,0 +1,44 @@
+#pragma once
+
+#include <memory>
+#include <utility>
+
+#include "foundation/storage/provider/ByteStream.h"
+
+namespace foundation::storage::provider::detail {
+
+/// Owns a stream and closes it at the end of its scope, which destroying a stream does not do by itself.
+class ClosingStream final {
+public:
+    explicit ClosingStream(std::unique_ptr<ByteStream> stream) noexcept : m_stream(std::move(stream)) {}
+    ClosingStream(ClosingStream&&) noexcept = default;
+    ClosingStream& operator=(ClosingStream&&) = delete;
+    ~ClosingStream() { closeSilently(); }
+
+    /// False once the stream has been closed.
+    [[nodiscard]] bool isOpen() const noexcept { return m_stream != nullptr; }
+
+    [[nodiscard]] ByteStream& operator*() const noexcept { return *m_stream; }
+    [[nodiscard]] ByteStream* operator->() const noexcept { return m_stream.get(); }
+
+    /// Closes the stream and reports what could not be written. The stream counts as closed either way.
+    void close() {
+        if (const auto stream = std::move(m_stream)) {
+            stream->close();
+        }
+    }
+
+    /// Closes a stream whose bytes do not matter: it was only read, or what was written is given up.
+    void closeSilently() noexcept {
+        try {
+            close();
+        } catch (...) {
+            // Nothing is lost that anybody waits for, and an error may be on its way already.
+        }
+    }
+
+private:
+    std::unique_ptr<ByteStream> m_stream;
+};
+
+}  // namespace foundation::storage::provider::detail
