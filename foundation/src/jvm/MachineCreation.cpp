@@ -1,0 +1,103 @@
+#include "jvm/MachineCreation.h"
+
+#include <pthread.h>
+
+#include <memory>
+#include <system_error>
+#include <utility>
+
+#include "jvm/Failure.h"
+#include "jvm/MachineHooks.h"
+#include "jvm/ThreadEnvironment.h"
+
+namespace storage::jvm::detail {
+
+namespace {
+
+/// What a program's first thread has by custom; the machine's own start needs a fraction of it.
+constexpr std::size_t CreatorStack = 8 * 1024 * 1024;
+
+/// One call of JNI_CreateJavaVM with all that it reads. Owned in common by the thread that makes it and the one that
+/// waits: a thread that the machine never lets go keeps its share for ever.
+struct Attempt {
+    CreateJavaVM* create = nullptr;
+    std::vector<std::string> texts;
+    std::vector<JavaVMOption> options;
+    jint error = JNI_OK;
+    JavaVM* vm = nullptr;
+};
+
+std::shared_ptr<Attempt> prepare(CreateJavaVM* create, const std::vector<std::string>& options) {
+    auto attempt = std::make_shared<Attempt>();
+    attempt->create = create;
+    attempt->texts = options;
+    attempt->options = hookOptions();
+    for (std::string& text : attempt->texts) {
+        attempt->options.push_back({text.data(), nullptr});
+    }
+    return attempt;
+}
+
+/// Makes the machine, and leaves it at once: the thread that made it is no other than any that attaches.
+void run(Attempt& attempt) {
+    JavaVMInitArgs arguments{};
+    arguments.version = JniVersion;
+    arguments.nOptions = static_cast<jint>(attempt.options.size());
+    arguments.options = attempt.options.data();
+    arguments.ignoreUnrecognized = JNI_FALSE;
+    void* env = nullptr;
+    attempt.error = attempt.create(&attempt.vm, &env, &arguments);
+    if (attempt.error == JNI_OK) {
+        detachThread(attempt.vm, static_cast<JNIEnv*>(env));
+    }
+    reportReturn();
+}
+
+void* runOnThread(void* share) {
+    const std::unique_ptr<std::shared_ptr<Attempt>> attempt(static_cast<std::shared_ptr<Attempt>*>(share));
+    run(**attempt);
+    return nullptr;
+}
+
+/// A thread with a stack of a known size, whatever the process's limit makes of the default.
+pthread_t startThread(const std::shared_ptr<Attempt>& attempt) {
+    auto share = std::make_unique<std::shared_ptr<Attempt>>(attempt);
+    pthread_attr_t attributes;
+    pthread_attr_init(&attributes);
+    pthread_attr_setstacksize(&attributes, CreatorStack);
+    pthread_t thread{};
+    const int error = pthread_create(&thread, &attributes, runOnThread, share.get());
+    pthread_attr_destroy(&attributes);
+    if (error != 0) {
+        fail("No thread for the Java virtual machine: " + std::generic_category().message(error));
+    }
+    static_cast<void>(share.release());  // the thread owns it now
+    return thread;
+}
+
+std::string asOneLine(const std::string& text) {
+    std::string line;
+    for (const char letter : text) {
+        line += letter == '\n' ? std::string("; ") : std::string(1, letter);
+    }
+    const std::size_t first = line.find_first_not_of("; ");
+    const std::size_t last = line.find_last_not_of("; ");
+    return first == std::string::npos ? "" : line.substr(first, last - first + 1);
+}
+
+}  // namespace
+
+CreationResult createMachine(CreateJavaVM* create, const std::vector<std::string>& options) {
+    const std::shared_ptr<Attempt> attempt = prepare(create, options);
+    beginCreation();
+    const pthread_t thread = startThread(attempt);
+    if (awaitCreation() == CreationState::Ended) {
+        pthread_detach(thread);
+        return {nullptr, asOneLine(creationOutput()), JNI_ERR, /*endedItself=*/true};
+    }
+    pthread_join(thread, nullptr);
+    JavaVM* const vm = attempt->error == JNI_OK ? attempt->vm : nullptr;
+    return {vm, asOneLine(creationOutput()), attempt->error, /*endedItself=*/false};
+}
+
+}  // namespace storage::jvm::detail

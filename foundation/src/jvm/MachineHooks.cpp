@@ -1,0 +1,127 @@
+#include "jvm/MachineHooks.h"
+
+#include <pthread.h>
+#include <signal.h>
+#include <unistd.h>
+
+#include <condition_variable>
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+#include <mutex>
+
+namespace storage::jvm::detail {
+
+namespace {
+
+constexpr std::size_t LongestOutput = 16 * 1024;
+
+/// What the hooks, the creating thread and the waiting one share.
+struct Creation {
+    std::mutex mutex;
+    std::condition_variable changed;
+    CreationState state = CreationState::Idle;
+    std::string output;
+};
+
+/// Never destroyed: the machine calls its hooks until the very end of the process.
+Creation& creation() {
+    static auto& only = *new Creation;
+    return only;
+}
+
+bool leaveCreating(CreationState next) {
+    Creation& shared = creation();
+    const std::lock_guard lock(shared.mutex);
+    if (shared.state != CreationState::Creating) {
+        return false;
+    }
+    shared.state = next;
+    shared.changed.notify_all();
+    return true;
+}
+
+/// Holds the calling thread for ever. The machine expects not to come back from the end of the process, so its thread
+/// can neither return nor be unwound; the host's signals go to other threads.
+[[noreturn]] void park() {
+    sigset_t all;
+    sigfillset(&all);
+    pthread_sigmask(SIG_BLOCK, &all, nullptr);
+    for (;;) {
+        pause();
+    }
+}
+
+void keep(const char* format, va_list arguments, std::size_t length) {
+    Creation& shared = creation();
+    const std::lock_guard lock(shared.mutex);
+    if (shared.state != CreationState::Creating || shared.output.size() + length > LongestOutput) {
+        return;
+    }
+    std::vector<char> text(length + 1);
+    std::vsnprintf(text.data(), text.size(), format, arguments);
+    shared.output.append(text.data(), length);
+}
+
+/// The machine's print function. Its log files come along here as well and are written as they should be.
+jint JNICALL print(std::FILE* stream, const char* format, va_list arguments) {
+    if (stream != stdout && stream != stderr) {
+        return std::vfprintf(stream, format, arguments);
+    }
+    va_list measured;
+    va_copy(measured, arguments);
+    const int length = std::vsnprintf(nullptr, 0, format, measured);
+    va_end(measured);
+    if (length > 0) {
+        keep(format, arguments, static_cast<std::size_t>(length));
+    }
+    return length;
+}
+
+/// Called in place of exit(): by a start that fails, later by System.exit().
+void JNICALL exitProcess(jint code) {
+    if (leaveCreating(CreationState::Ended)) {
+        park();
+    }
+    std::exit(code);
+}
+
+/// Called before abort() or exit(1): by a start that fails, later by a machine that crashes; returning lets it happen.
+void JNICALL abortProcess() {
+    if (leaveCreating(CreationState::Ended)) {
+        park();
+    }
+}
+
+JavaVMOption hook(const char* name, void* function) { return {const_cast<char*>(name), function}; }
+
+}  // namespace
+
+std::vector<JavaVMOption> hookOptions() {
+    return {hook("vfprintf", reinterpret_cast<void*>(print)), hook("exit", reinterpret_cast<void*>(exitProcess)),
+            hook("abort", reinterpret_cast<void*>(abortProcess))};
+}
+
+void beginCreation() {
+    Creation& shared = creation();
+    const std::lock_guard lock(shared.mutex);
+    shared.state = CreationState::Creating;
+    shared.output.clear();
+}
+
+void reportReturn() { leaveCreating(CreationState::Returned); }
+
+CreationState awaitCreation() {
+    Creation& shared = creation();
+    std::unique_lock lock(shared.mutex);
+    shared.changed.wait(lock, [&] { return shared.state != CreationState::Creating; });
+    return shared.state;
+}
+
+std::string creationOutput() {
+    Creation& shared = creation();
+    const std::lock_guard lock(shared.mutex);
+    return shared.output;
+}
+
+}  // namespace storage::jvm::detail

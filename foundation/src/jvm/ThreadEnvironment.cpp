@@ -1,0 +1,31 @@
+#include "jvm/ThreadEnvironment.h"
+
+#include "jvm/Failure.h"
+
+namespace storage::jvm::detail {
+
+JNIEnv* attachedEnv(JavaVM* vm) noexcept {
+    void* env = nullptr;
+    return vm->GetEnv(&env, JniVersion) == JNI_OK ? static_cast<JNIEnv*>(env) : nullptr;
+}
+
+JNIEnv* findEnv(JavaVM* vm) {
+    void* env = nullptr;
+    const jint result = vm->GetEnv(&env, JniVersion);
+    if (result == JNI_OK) {
+        return static_cast<JNIEnv*>(env);
+    }
+    if (result == JNI_EDETACHED) {
+        return nullptr;
+    }
+    fail("The Java virtual machine gives no JNI environment: " + describeJniError(result));
+}
+
+jint detachThread(JavaVM* vm, JNIEnv* env) noexcept {
+    if (env->ExceptionCheck() == JNI_TRUE) {
+        env->ExceptionClear();
+    }
+    return vm->DetachCurrentThread();
+}
+
+}  // namespace storage::jvm::detail
