@@ -1,0 +1,93 @@
+package com.corvallen.storage.provider;
+
+/**
+ * A failure that a back end reports on purpose: a code, and the location it concerns.
+ *
+ * <p>The host receives the code and the location. The message and the cause stay in Java, for logs and debuggers. Any
+ * other exception that leaves a back end is treated as a programming error of the back end, so everything foreseen is
+ * reported with this class or a subclass of it.
+ *
+ * <p>The code comes from an enum, so its number is always 0 to 11; the two getters the host calls are final and never
+ * throw, so a subclass cannot change that.
+ */
+public class ProviderException extends Exception {
+    private static final long serialVersionUID = 1L;
+
+    /** The code; never null. */
+    private final ErrorCode errorCode;
+
+    /** The text of the location; may be null. */
+    private final String locationText;
+
+    /**
+     * Makes an exception whose message is made of the code and the location.
+     *
+     * @param errorCode why it failed; {@code null} counts as {@link ErrorCode#UNKNOWN}, so that a mistake in reporting
+     *     does not hide the failure itself
+     * @param location what it concerns, or {@code null} if no location is concerned
+     */
+    public ProviderException(ErrorCode errorCode, StorageURI location) {
+        this(errorCode, location, null, null);
+    }
+
+    /**
+     * Makes an exception with a message of its own.
+     *
+     * @param errorCode why it failed; {@code null} counts as {@link ErrorCode#UNKNOWN}
+     * @param location what it concerns, or {@code null}
+     * @param message what to tell a reader of logs; {@code null} for one made of the code and the location
+     */
+    public ProviderException(ErrorCode errorCode, StorageURI location, String message) {
+        this(errorCode, location, message, null);
+    }
+
+    /**
+     * Makes an exception with a message and the exception that led to it.
+     *
+     * @param errorCode why it failed; {@code null} counts as {@link ErrorCode#UNKNOWN}
+     * @param location what it concerns, or {@code null}
+     * @param message what to tell a reader of logs; {@code null} for one made of the code and the location
+     * @param cause what led to it, or {@code null}
+     */
+    public ProviderException(ErrorCode errorCode, StorageURI location, String message, Throwable cause) {
+        super(message != null ? message : describe(errorCode, location), cause);
+        this.errorCode = orUnknown(errorCode);
+        this.locationText = location == null ? null : location.getText();
+    }
+
+    /**
+     * Returns why it failed.
+     *
+     * @return the code, never {@code null}
+     */
+    public final ErrorCode getErrorCode() {
+        return errorCode;
+    }
+
+    /**
+     * Returns the number of {@link #getErrorCode()}, which is what the host is told. Called by the native side.
+     *
+     * @return 0 to 11
+     */
+    public final int getErrorCodeNumber() {
+        return errorCode.getNumber();
+    }
+
+    /**
+     * Returns the text of the location concerned, as the host gave it. Called by the native side.
+     *
+     * @return the text, or {@code null} if no location is concerned
+     */
+    public final String getLocationString() {
+        return locationText;
+    }
+
+    private static ErrorCode orUnknown(ErrorCode code) {
+        return code == null ? ErrorCode.UNKNOWN : code;
+    }
+
+    private static String describe(ErrorCode code, StorageURI location) {
+        String name = orUnknown(code).name();
+        return location == null ? name : name + ": " + location;
+    }
+}
