@@ -1,0 +1,45 @@
+package com.corvallen.storage.backend.nio;
+
+import com.corvallen.storage.provider.FileAttributes;
+import com.corvallen.storage.provider.FolderAttributes;
+import com.corvallen.storage.provider.ProviderException;
+import java.io.IOException;
+import java.nio.file.Files;
+import java.nio.file.NoSuchFileException;
+import java.nio.file.attribute.FileTime;
+
+/** Reads and sets the basic attributes. */
+final class Attributes {
+    private Attributes() {}
+
+    static FileAttributes ofFile(Found found) throws ProviderException {
+        found.requireFile();
+        return new FileAttributes(found.attributes.size(), lastModified(found), isWritable(found));
+    }
+
+    static FolderAttributes ofFolder(Found found) throws ProviderException {
+        found.requireFolder();
+        return new FolderAttributes(lastModified(found), isWritable(found));
+    }
+
+    /** An archive has no entry for its root, and says that the root is missing. */
+    static void setLastModified(Found found, long millis) throws IOException {
+        try {
+            Files.setLastModifiedTime(found.path, FileTime.fromMillis(millis));
+        } catch (NoSuchFileException e) {
+            if (Files.exists(found.path)) {
+                throw new UnsupportedOperationException("the root of this storage has no time that can be set");
+            }
+            throw e;
+        }
+    }
+
+    private static long lastModified(Found found) {
+        return Times.millisOf(found.attributes.lastModifiedTime());
+    }
+
+    /** The system is asked, since permissions alone know neither read-only disks nor the superuser. */
+    private static boolean isWritable(Found found) {
+        return Files.isWritable(found.path);
+    }
+}

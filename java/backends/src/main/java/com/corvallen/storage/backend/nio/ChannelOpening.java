@@ -1,0 +1,123 @@
+package com.corvallen.storage.backend.nio;
+
+import com.corvallen.storage.provider.ErrorCode;
+import com.corvallen.storage.provider.ProviderChannel;
+import com.corvallen.storage.provider.ProviderException;
+import com.corvallen.storage.provider.StorageURI;
+import java.io.IOException;
+import java.nio.channels.FileChannel;
+import java.nio.channels.SeekableByteChannel;
+import java.nio.file.Files;
+import java.nio.file.OpenOption;
+import java.nio.file.Path;
+import java.nio.file.StandardOpenOption;
+import java.util.Set;
+
+/** Opens files. */
+final class ChannelOpening {
+    private static final Set<OpenOption> READ = Set.of(StandardOpenOption.READ);
+    private static final Set<OpenOption> READ_WRITE = Set.of(StandardOpenOption.READ, StandardOpenOption.WRITE);
+
+    private final StorageURI location;
+    private final Mount mount;
+    private final ChannelSet set;
+    private final ContentCache cache;
+
+    ChannelOpening(StorageURI location, Mount mount, ChannelSet set, ContentCache cache) {
+        this.location = location;
+        this.mount = mount;
+        this.set = set;
+        this.cache = cache;
+    }
+
+    ProviderChannel forReading() throws IOException, ProviderException {
+        Found found = find(/* create= */ false);
+        OpenFiles.Use use = begin(found, OpenFiles.Mode.READ);
+        try {
+            SeekableByteChannel channel = cache.open(found, () -> open(found.path, READ));
+            return channel(channel, use, /* writable= */ false);
+        } catch (IOException | RuntimeException | ProviderException e) {
+            use.close();
+            throw e;
+        }
+    }
+
+    ProviderChannel forWriting(boolean create, boolean truncate, boolean exclusive)
+            throws IOException, ProviderException {
+        Found found = find(create);
+        OpenFiles.Use use = begin(found, exclusive ? OpenFiles.Mode.EXCLUSIVE : OpenFiles.Mode.WRITE);
+        try {
+            cache.drop(found.path);
+            return channel(openForWriting(found, truncate, exclusive), use, /* writable= */ true);
+        } catch (IOException | RuntimeException | ProviderException e) {
+            use.close();
+            throw e;
+        }
+    }
+
+    private Found find(boolean create) throws IOException, ProviderException {
+        Path path = mount.follow(location);
+        if (EntryKind.of(path) == EntryKind.MISSING) {
+            new Entry(location, path, mount).requireParentFolder();
+            if (create) {
+                Creation.createIfMissing(path);
+            }
+        }
+        Found found = Found.at(location, mount).requireFile();
+        if (found.attributes.isOther()) {
+            // To open a pipe blocks until someone opens its other end, and a device does as it likes.
+            throw failure(ErrorCode.NOT_SUPPORTED, "is neither a file nor a folder");
+        }
+        return found;
+    }
+
+    private OpenFiles.Use begin(Found found, OpenFiles.Mode mode) throws ProviderException {
+        OpenFiles.Use use = OpenFiles.begin(found, mode);
+        if (use == null) {
+            throw failure(ErrorCode.IN_USE, "is open already");
+        }
+        return use;
+    }
+
+    /** Empties the file last, when nothing can refuse it any more. */
+    private SeekableByteChannel openForWriting(Found found, boolean truncate, boolean exclusive)
+            throws IOException, ProviderException {
+        SeekableByteChannel channel = open(found.path, READ_WRITE);
+        try {
+            if (!ProcessLock.obtain(channel, found.fileSystem(), exclusive)) {
+                throw failure(ErrorCode.IN_USE, "is locked by another process");
+            }
+            if (truncate) {
+                channel.truncate(0);
+            }
+            return channel;
+        } catch (IOException | RuntimeException | ProviderException e) {
+            channel.close();
+            throw e;
+        }
+    }
+
+    /** A zip archive's plain channels for writing begin with an empty file, whatever is there; file channels do not. */
+    private static SeekableByteChannel open(Path path, Set<OpenOption> options) throws IOException {
+        try {
+            return FileChannel.open(path, options);
+        } catch (UnsupportedOperationException e) {
+            return Files.newByteChannel(path, options);
+        }
+    }
+
+    private ProviderChannel channel(SeekableByteChannel channel, OpenFiles.Use use, boolean writable)
+            throws ProviderException {
+        OpenFile file = new OpenFile(channel, use, set);
+        if (!set.add(file)) {
+            throw failure(ErrorCode.UNAVAILABLE, "belongs to a provider that is disposed of");
+        }
+        NioChannel result = new NioChannel(location, file, writable);
+        ChannelSet.releaseWith(result, file);
+        return result;
+    }
+
+    private ProviderException failure(ErrorCode code, String what) {
+        return new ProviderException(code, location, location + " " + what);
+    }
+}

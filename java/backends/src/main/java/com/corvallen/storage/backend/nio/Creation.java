@@ -1,0 +1,52 @@
+package com.corvallen.storage.backend.nio;
+
+import com.corvallen.storage.provider.ProviderException;
+import java.io.IOException;
+import java.nio.channels.FileChannel;
+import java.nio.file.FileAlreadyExistsException;
+import java.nio.file.Files;
+import java.nio.file.Path;
+import java.nio.file.StandardOpenOption;
+
+/** Creates files and folders, exclusively: what has the name already stays as it is, a link that leads nowhere too. */
+final class Creation {
+    private Creation() {}
+
+    static void createFile(Entry entry) throws IOException, ProviderException {
+        create(entry, () -> Files.createFile(entry.path));
+    }
+
+    static void createFolder(Entry entry) throws IOException, ProviderException {
+        create(entry, () -> Files.createDirectory(entry.path));
+    }
+
+    private static void create(Entry entry, IoAction action) throws IOException, ProviderException {
+        if (entry.isRoot()) {
+            throw new FileAlreadyExistsException(entry.path.toString());
+        }
+        entry.requireParentFolder();
+        if (FileSystemTraits.createsExclusively(entry.fileSystem())) {
+            action.run();
+            return;
+        }
+        FileSystemLocks.locked(entry.fileSystem(), () -> {
+            if (EntryKind.isTaken(entry.path)) {
+                throw new FileAlreadyExistsException(entry.path.toString());
+            }
+            action.run();
+        });
+    }
+
+    /** Creates an empty file unless one is there; through a link that leads nowhere, the one that it names. */
+    static void createIfMissing(Path path) throws IOException, ProviderException {
+        if (FileSystemTraits.createsExclusively(path.getFileSystem())) {
+            FileChannel.open(path, StandardOpenOption.CREATE, StandardOpenOption.WRITE).close();
+            return;
+        }
+        FileSystemLocks.locked(path.getFileSystem(), () -> {
+            if (!EntryKind.isTaken(path)) {
+                Files.createFile(path);
+            }
+        });
+    }
+}

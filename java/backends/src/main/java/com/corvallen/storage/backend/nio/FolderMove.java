@@ -1,0 +1,99 @@
+package com.corvallen.storage.backend.nio;
+
+import com.corvallen.storage.provider.ErrorCode;
+import com.corvallen.storage.provider.ProviderException;
+import java.io.IOException;
+import java.nio.file.Path;
+
+/**
+ * Moves a folder. A folder that is replaced is set aside first, comes back if the move fails, and is removed last, so
+ * that at every moment both contents exist whole under some name.
+ */
+final class FolderMove {
+    private FolderMove() {}
+
+    static void move(Entry source, Entry target, boolean replace) throws IOException, ProviderException {
+        source.requireFolder();
+        source.requireNotRoot();
+        if (source.path.equals(target.path)) {
+            return;
+        }
+        requireApart(source, target);
+        target.requireParentFolder();
+        boolean occupied = requireRoom(target, replace);
+        Transfers.requireMovable(source);
+        source.requireNotPinned();
+        target.requireNotPinned();
+        if (occupied) {
+            moveInPlaceOf(source.path, target);
+        } else {
+            complete(source.path, FolderTransfer.transfer(source.path, target.path));
+        }
+    }
+
+    /** Paths of different zip archives compare as if they were of one. */
+    private static void requireApart(Entry source, Entry target) throws ProviderException {
+        if (!source.fileSystem().equals(target.fileSystem())) {
+            return;
+        }
+        if (target.path.startsWith(source.path)) {
+            throw target.failure(ErrorCode.INVALID_LOCATION, "lies inside the folder to be moved");
+        }
+        if (source.path.startsWith(target.path)) {
+            throw target.failure(ErrorCode.INVALID_LOCATION, "holds the folder to be moved");
+        }
+    }
+
+    /** Returns whether a folder is there that is to be replaced. */
+    private static boolean requireRoom(Entry target, boolean replace) throws IOException, ProviderException {
+        EntryKind kind = target.kind();
+        if (kind == EntryKind.MISSING) {
+            return false;
+        }
+        if (!replace) {
+            throw target.failure(ErrorCode.ALREADY_EXISTS, "exists");
+        }
+        if (kind == EntryKind.FILE) {
+            throw target.failure(ErrorCode.NOT_A_FOLDER, "is a file, which a folder does not replace");
+        }
+        target.requireNotRoot();
+        return true;
+    }
+
+    private static void moveInPlaceOf(Path source, Entry target) throws IOException {
+        Path aside = setAside(target);
+        FolderTransfer.Outcome outcome;
+        try {
+            outcome = FolderTransfer.transfer(source, target.path);
+        } catch (IOException | RuntimeException e) {
+            restore(aside, target, e);
+            throw e;
+        }
+        complete(source, outcome);
+        TreeDeleter.delete(aside);
+    }
+
+    private static Path setAside(Entry target) throws IOException {
+        Path aside = HiddenNames.beside(target.path);
+        if (FolderTransfer.transfer(target.path, aside) == FolderTransfer.Outcome.COPIED) {
+            TreeDeleter.delete(target.path);
+        }
+        return aside;
+    }
+
+    private static void restore(Path aside, Entry target, Exception reported) {
+        try {
+            if (FolderTransfer.transfer(aside, target.path) == FolderTransfer.Outcome.COPIED) {
+                TreeDeleter.delete(aside);
+            }
+        } catch (IOException | RuntimeException e) {
+            reported.addSuppressed(new IOException("what " + target.location + " held is kept at " + aside, e));
+        }
+    }
+
+    private static void complete(Path source, FolderTransfer.Outcome outcome) throws IOException {
+        if (outcome == FolderTransfer.Outcome.COPIED) {
+            TreeDeleter.delete(source);
+        }
+    }
+}

@@ -1,0 +1,92 @@
+package com.corvallen.storage.backend.nio;
+
+import com.corvallen.storage.provider.ProviderException;
+import com.corvallen.storage.provider.StorageURI;
+import java.io.IOException;
+import java.nio.file.FileSystems;
+import java.nio.file.NoSuchFileException;
+import java.nio.file.Path;
+import java.util.List;
+
+/** A tree that locations are resolved in: the whole default file system, or a mount, which nothing leads out of. */
+final class Mount implements AutoCloseable {
+    private final Path root;
+
+    /** Null for the default file system, where any path may be named anyway. */
+    private final Jail jail;
+
+    private final SharedFileSystems.Lease lease;
+
+    private Mount(Path root, Jail jail, SharedFileSystems.Lease lease) {
+        this.root = root;
+        this.jail = jail;
+        this.lease = lease;
+    }
+
+    static Mount ofDefaultFileSystem() {
+        return new Mount(FileSystems.getDefault().getRootDirectories().iterator().next(), null, null);
+    }
+
+    static Mount jailed(SharedFileSystems.Lease lease) throws IOException {
+        Path real = lease.root().toRealPath();
+        return new Mount(real, new Jail(real, lease.root().toAbsolutePath()), lease);
+    }
+
+    Path root() {
+        return root;
+    }
+
+    boolean isOpen() {
+        return root.getFileSystem().isOpen();
+    }
+
+    /** Returns the path that a location leads to, all links resolved as far as they need be to know that they stay. */
+    Path follow(StorageURI location) throws IOException, ProviderException {
+        Path path = pathOf(location);
+        return jail == null ? path : jail.follow(path);
+    }
+
+    /** Returns what an operation on the name itself acts on. */
+    Entry entry(StorageURI location) throws IOException, ProviderException {
+        Path path = pathOf(location);
+        return new Entry(location, jail == null ? withRealParent(path) : jail.followParent(path), this);
+    }
+
+    /** Tells whether a link counts as a folder. One that cannot be followed is there all the same, and is a file. */
+    boolean leadsToFolder(StorageURI link) {
+        try {
+            return EntryKind.of(follow(link)) == EntryKind.FOLDER;
+        } catch (IOException | RuntimeException | ProviderException e) {
+            return false;
+        }
+    }
+
+    private Path pathOf(StorageURI location) throws ProviderException {
+        Path path = root;
+        List<String> segments = location.getSegments();
+        for (String segment : segments) {
+            path = Names.child(path, segment);
+        }
+        return path;
+    }
+
+    private static Path withRealParent(Path path) throws IOException {
+        Path parent = path.getParent();
+        if (parent == null) {
+            return path;
+        }
+        try {
+            return parent.toRealPath().resolve(path.getFileName());
+        } catch (NoSuchFileException e) {
+            // Nothing is there then, which whoever uses the path finds out.
+            return path;
+        }
+    }
+
+    @Override
+    public void close() throws IOException {
+        if (lease != null) {
+            lease.close();
+        }
+    }
+}

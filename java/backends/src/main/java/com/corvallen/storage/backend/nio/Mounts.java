@@ -1,0 +1,81 @@
+package com.corvallen.storage.backend.nio;
+
+import com.corvallen.storage.provider.ErrorCode;
+import com.corvallen.storage.provider.ProviderException;
+import com.corvallen.storage.provider.StorageURI;
+import java.io.IOException;
+import java.lang.System.Logger.Level;
+import java.util.Map;
+import java.util.concurrent.ConcurrentHashMap;
+
+/** The mounts of one provider, opened when they are first needed. Safe on any thread. */
+final class Mounts {
+    private static final String SCHEME = "java";
+
+    /** By name; the empty name is the default file system. Changed only under this object's lock. */
+    private final Map<String, Mount> mounts = new ConcurrentHashMap<>();
+
+    private volatile boolean disposed;
+
+    /**
+     * Returns the tree that a location lies in.
+     *
+     * @throws ProviderException with INVALID_LOCATION for what is not a location of this back end, UNAVAILABLE if the
+     *     mount is not defined or cannot be opened, or the provider is disposed of
+     */
+    Mount of(StorageURI location) throws ProviderException {
+        String name = mountNameOf(location);
+        Mount mount = mounts.get(name);
+        return mount != null && mount.isOpen() ? mount : open(name, location);
+    }
+
+    /** Refuses what is no location of this back end. */
+    static void requireLocation(StorageURI location) throws ProviderException {
+        mountNameOf(location);
+    }
+
+    private static String mountNameOf(StorageURI location) throws ProviderException {
+        if (location == null) {
+            throw new ProviderException(ErrorCode.INVALID_LOCATION, null, "no location");
+        }
+        if (!location.getScheme().equals(SCHEME)) {
+            throw new ProviderException(
+                    ErrorCode.INVALID_LOCATION, location, "locations begin with " + SCHEME + "://, not as " + location);
+        }
+        return location.getMountName();
+    }
+
+    private synchronized Mount open(String name, StorageURI location) throws ProviderException {
+        if (disposed) {
+            throw new ProviderException(ErrorCode.UNAVAILABLE, location, "the provider is disposed of");
+        }
+        Mount known = mounts.get(name);
+        if (known != null && known.isOpen()) {
+            return known;
+        }
+        forget(name);
+        Mount mount = name.isEmpty() ? Mount.ofDefaultFileSystem() : MountProperty.open(name, location);
+        mounts.put(name, mount);
+        return mount;
+    }
+
+    /** Closes everything, and opens nothing from now on. */
+    synchronized void dispose() {
+        disposed = true;
+        mounts.keySet().forEach(this::forget);
+    }
+
+    private void forget(String name) {
+        Mount mount = mounts.remove(name);
+        if (mount == null) {
+            return;
+        }
+        try {
+            mount.close();
+        } catch (IOException | RuntimeException e) {
+            // Disposal must not throw, but what was written to an archive may be lost now: that has to be told.
+            System.getLogger(NioProvider.class.getName())
+                    .log(Level.ERROR, "Cannot close mount " + name + "; what was written to it may be lost", e);
+        }
+    }
+}

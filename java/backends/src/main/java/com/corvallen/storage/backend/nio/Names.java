@@ -1,0 +1,31 @@
+package com.corvallen.storage.backend.nio;
+
+import java.nio.file.InvalidPathException;
+import java.nio.file.Path;
+
+/** Joins a folder and the name of a child, so that the name stays one name. */
+final class Names {
+    private Names() {}
+
+    /**
+     * Returns the path of a child. Zip archives take a backslash for a separator and other systems have separators and
+     * drives of their own, so whatever is not left as it is by the file system is refused.
+     *
+     * @throws InvalidPathException if the file system would make something else of the name than one name
+     */
+    static Path child(Path folder, String name) {
+        if (RawNames.isRaw(folder.getFileSystem(), name)) {
+            return folder.resolve(RawNames.nameOf(name));
+        }
+        Path child = folder.getFileSystem().getPath(name);
+        if (child.isAbsolute() || child.getNameCount() != 1 || !child.toString().equals(name)) {
+            throw new InvalidPathException(name, "not one name in this file system");
+        }
+        return folder.resolve(child);
+    }
+
+    /** Returns the last name of a path, such that {@link #child} finds it again. */
+    static String of(Path path) {
+        return RawNames.textOf(path);
+    }
+}

@@ -1,0 +1,214 @@
+package com.corvallen.storage.backend.nio;
+
+import com.corvallen.storage.provider.EventPublisher;
+import com.corvallen.storage.provider.ExtendedAttributes;
+import com.corvallen.storage.provider.ExtendedFeature;
+import com.corvallen.storage.provider.FileAttributes;
+import com.corvallen.storage.provider.FolderAttributes;
+import com.corvallen.storage.provider.FolderListEntry;
+import com.corvallen.storage.provider.ProviderChannel;
+import com.corvallen.storage.provider.ProviderException;
+import com.corvallen.storage.provider.ProviderStorageInfo;
+import com.corvallen.storage.provider.StorageProvider;
+import com.corvallen.storage.provider.StorageURI;
+import java.io.IOException;
+import java.util.HashMap;
+import java.util.Objects;
+
+/**
+ * A storage back end on top of {@code java.nio.file}.
+ *
+ * <p><b>Locations.</b> {@code java:///abs/path} is a path of the default file system, with no more limits than the
+ * process has. {@code java://name/path} is a path in the mount {@code name}, which the system property {@code
+ * storage.mount.<name>} gives as a URI of {@code java.nio.file}: {@code file:///srv/data}, {@code
+ * jar:file:///data/a.zip}, or whatever a file-system provider on the class path understands. A property that is not
+ * set, or that leads nowhere, is UNAVAILABLE; it is read again at the next operation.
+ *
+ * <p><b>A mount is a jail.</b> No location and no symbolic link leads out of it: an operation that would leave it fails
+ * with ACCESS_DENIED or INVALID_LOCATION, and nothing outside is touched. Links that stay inside are followed. The
+ * protection is against locations and against links that are there, not against someone who rearranges links with means
+ * of their own while an operation is under way.
+ *
+ * <p><b>Archives.</b> A file system that is already open is used and left open. One that is opened here is shared by
+ * all providers of the process and closed when the last of them is disposed of; what was written to a zip archive
+ * reaches the disk at that moment.
+ *
+ * <p><b>Atomicity.</b> Creating is exclusive. On the default file system a file that replaces another does so
+ * atomically, and a folder moves by one rename. Between file systems, and for folders inside archives, content is
+ * copied first and the source removed last. While a move is under way, entries whose names begin with {@code .storage-}
+ * may exist beside the target.
+ *
+ * <p><b>Open files.</b> Exclusive use holds within the process, and on the default file system against other processes
+ * that ask for locks. A zip archive takes one writer for each file, and neither removes nor moves what is being written.
+ *
+ * <p><b>Events</b> tell the differences between looks at the storage, taken when its watch service says so, or every
+ * second where there is none.
+ *
+ * <p>Safe on any thread; every operation may block on the storage.
+ */
+public final class NioProvider implements StorageProvider {
+    private final Mounts mounts = new Mounts();
+    private final ContentCache cache = new ContentCache();
+    private final ChannelSet channels = new ChannelSet();
+    private final Watcher watcher;
+
+    /** Makes a provider. Mounts are opened when they are first used. */
+    public NioProvider() {
+        this(new Watcher(WatchSignals::open, Watcher.INTERVAL));
+    }
+
+    NioProvider(Watcher watcher) {
+        this.watcher = watcher;
+    }
+
+    @Override
+    public boolean fileExists(StorageURI location) throws ProviderException {
+        return kindAt(location) == EntryKind.FILE;
+    }
+
+    @Override
+    public boolean folderExists(StorageURI location) throws ProviderException {
+        return kindAt(location) == EntryKind.FOLDER;
+    }
+
+    private EntryKind kindAt(StorageURI location) throws ProviderException {
+        return Failures.translated(location, () -> EntryKind.of(mounts.of(location).follow(location)));
+    }
+
+    @Override
+    public void createFile(StorageURI location) throws ProviderException {
+        Failures.translated(location, () -> Creation.createFile(entry(location)));
+    }
+
+    @Override
+    public void createFolder(StorageURI location) throws ProviderException {
+        Failures.translated(location, () -> Creation.createFolder(entry(location)));
+    }
+
+    @Override
+    public void removeFile(StorageURI location) throws ProviderException {
+        Failures.translated(location, () -> Removal.removeFile(entry(location)));
+    }
+
+    @Override
+    public void removeFolder(StorageURI location) throws ProviderException {
+        Failures.translated(location, () -> Removal.removeFolder(entry(location)));
+    }
+
+    @Override
+    public void removeFolderRecursively(StorageURI location) throws ProviderException {
+        Failures.translated(location, () -> Removal.removeFolderRecursively(entry(location)));
+    }
+
+    @Override
+    public void moveFile(StorageURI source, StorageURI target, boolean replace) throws ProviderException {
+        Entry from = Failures.translated(source, () -> entry(source));
+        Entry to = Failures.translated(target, () -> entry(target));
+        Failures.translatedMove(from, to, () -> FileMove.move(from, to, replace));
+    }
+
+    @Override
+    public void moveFolder(StorageURI source, StorageURI target, boolean replace) throws ProviderException {
+        Entry from = Failures.translated(source, () -> entry(source));
+        Entry to = Failures.translated(target, () -> entry(target));
+        Failures.translatedMove(from, to, () -> FolderMove.move(from, to, replace));
+    }
+
+    @Override
+    public boolean hasFeature(ExtendedFeature feature) {
+        return Features.has(feature);
+    }
+
+    @Override
+    public FileAttributes getFileAttributes(StorageURI location) throws ProviderException {
+        return Failures.translated(location, () -> Attributes.ofFile(found(location)));
+    }
+
+    @Override
+    public FolderAttributes getFolderAttributes(StorageURI location) throws ProviderException {
+        return Failures.translated(location, () -> Attributes.ofFolder(found(location)));
+    }
+
+    @Override
+    public void setLastModified(StorageURI location, long lastModified) throws ProviderException {
+        Failures.translated(location, () -> Attributes.setLastModified(found(location), lastModified));
+    }
+
+    @Override
+    public ExtendedAttributes getExtendedAttributes(StorageURI location) throws ProviderException {
+        return Failures.translated(location, () -> AttributeViews.of(found(location), entry(location).isLink()));
+    }
+
+    @Override
+    public ProviderStorageInfo getProviderStorageInfo(StorageURI location) throws ProviderException {
+        return Failures.translated(location, () -> StorageSpace.of(found(location)));
+    }
+
+    @Override
+    public FolderListEntry[] listFolder(StorageURI location) throws ProviderException {
+        return Failures.translated(location, () -> Listing.of(found(location), mounts.of(location)));
+    }
+
+    @Override
+    public ProviderChannel getChannel(StorageURI location, boolean create, boolean truncate, boolean exclusive)
+            throws ProviderException {
+        return Failures.translated(location, () -> opening(location).forWriting(create, truncate, exclusive));
+    }
+
+    @Override
+    public ProviderChannel getReadOnlyChannel(StorageURI location) throws ProviderException {
+        return Failures.translated(location, () -> opening(location).forReading());
+    }
+
+    /**
+     * Begins to send the events of a file, or of a folder and everything below it. What is told is the difference
+     * between two looks; what comes and goes in between is told as a file, if at all. A rename is a removal and an
+     * addition. Links are not entered. A watch ends with SelfRemoved. Who caused a change is not known, so the origin is
+     * null.
+     */
+    @Override
+    public void publishEventsFor(StorageURI location, EventPublisher publisher) throws ProviderException {
+        Objects.requireNonNull(publisher, "publisher");
+        Failures.translated(location, () -> watcher.start(found(location), mounts.of(location), publisher));
+    }
+
+    @Override
+    public void stopPublishingEventsFor(StorageURI location) throws ProviderException {
+        Mounts.requireLocation(location);
+        watcher.stop(location);
+    }
+
+    /** Follows {@code gds.enableContentCache}: {@code true}, or {@code false}, which an empty value means as well. */
+    @Override
+    public void configure(HashMap<String, String> settings) throws ProviderException {
+        cache.configure(settings);
+    }
+
+    /** Returns what is known of the content cache, for tests. */
+    ContentCache cache() {
+        return cache;
+    }
+
+    /**
+     * Ends all events, and returns when no publisher is delivering any more. Closes the channels that are still open, and the file systems that were opened for mounts and that no other
+     * provider uses.
+     */
+    @Override
+    public void dispose() {
+        watcher.dispose();
+        channels.dispose();
+        mounts.dispose();
+    }
+
+    private ChannelOpening opening(StorageURI location) throws ProviderException {
+        return new ChannelOpening(location, mounts.of(location), channels, cache);
+    }
+
+    private Found found(StorageURI location) throws ProviderException, IOException {
+        return Found.at(location, mounts.of(location));
+    }
+
+    private Entry entry(StorageURI location) throws ProviderException, IOException {
+        return mounts.of(location).entry(location);
+    }
+}

@@ -1,0 +1,151 @@
+package com.corvallen.storage.backend.nio;
+
+import java.io.ByteArrayOutputStream;
+import java.net.URI;
+import java.nio.ByteBuffer;
+import java.nio.CharBuffer;
+import java.nio.charset.CharacterCodingException;
+import java.nio.charset.CoderResult;
+import java.nio.charset.StandardCharsets;
+import java.nio.file.FileSystem;
+import java.nio.file.FileSystems;
+import java.nio.file.InvalidPathException;
+import java.nio.file.Path;
+import java.util.Arrays;
+
+/**
+ * Names of a POSIX system as text, and back, without a loss. There a name is bytes, usually but not necessarily UTF-8,
+ * and what Java makes of the others cannot be turned back; neither can any name outside ASCII under the locale "C".
+ *
+ * <p>The text of a name is its bytes read as UTF-8, and each byte that is none becomes the character U+EF00 plus the
+ * byte (U+EF80 to U+EFFF, which Unicode leaves to private use). A name that truly holds one of these characters has
+ * its bytes written in the same way, so no two names have the same text. Text that no name has is refused.
+ */
+final class RawNames {
+    private static final char FIRST = '\uef80';
+    private static final char LAST = '\uefff';
+    private static final char REPLACEMENT = '\ufffd';
+
+    private RawNames() {}
+
+    /** Tells whether names of a file system are bytes. */
+    private static boolean areBytes(FileSystem system) {
+        return system.equals(FileSystems.getDefault()) && system.supportedFileAttributeViews().contains("posix");
+    }
+
+    /** Returns the text of a path's last name. */
+    static String textOf(Path path) {
+        String text = path.getFileName().toString();
+        if (!areBytes(path.getFileSystem()) || text.chars().noneMatch(RawNames::isSuspect)) {
+            return text;
+        }
+        return decode(bytesOf(path.getFileName()));
+    }
+
+    /** Tells whether a name cannot be left to {@link FileSystem#getPath}. */
+    static boolean isRaw(FileSystem system, String text) {
+        return areBytes(system) && (text.chars().anyMatch(RawNames::isReserved) || !isUnderstood(system, text));
+    }
+
+    /** Returns the name, as a relative path, that has a text. */
+    static Path nameOf(String text) {
+        byte[] bytes = encode(text);
+        if (text.indexOf('/') >= 0 || text.indexOf('\0') >= 0 || !decode(bytes).equals(text)) {
+            throw new InvalidPathException(text, "no name is shown like this");
+        }
+        StringBuilder uri = new StringBuilder("file:///");
+        for (byte b : bytes) {
+            uri.append(String.format("%%%02X", b));
+        }
+        return Path.of(URI.create(uri.toString())).getFileName();
+    }
+
+    private static boolean isReserved(int c) {
+        return c >= FIRST && c <= LAST;
+    }
+
+    private static boolean isSuspect(int c) {
+        return c == REPLACEMENT || isReserved(c);
+    }
+
+    private static boolean isUnderstood(FileSystem system, String text) {
+        try {
+            system.getPath(text);
+            return true;
+        } catch (InvalidPathException e) {
+            return false;
+        }
+    }
+
+    /** A URI is the one form in which a path gives its bytes away. It ends in a slash if there is such a folder. */
+    private static byte[] bytesOf(Path name) {
+        String raw = Path.of("/").resolve(name).toUri().getRawPath();
+        ByteArrayOutputStream bytes = new ByteArrayOutputStream(raw.length());
+        for (int at = 1; at < raw.length() && raw.charAt(at) != '/'; at++) {
+            if (raw.charAt(at) == '%') {
+                bytes.write(Integer.parseInt(raw.substring(at + 1, at + 3), 16));
+                at += 2;
+            } else {
+                bytes.write(raw.charAt(at));
+            }
+        }
+        return bytes.toByteArray();
+    }
+
+    static String decode(byte[] name) {
+        StringBuilder text = new StringBuilder(name.length);
+        ByteBuffer in = ByteBuffer.wrap(name);
+        while (in.hasRemaining()) {
+            CharBuffer valid = CharBuffer.allocate(in.remaining());
+            CoderResult result = StandardCharsets.UTF_8.newDecoder().decode(in, valid, /* endOfInput= */ true);
+            appendValid(text, valid.flip());
+            if (result.isError()) {
+                text.append(characterOf(in.get()));
+            }
+        }
+        return text.toString();
+    }
+
+    private static void appendValid(StringBuilder text, CharBuffer valid) {
+        while (valid.hasRemaining()) {
+            char c = valid.get();
+            if (!isReserved(c)) {
+                text.append(c);
+                continue;
+            }
+            for (byte b : String.valueOf(c).getBytes(StandardCharsets.UTF_8)) {
+                text.append(characterOf(b));
+            }
+        }
+    }
+
+    private static char characterOf(byte b) {
+        return (char) (0xef00 + (b & 0xff));
+    }
+
+    static byte[] encode(String text) {
+        ByteArrayOutputStream bytes = new ByteArrayOutputStream(text.length());
+        int at = 0;
+        while (at < text.length()) {
+            int end = at;
+            while (end < text.length() && !isReserved(text.charAt(end))) {
+                end++;
+            }
+            bytes.writeBytes(utf8(text, at, end));
+            if (end < text.length()) {
+                bytes.write(text.charAt(end));
+            }
+            at = end + 1;
+        }
+        return bytes.toByteArray();
+    }
+
+    private static byte[] utf8(String text, int from, int to) {
+        try {
+            ByteBuffer bytes = StandardCharsets.UTF_8.newEncoder().encode(CharBuffer.wrap(text, from, to));
+            return Arrays.copyOf(bytes.array(), bytes.limit());
+        } catch (CharacterCodingException e) {
+            throw new InvalidPathException(text, "not valid UTF-16");
+        }
+    }
+}

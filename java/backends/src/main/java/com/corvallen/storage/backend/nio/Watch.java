@@ -1,0 +1,179 @@
+package com.corvallen.storage.backend.nio;
+
+import com.corvallen.storage.provider.EntryType;
+import com.corvallen.storage.provider.EventKind;
+import com.corvallen.storage.provider.EventPublisher;
+import com.corvallen.storage.provider.StorageURI;
+import java.io.IOException;
+import java.lang.System.Logger.Level;
+import java.nio.file.LinkOption;
+import java.nio.file.NoSuchFileException;
+import java.nio.file.NotDirectoryException;
+import java.nio.file.Path;
+import java.nio.file.StandardWatchEventKinds;
+import java.nio.file.WatchEvent;
+import java.nio.file.attribute.BasicFileAttributes;
+import java.util.HashSet;
+import java.util.List;
+import java.util.Set;
+
+/**
+ * One watched location: a file, or a folder with all that is below it. It listens to the folder above itself for what
+ * happens to the location as such.
+ *
+ * <p>Used under the watcher's lock, but for {@link #publish}, {@link #use} and {@link #stop}.
+ */
+final class Watch implements SignalListener {
+    private final Watcher watcher;
+    private final Mount mount;
+    private final Path path;
+    private final StorageURI location;
+
+    /** Null for a file. */
+    private final WatchedFolder content;
+
+    private final Set<Path> failed = new HashSet<>();
+    private EntryState self;
+    private volatile EventPublisher publisher;
+    private volatile boolean stopped;
+
+    Watch(Watcher watcher, Found found, Mount mount, EventPublisher publisher) throws IOException {
+        this.watcher = watcher;
+        this.mount = mount;
+        this.path = found.path.toRealPath();
+        this.location = found.location;
+        this.publisher = publisher;
+        this.content = found.attributes.isDirectory() ? new WatchedFolder(this, location, path) : null;
+        this.self = new EntryState(found.attributes, content == null ? EntryType.File : EntryType.Folder);
+    }
+
+    KeyRing keys() {
+        return watcher.keys();
+    }
+
+    boolean leadsToFolder(StorageURI link) {
+        return mount.leadsToFolder(link);
+    }
+
+    /** Takes in what is there, without telling it. The folder above a mount is outside, and not looked at. */
+    void open() {
+        if (!path.equals(mount.root())) {
+            keys().register(this, path.getParent());
+        }
+        Changes untold = new Changes();
+        if (content != null) {
+            content.refresh(untold);
+        } else {
+            check(/* modified= */ false, untold);
+        }
+    }
+
+    void close() {
+        keys().unregister(this);
+        if (content != null) {
+            content.close();
+        }
+    }
+
+    StorageURI location() {
+        return location;
+    }
+
+    /** Tells whether two watch the same file or folder; a location may lead elsewhere than it did. */
+    boolean isOfTheSame(Watch other) {
+        return path.equals(other.path) && self.isSameKind(other.self);
+    }
+
+    /** Sends everything to another's publisher from now on. */
+    void use(Watch other) {
+        publisher = other.publisher;
+    }
+
+    /** Tells nothing from now on. */
+    void stop() {
+        stopped = true;
+    }
+
+    @Override
+    public void signalled(List<WatchEvent<?>> events, Changes changes) {
+        boolean concerned = false;
+        boolean modified = false;
+        for (WatchEvent<?> event : events) {
+            boolean isSelf = path.getFileName().equals(event.context());
+            concerned |= isSelf || event.context() == null;
+            modified |= isSelf && event.kind() == StandardWatchEventKinds.ENTRY_MODIFY;
+        }
+        if (concerned) {
+            check(modified, changes);
+        }
+    }
+
+    @Override
+    public void lost(Changes changes) {
+        check(/* modified= */ false, changes);
+    }
+
+    /** Looks whether the location itself is there, and the same. */
+    void check(boolean modified, Changes changes) {
+        BasicFileAttributes attributes;
+        try {
+            attributes = EntryKind.attributesOf(path, LinkOption.NOFOLLOW_LINKS);
+        } catch (IOException | RuntimeException e) {
+            failed(path, e);
+            return;
+        }
+        if (attributes == null || attributes.isDirectory() != self.isFolder) {
+            end(changes);
+            return;
+        }
+        EntryState before = self;
+        self = new EntryState(attributes, before.type);
+        if (modified || !before.isUnchanged(self)) {
+            changes.add(this, EventKind.SelfModified, location, self.type);
+        }
+        if (content != null && (!before.isSameEntry(self) || keys().isLost(content))) {
+            content.refresh(changes);
+        }
+    }
+
+    /** What nothing signals is looked at. */
+    void poll(Changes changes) {
+        check(/* modified= */ false, changes);
+        if (content != null && watcher.isWatching(this)) {
+            content.poll(changes);
+        }
+    }
+
+    private void end(Changes changes) {
+        if (content != null) {
+            content.remove(changes);
+        }
+        changes.add(this, EventKind.SelfRemoved, location, self.type);
+        watcher.ended(this);
+    }
+
+    /**
+     * Says once for each path that it cannot be looked at; whatever was known of it stays known. What has gone between
+     * two looks is found out where its folder is looked at.
+     */
+    void failed(Path where, Exception why) {
+        boolean isGone = why instanceof NoSuchFileException || why instanceof NotDirectoryException;
+        if (!isGone && failed.add(where)) {
+            System.getLogger(NioProvider.class.getName())
+                    .log(Level.WARNING, "Cannot look for changes of " + where, why);
+        }
+    }
+
+    /** Tells the host. Called without the lock. What the host makes of it does not end the watch. */
+    void publish(EventKind kind, StorageURI changed, EntryType type) {
+        if (stopped) {
+            return;
+        }
+        try {
+            publisher.publish(kind, location, changed, type, /* originId= */ null);
+        } catch (RuntimeException | LinkageError e) {
+            System.getLogger(NioProvider.class.getName())
+                    .log(Level.ERROR, "Cannot publish " + kind + " of " + changed, e);
+        }
+    }
+}

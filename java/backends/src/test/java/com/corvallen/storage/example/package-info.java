@@ -1,0 +1,2 @@
+/** A small, complete back end; the guide for authors quotes it. */
+package com.corvallen.storage.example;
