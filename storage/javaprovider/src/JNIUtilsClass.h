@@ -1,0 +1,33 @@
+#pragma once
+
+#include <jni.h>
+
+#include <string>
+
+#include "JNIUtilsEnv.h"
+
+namespace storage::javaprovider {
+
+/// Looks an instance method (or "<init>") up, afresh on every call.
+///
+/// Throws AnonymousInternalException<std::runtime_error> "Method … with signature … not found.\n" and the Java error's
+/// description, the Java error cleared. Null only when Java gave no reason. Blocks in Java if the class must still be
+/// initialised.
+[[nodiscard]] jmethodID getMethodID(const JNIEnvPtr& env, jclass cls, const std::string& methodName,
+                                    const std::string& signature);
+
+/// The class's loader as a local reference; null for a class of the bootstrap loader.
+[[nodiscard]] jobject getClassLoader(const JNIEnvPtr& env, jclass cls);
+
+/// Finds a class through a loader, then through each of its parents, and last with FindClass.
+///
+/// The loaders get `clsName` as it stands (they expect dots); FindClass gets it with slashes. A null `classLoader`
+/// leaves FindClass alone. The result is a local reference, or null when nobody knows the class. Blocks in Java.
+///
+/// Hazards:
+///  - Checks and clears no Java exception: one that a loader throws stays pending, also when a later one succeeds, and
+///    the caller deals with it.
+///  - Leaves the parent loaders and a few class references to the local frame.
+[[nodiscard]] jclass loadClass(const JNIEnvPtr& env, jobject classLoader, const std::string& clsName);
+
+}  // namespace storage::javaprovider

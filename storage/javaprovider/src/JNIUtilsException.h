@@ -1,0 +1,39 @@
+#pragma once
+
+#include <jni.h>
+
+#include <exception>
+#include <string>
+
+#include "JNIUtilsEnv.h"
+#include "JNIUtilsRef.h"
+
+namespace storage::javaprovider {
+
+/// What a call into Java left pending, as a native exception; null when nothing is. Called right after each call.
+///
+/// A ProviderException becomes foundation::storage::provider::Exception with its error code and location. Any other
+/// Java exception becomes AnonymousInternalException<std::runtime_error> "ProviderCallback threw an unexpected …".
+/// In both cases the Java exception is cleared. Throws std::runtime_error "Unexpected error number: …" for a
+/// ProviderException outside the number table; the Java exception then stays pending.
+[[nodiscard]] std::exception_ptr checkJavaException(const JNIEnvPtr& env);
+
+/// Rethrows what checkJavaException() returns, if anything.
+void rethrowJavaException(const JNIEnvPtr& env);
+
+/// Whether the object is an instance of the class of that name, as the object's own class loader knows it. False when
+/// the class cannot be loaded. Leaves whatever Java exceptions the loaders throw pending.
+[[nodiscard]] bool isInstanceOfClass(LocalRef<jthrowable>& object, const std::string& className);
+
+/// Whether the object is a ProviderException.
+[[nodiscard]] bool isProviderException(LocalRef<jthrowable>& object);
+
+/// If a Java exception is pending, clears it and throws AnonymousInternalException<std::runtime_error> with the prefix,
+/// a blank (neither if the prefix is empty) and the exception's toString() text. Otherwise returns.
+void throwPendingJavaException(const JNIEnvPtr& env, const std::string& prefix);
+
+/// The same with the text "Method … with signature … not found.\n" (or "Method … not found.\n") before the description.
+void throwMethodNotFound(const JNIEnvPtr& env, const std::string& name, const std::string& signature);
+void throwMethodNotFound(const JNIEnvPtr& env, const std::string& name);
+
+}  // namespace storage::javaprovider

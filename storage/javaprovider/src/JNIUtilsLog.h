@@ -1,0 +1,57 @@
+#pragma once
+
+#include <cstdint>
+
+#include "foundation/log/basic_diagnostic_logger.h"
+
+namespace storage::javaprovider {
+
+using foundation::log::Severity;
+using DiagnosticLogger = foundation::log::basic_diagnostic_logger<char>;
+
+/// The name of the library's one log channel.
+inline constexpr const char* ChannelName = "storage::javaprovider";
+
+/// The library's logger, made when the library is loaded. Safe from any thread.
+[[nodiscard]] DiagnosticLogger& logger() noexcept;
+
+/// Where a traced function stands.
+struct TraceSite {
+    const char* signature;  ///< the function's full signature
+    const char* file;       ///< the source path, cut after the file's common stem
+    std::uint32_t line;
+};
+
+/// Source names of trace records: the path up to the stem that the files of one subject share.
+inline constexpr const char* JNIUtilsSource = "storage/javaprovider/src/JNIUtils";
+inline constexpr const char* JavaProviderSource = "storage/javaprovider/src/JavaProvider";
+
+/// Writes a record when a function is entered and another when it is left; the latter ends in " [throw]" when an
+/// exception leaves the function. Stands on the stack as the first thing of a traced function.
+///
+/// Whether it writes is decided once, at entry, so that the indentation always comes back to where it was. The records
+/// carry the site's file and line as the attributes "File" and "Line".
+class TraceScope {
+public:
+    explicit TraceScope(const TraceSite& site);
+    ~TraceScope();
+
+    TraceScope(const TraceScope&) = delete;
+    TraceScope& operator=(const TraceScope&) = delete;
+
+private:
+    void write(Severity severity, const char* suffix) const;
+
+    DiagnosticLogger& m_logger;
+    bool m_enabled;
+    const char* m_signature;
+    const char* m_file;
+    std::uint32_t m_line;
+    std::int32_t m_uncaught;
+};
+
+/// The site of the function that names it, with the compiler's own signature and line.
+#define JAVAPROVIDER_TRACE_SITE(source) \
+    (::storage::javaprovider::TraceSite{__PRETTY_FUNCTION__, (source), static_cast<std::uint32_t>(__LINE__)})
+
+}  // namespace storage::javaprovider
