@@ -1,0 +1,85 @@
+// Features and configuration: the operations without a location.
+#include <boost/property_tree/ptree.hpp>
+
+#include "JNIUtilsException.h"
+#include "JNIUtilsLog.h"
+#include "JNIUtilsRef.h"
+#include "JNIUtilsText.h"
+#include "JavaProvider.h"
+#include "fl/i18n/text.h"
+
+namespace storage::javaprovider {
+
+using foundation::storage::provider::ExtendedFeature;
+
+namespace {
+
+constexpr const char* ContentCacheSetting = "gds.enableContentCache";
+constexpr const char16_t* ContentCacheKey = u"gds.enableContentCache";
+
+/// The constant of Java's ExtendedFeature; null for a feature that Java knows nothing of.
+const char* javaFeatureName(ExtendedFeature feature) {
+    switch (feature) {
+        case ExtendedFeature::RecursiveFolderRemoval:
+            return "RecursiveFolderRemoval";
+        case ExtendedFeature::RecursiveChangeEvents:
+            return "RecursiveChangeEvents";
+        case ExtendedFeature::AllowsMovesAndDeletesWhenOpen:
+            return "AllowsMovesAndDeletesWhenOpen";
+        case ExtendedFeature::AllowsMovesAndDeletesWhenOpenReadOnly:
+            return "AllowsMovesAndDeletesWhenOpenReadOnly";
+        default:
+            return nullptr;
+    }
+}
+
+/// A new java.util.HashMap that holds one entry.
+jobject createSettingsMap(const JNIEnvPtr& env, jclass mapClass) {
+    jmethodID constructor = env->GetMethodID(mapClass, "<init>", "()V");
+    return env->NewObject(mapClass, constructor);
+}
+
+}  // namespace
+
+jobject JavaProvider::createFeatureConstant(const JNIEnvPtr& env, const ExtendedFeature& feature) const {
+    const char* name = javaFeatureName(feature);
+    if (name == nullptr) {
+        return nullptr;
+    }
+    requireUsable();
+    jfieldID field =
+        env->GetStaticFieldID(m_extendedFeatureClass, name, "Lcom/corvallen/storage/provider/ExtendedFeature;");
+    return env->GetStaticObjectField(m_extendedFeatureClass, field);
+}
+
+bool JavaProvider::doHasFeature(const ExtendedFeature& feature) const {
+    const TraceScope trace(JAVAPROVIDER_TRACE_SITE(JavaProviderSource));
+    const JNIEnvPtr env(m_jvm);
+    const LocalRef<jobject> constant(env, createFeatureConstant(env, feature));
+    if (!constant) {
+        return false;
+    }
+    return env->CallBooleanMethod(m_provider, method("hasFeature"), constant.get()) != JNI_FALSE;
+}
+
+void JavaProvider::doConfigure(const boost::property_tree::ptree& settings) {
+    const auto setting = settings.get_child_optional(ContentCacheSetting);
+    if (!setting) {
+        return;
+    }
+    const std::string text = setting->data();
+    const JNIEnvPtr env(m_jvm);
+    requireUsable();
+    jclass mapClass = env->FindClass("java/util/HashMap");
+    LocalRef<jobject> map(env, createSettingsMap(env, mapClass));
+    jmethodID put = env->GetMethodID(mapClass, "put", "(Ljava/lang/Object;Ljava/lang/Object;)Ljava/lang/Object;");
+    const LocalRef<jstring> key(env, ustringToJString(env, ContentCacheKey));
+    const LocalRef<jstring> value(env, ustringToJString(env, fl::i18n::to_ustring(text)));
+    env->CallObjectMethod(map.get(), put, key.get(), value.get());
+    rethrowJavaException(env);
+    env->CallVoidMethod(m_provider, method("configure"), map.get());
+    map.reset();
+    rethrowJavaException(env);
+}
+
+}  // namespace storage::javaprovider

@@ -1,0 +1,99 @@
+// Folder listings: read whole from Java, then walked without it.
+#include <boost/logic/tribool.hpp>
+
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "JNIUtilsClass.h"
+#include "JNIUtilsException.h"
+#include "JNIUtilsLog.h"
+#include "JNIUtilsRef.h"
+#include "JNIUtilsText.h"
+#include "JavaProvider.h"
+#include "foundation/storage/provider/FolderEntryIteratorRangeAdapter.h"
+
+namespace storage::javaprovider {
+
+using namespace foundation::storage::provider;
+
+namespace {
+
+constexpr std::uint32_t ListFolderContentsLine = 808;
+
+using ListingIterator = IClonableFolderEntryIterator<FolderEntryIteratorRangeAdapter<std::vector<FolderEntry>>>;
+
+/// The listing iterator's transform: gives back the entry it is given.
+struct FolderEntryPassthrough {
+    FolderEntry operator()(FolderEntry entry) const { return entry; }
+};
+
+/// Reads the elements of a Java listing, keeping those that a filter wants.
+class ListingReader {
+public:
+    /// Looks the entry's getters up, once for the whole listing.
+    ListingReader(const JNIEnvPtr& env, jclass entryClass, const boost::logic::tribool& filesWanted)
+        : m_env(env),
+          m_entryClass(entryClass),
+          m_getName(getMethodID(env, entryClass, "getName", "()Ljava/lang/String;")),
+          m_isFolder(getMethodID(env, entryClass, "isFolder", "()Z")),
+          m_filesWanted(filesWanted) {}
+
+    /// Appends the element, if it is an entry and wanted; no reference to it is left.
+    void read(jobjectArray array, jsize index, std::vector<FolderEntry>& entries) const {
+        const LocalRef<jobject> element(m_env, m_env->GetObjectArrayElement(array, index));
+        if (m_env->IsInstanceOf(element.get(), m_entryClass) == JNI_FALSE) {
+            return;
+        }
+        const LocalRef<jstring> javaName(m_env,
+                                         static_cast<jstring>(m_env->CallObjectMethod(element.get(), m_getName)));
+        const bool isFolder = m_env->CallBooleanMethod(element.get(), m_isFolder) != JNI_FALSE;
+        std::u16string name = jstringToUString(m_env, javaName.get());
+        if (boost::logic::indeterminate(m_filesWanted) || m_filesWanted == !isFolder) {
+            entries.emplace_back(std::move(name), isFolder ? EntryType::Folder : EntryType::File);
+        }
+    }
+
+private:
+    const JNIEnvPtr& m_env;
+    jclass m_entryClass;
+    jmethodID m_getName;
+    jmethodID m_isFolder;
+    boost::logic::tribool m_filesWanted;
+};
+
+}  // namespace
+
+std::unique_ptr<IFolderEntryIterator> JavaProvider::listFolderContents(const StorageIRI& folder,
+                                                                       const boost::logic::tribool& filesWanted) const {
+    const TraceScope trace(TraceSite{__PRETTY_FUNCTION__, JavaProviderSource, ListFolderContentsLine});
+    FOUNDATION_LOG(logger(), Severity::Arguments) << " the_iri=" << folder;
+    const JNIEnvPtr env(m_jvm);
+    const LocalRef<jobject> uri(env, createStorageUri(env, folder));
+    const LocalRef<jobject> listing(env, env->CallObjectMethod(m_provider, method("listFolder"), uri.get()));
+    rethrowJavaException(env);
+    auto* array = static_cast<jobjectArray>(listing.get());
+    const jsize length = env->GetArrayLength(array);
+    std::vector<FolderEntry> entries;
+    if (length > 0) {
+        const ListingReader reader(env, m_folderListEntryClass, filesWanted);
+        for (jsize index = 0; index < length; ++index) {
+            reader.read(array, index, entries);
+        }
+    }
+    return std::make_unique<ListingIterator>(std::move(entries), FolderEntryPassthrough());
+}
+
+std::unique_ptr<IFolderEntryIterator> JavaProvider::doListAll(const StorageIRI& folder) const {
+    return listFolderContents(folder, boost::logic::indeterminate);
+}
+
+std::unique_ptr<IFolderEntryIterator> JavaProvider::doListFiles(const StorageIRI& folder) const {
+    return listFolderContents(folder, true);
+}
+
+std::unique_ptr<IFolderEntryIterator> JavaProvider::doListFolders(const StorageIRI& folder) const {
+    return listFolderContents(folder, false);
+}
+
+}  // namespace storage::javaprovider

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <jni.h>
+
+#include <boost/date_time/posix_time/posix_time_types.hpp>
+
+namespace storage::javaprovider {
+
+// How Java times (milliseconds since 1970-01-01 00:00:00, no zone) and framework times map, for the whole library.
+
+/// The framework time of a Java time; a negative one lies before 1970. No value counts as unknown.
+[[nodiscard]] boost::posix_time::ptime millisToPtime(jlong millis);
+
+/// The Java time of a framework time, cut towards zero to whole milliseconds. Special values give whatever their tick
+/// count divided by 1000 is; not-a-date-time gives 9223372036854775.
+[[nodiscard]] jlong ptimeToMillis(const boost::posix_time::ptime& time);
+
+}  // namespace storage::javaprovider

@@ -1,0 +1,61 @@
+#include <new>
+#include <stdexcept>
+#include <string>
+
+#include "JNIUtilsException.h"
+#include "JNIUtilsLog.h"
+#include "JNIUtilsRef.h"
+#include "JNIUtilsText.h"
+#include "JavaProvider.h"
+#include "foundation/core/except/AnonymousInternalException.h"
+
+namespace storage::javaprovider {
+
+using foundation::core::except::detail::AnonymousInternalException;
+
+namespace {
+
+void logNoString() { FOUNDATION_LOG(logger(), Severity::Failure) << "Failed to create String for IRI."; }
+
+/// The text as a Java string; a failure is logged before it is thrown, so that a trace of it stays when it is caught.
+jstring createIriString(const JNIEnvPtr& env, const std::u16string& text) {
+    try {
+        return ustringToJString(env, text);
+    } catch (const std::bad_alloc&) {
+        logNoString();
+        throw;
+    }
+}
+
+}  // namespace
+
+void JavaProvider::requireUsable() const {
+    if (m_provider == nullptr || m_storageUriClass == nullptr) {
+        throw AnonymousInternalException<std::runtime_error>(
+            std::runtime_error("The provider was made without a Java object or without the classes of its contract"));
+    }
+}
+
+jobject JavaProvider::createStorageUri(const JNIEnvPtr& env, const StorageIRI& location) const {
+    const TraceScope trace(JAVAPROVIDER_TRACE_SITE(JavaProviderSource));
+    requireUsable();
+    jmethodID constructor = env->GetMethodID(m_storageUriClass, "<init>", "(Ljava/lang/String;)V");
+    if (constructor == nullptr) {
+        throwMethodNotFound(env, "constructor");
+    }
+    const std::u16string ascii = location.toIRI().toAsciiString(/*strict=*/true);
+    const LocalRef<jstring> text(env, createIriString(env, ascii));
+    if (!text) {
+        logNoString();
+        throwIfOutOfMemory(env);
+    }
+    // NewObject must not see a null constructor; without one there is no object.
+    jobject uri = constructor != nullptr ? env->NewObject(m_storageUriClass, constructor, text.get()) : nullptr;
+    if (uri == nullptr) {
+        FOUNDATION_LOG(logger(), Severity::Failure) << "Failed to construct StorageURI for IRI.";
+        throwIfOutOfMemory(env);
+    }
+    return uri;
+}
+
+}  // namespace storage::javaprovider
