@@ -1,0 +1,39 @@
+#pragma once
+
+#include <jni.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "foundation/storage/provider/IProvider.h"
+#include "provider/Script.h"
+#include "support/FakeJVM.h"
+#include "support/JvmTest.h"
+
+namespace storage::javaprovider::test {
+
+using foundation::storage::provider::IProvider;
+using foundation::storage::provider::ReplacementPolicy;
+using foundation::storage::provider::StorageIRI;
+
+/// The back end of most tests, with slashes.
+inline constexpr const char* ScriptedProviderClass = "com/corvallen/storage/test/ScriptedProvider";
+
+/// A test with scripted back ends, a recorder, and a handle that can lose its machine.
+class ProviderTest : public RecordedJvmTest {
+protected:
+    void SetUp() override;
+    void TearDown() override;
+
+    /// A new scripted back end; a local reference that the recorder knows nothing of.
+    [[nodiscard]] jobject newBackEnd() const;
+    /// A provider over a new scripted back end. Nothing of its making is left in the recorder.
+    [[nodiscard]] std::unique_ptr<IProvider> makeProvider();
+
+    [[nodiscard]] std::vector<std::string> javaCalls() const { return script::calls(env()); }
+
+    std::shared_ptr<FakeJVM> handle;
+};
+
+}  // namespace storage::javaprovider::test
