@@ -1,0 +1,115 @@
+// Setting the time of last modification.
+#include <gmock/gmock.h>
+
+#include <boost/date_time/posix_time/posix_time.hpp>
+
+#include <string>
+
+#include "data/DataTest.h"
+#include "provider/ThrownErrors.h"
+
+namespace storage::javaprovider::test {
+namespace {
+
+using boost::gregorian::date;
+using boost::posix_time::microseconds;
+using boost::posix_time::ptime;
+using foundation::log::Severity;
+using ::testing::ElementsAre;
+using ::testing::ElementsAreArray;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+class SetLastModifiedTest : public DataTest {
+protected:
+    [[nodiscard]] static ptime epoch() { return ptime(date(1970, 1, 1)); }
+    void set(const ptime& time) const { provider->setLastModified(location, time); }
+    /// The number that Java got when the time was set.
+    [[nodiscard]] std::int64_t sent(const ptime& time) {
+        recorder.clear();
+        set(time);
+        return recorder.record("CallVoidMethod setLastModified").longArgument(1);
+    }
+};
+
+TEST_F(SetLastModifiedTest, SendsTheLocationAndMilliseconds) {
+    set(epoch() + boost::posix_time::milliseconds(1700000000123));
+    EXPECT_THAT(javaCalls(), ElementsAre("setLastModified java://test/a 1700000000123"));
+}
+
+TEST_F(SetLastModifiedTest, PartsOfAMillisecondAreCutTowardsZero) {
+    EXPECT_EQ(sent(epoch() + microseconds(999)), 0);
+    EXPECT_EQ(sent(epoch() - microseconds(500)), 0);
+    EXPECT_EQ(sent(epoch() - microseconds(1500)), -1);
+    EXPECT_EQ(sent(epoch() - microseconds(1)), 0);
+}
+
+TEST_F(SetLastModifiedTest, SpecialTimesAreSentAsTheyCount) {
+    EXPECT_EQ(sent(ptime(boost::posix_time::not_a_date_time)), 9223372036854775);
+    EXPECT_EQ(sent(ptime(boost::posix_time::pos_infin)), 9223372036854775);
+    EXPECT_EQ(sent(ptime(boost::posix_time::neg_infin)), -9223372036854775);
+}
+
+TEST_F(SetLastModifiedTest, MakesExactlyTheseCalls) {
+    set(epoch());
+    EXPECT_THAT(
+        recorder.calls(),
+        ElementsAreArray(joined({{"PushLocalFrame"},
+                                 makingOfUri("java://test/a"),
+                                 {"CallVoidMethod setLastModified(Lcom/corvallen/storage/provider/StorageURI;J)V",
+                                  "ExceptionCheck", "DeleteLocalRef", "PopLocalFrame"}})));
+    EXPECT_EQ(recorder.record("CallVoidMethod setLastModified").referenceArgument(0),
+              recorder.record("NewObject").resultReference);
+}
+
+TEST_F(SetLastModifiedTest, ArgumentsAreLoggedBetweenEntryAndTheFirstCall) {
+    LogCapture log(EnterAndExit | 2U);
+    set(epoch() + microseconds(1500));
+    const auto records = log.records();
+    ASSERT_GE(records.size(), 3U);
+    EXPECT_THAT(records[0].text, HasSubstr("doSetLastModified("));
+    EXPECT_EQ(records[1],
+              (LogRecord{Severity::Arguments, " iri=java://test/a lastModified=1970-Jan-01 00:00:00.001500", 1}));
+    EXPECT_THAT(records[2].text, HasSubstr("createStorageUri("));
+    EXPECT_EQ(records.back().text, records.front().text);
+}
+
+TEST_F(SetLastModifiedTest, NonAsciiLocationIsLoggedAsUtf8) {
+    LogCapture log(2);
+    provider->setLastModified(StorageIRI(u"java://test/ä"), ptime(boost::posix_time::not_a_date_time));
+    EXPECT_THAT(log.texts(), ElementsAre(" iri=java://test/\u00e4 lastModified=not-a-date-time"));
+}
+
+TEST_F(SetLastModifiedTest, NothingIsLoggedWhileTheSeverityIsOff) {
+    LogCapture log(~2U);
+    set(epoch());
+    EXPECT_THAT(log.texts(Severity::Arguments), IsEmpty());
+}
+
+TEST_F(SetLastModifiedTest, ArgumentsAreLoggedEvenWhenTheMachineIsGone) {
+    LogCapture log(2);
+    handle->remove();
+    EXPECT_EQ(internalErrorOf([&] { set(epoch()); }), "JVM remvoed");
+    EXPECT_EQ(log.texts().size(), 1U);
+    handle->restore();
+}
+
+TEST_F(SetLastModifiedTest, IsTracedWithItsSourceAndLine) {
+    const auto places = traced([&] { set(epoch()); });
+    ASSERT_FALSE(places.empty());
+    EXPECT_EQ(places.front().severity, 32U);
+    EXPECT_THAT(places.front().text, HasSubstr("storage::javaprovider::JavaProvider::doSetLastModified("));
+    EXPECT_EQ(places.front().file, "storage/javaprovider/src/JavaProvider");
+    EXPECT_EQ(places.front().line, 718U);
+    EXPECT_EQ(places.back(), (TracedPlace{64, places.front().text, places.front().file, 718}));
+}
+
+TEST_F(SetLastModifiedTest, FailureIsTracedAsAThrow) {
+    script::failNext(env(), "setLastModified", "NOT_FOUND", "java://test/a");
+    const auto places = traced([&] { set(epoch()); });
+    ASSERT_FALSE(places.empty());
+    EXPECT_EQ(places.back().text, places.front().text + " [throw]");
+}
+
+}  // namespace
+}  // namespace storage::javaprovider::test
