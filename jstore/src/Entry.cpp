@@ -1,0 +1,67 @@
+#include "Entry.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "Text.h"
+#include "fl/i18n/text.h"
+
+namespace jstore {
+
+using namespace foundation::storage::provider;
+
+std::string Entry::nameText() const { return printable(fl::i18n::to_string(name)); }
+
+const char* wordFor(EntryType type) noexcept { return type == EntryType::Folder ? "folder" : "file"; }
+
+std::vector<Entry> entriesOf(const IProvider& provider, const Entry& folder) {
+    std::vector<Entry> entries;
+    const auto listing = provider.listAll(folder.location.iri());
+    while (listing->hasMore()) {
+        listing->advance();
+        const auto found = listing->getCurrent();
+        entries.push_back({Location(folder.location.iri().getChild(found.name())), found.name(), found.type(),
+                           folder.depth + 1, /*last=*/false});
+    }
+    std::sort(entries.begin(), entries.end(),
+              [](const Entry& left, const Entry& right) { return left.name < right.name; });
+    if (!entries.empty()) {
+        entries.back().last = true;
+    }
+    return entries;
+}
+
+Entry entryAt(const IProvider& provider, const Location& location) {
+    const auto type = provider.existsExtended(location.iri());
+    if (!type) {
+        throw Exception(ErrorCode::NotFound, location.iri());
+    }
+    return {location, location.iri().normalized().getName(), *type};
+}
+
+EntryAttributes attributesOf(const IProvider& provider, const Entry& entry) {
+    if (entry.isFolder()) {
+        const auto folder = provider.getFolderAttributes(entry.location.iri());
+        return {std::nullopt, folder.lastModified(), folder.writable()};
+    }
+    const auto file = provider.getFileAttributes(entry.location.iri());
+    return {file.size(), file.lastModified(), file.writable()};
+}
+
+bool isLink(const IProvider& provider, const Location& location) {
+    try {
+        const auto attributes = provider.getExtendedAttributes(location.iri());
+        const auto found = attributes.all().find("basic:isSymbolicLink");
+        if (found == attributes.all().end()) {
+            return false;
+        }
+        const auto* value = boost::any_cast<std::string>(&found->second);
+        return value != nullptr && *value == "true";
+    } catch (const Exception&) {
+        // A back end without such attributes knows no links; and whatever else is wrong, the operation that comes next
+        // meets it too and tells.
+        return false;
+    }
+}
+
+}  // namespace jstore

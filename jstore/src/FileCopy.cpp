@@ -1,0 +1,82 @@
+#include "FileCopy.h"
+
+#include <fmt/format.h>
+
+#include "OpenFile.h"
+#include "PartialFile.h"
+#include "Refusal.h"
+#include "foundation/storage/provider/Exception.h"
+
+namespace jstore {
+
+using namespace foundation::storage::provider;
+
+namespace {
+
+/// Refuses before any byte is copied; the move that ends the copy is what decides.
+void requireRoom(const IProvider& provider, const Location& target, bool replace) {
+    const auto present = provider.existsExtended(target.iri());
+    if (!present) {
+        return;
+    }
+    if (!replace) {
+        throw Exception(ErrorCode::AlreadyExists, target.iri());
+    }
+    if (*present == EntryType::Folder) {
+        throw refusal(target, ErrorCode::NotAFile, "a file never replaces a folder");
+    }
+}
+
+void requireCount(const Location& location, const char* what, std::uint64_t expected, std::uint64_t count) {
+    if (expected != count) {
+        throw refusal(location, ErrorCode::Unavailable, fmt::format("{} {} of {} bytes", what, count, expected));
+    }
+}
+
+std::uint64_t copyBytes(const IProvider& provider, const Location& source, const StorageIRI& hidden) {
+    constexpr ByteStreamOpenOptions alone{.sharing = ByteStreamOpenOptions::Sharing::Exclusive};
+    OpenFile from(provider.openReadOnlyByteStream(source.iri()), source.iri());
+    OpenFile to(provider.openByteStream(hidden, alone), hidden);
+    const auto count = from.readAll([&to](std::string_view bytes) { to.write(bytes); });
+    to.close();
+    return count;
+}
+
+/// A file that grows meanwhile gives more than it claims, and some that are made as they are read claim to be empty.
+void requireWhole(const Location& source, const std::optional<std::uint64_t>& claimed, std::uint64_t count) {
+    if (claimed && count < *claimed) {
+        requireCount(source, "could read", *claimed, count);
+    }
+}
+
+}  // namespace
+
+std::uint64_t copyOneFile(const IProvider& provider, const Location& source, const Location& target, bool replace) {
+    const auto attributes = provider.getFileAttributes(source.iri());
+    requireRoom(provider, target, replace);
+    if (source.iri().normalized() == target.iri().normalized()) {
+        throw refusal(target, ErrorCode::AlreadyExists, "source and destination are the same file");
+    }
+    PartialFile file(provider, target.iri());
+    const auto count = file.use([&](const StorageIRI& hidden) { return copyBytes(provider, source, hidden); });
+    requireWhole(source, attributes.size(), count);
+    const auto written = file.use([&](const StorageIRI& hidden) { return provider.getFileAttributes(hidden).size(); });
+    if (written) {
+        requireCount(target, "the storage took", count, *written);
+    }
+    file.use([&](const StorageIRI& hidden) { keepTime(provider, hidden, attributes.lastModified()); });
+    file.takePlace(replace ? ReplacementPolicy::ReplaceExistingFile : ReplacementPolicy::KeepExisting);
+    return count;
+}
+
+void keepTime(const IProvider& provider, const StorageIRI& location, const boost::posix_time::ptime& time) {
+    try {
+        provider.setLastModified(location, time);
+    } catch (const Exception& error) {
+        if (error.code() != ErrorCode::NotSupported) {
+            throw;
+        }
+    }
+}
+
+}  // namespace jstore

@@ -1,0 +1,45 @@
+#include "Hints.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <string_view>
+
+#include "ClassPath.h"
+#include "Text.h"
+
+namespace jstore {
+
+namespace {
+
+/// `name` of "java://name/path".
+std::string_view mountName(std::string_view location) {
+    constexpr std::string_view begin = "java://";
+    if (!location.starts_with(begin)) {
+        return {};
+    }
+    location.remove_prefix(begin.size());
+    return location.substr(0, location.find('/'));
+}
+
+}  // namespace
+
+std::string hintFor(const Problem& problem, const Options& options) {
+    const auto name = mountName(problem.location);
+    if (problem.code != "Unavailable" || name.empty() || slashed(options.provider) != slashed(DefaultProvider)) {
+        return {};
+    }
+    const auto isIt = [&](const Mount& mount) { return mount.name == name; };
+    if (std::any_of(options.mounts.begin(), options.mounts.end(), isIt)) {
+        return "the mount cannot be opened; jstore doctor with the same --mount may tell why";
+    }
+    return fmt::format("no mount of that name; give --mount {}=URI", printable(name));
+}
+
+void addHint(Problem& problem, const Options& options) {
+    if (problem.text.empty()) {
+        problem.text = hintFor(problem, options);
+    }
+}
+
+}  // namespace jstore

@@ -1,0 +1,72 @@
+#include "JavaHome.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <string_view>
+#include <system_error>
+
+#include "ClassPath.h"
+
+namespace jstore {
+
+using storage::jvm::EmbeddedJVMOptions;
+using storage::jvm::JavaCandidate;
+
+namespace {
+
+constexpr std::size_t HeapMiB = 128;
+
+bool choosesCollector(const std::string& option) {
+    constexpr std::string_view prefix = "-XX:+Use";
+    return option.starts_with(prefix) && option.ends_with("GC");
+}
+
+}  // namespace
+
+EmbeddedJVMOptions virtualMachineOptions(const Options& options) {
+    EmbeddedJVMOptions result;
+    result.javaHome = options.javaHome;
+    result.maxHeapMiB = HeapMiB;
+    for (const auto& entry : classPathOf(options)) {
+        std::error_code ignored;  // An entry that cannot even be looked at is as good as missing.
+        if (std::filesystem::exists(entry.path, ignored)) {
+            result.classPath.push_back(entry.path);
+        }
+    }
+    result.jvmOptions = {"-XX:TieredStopAtLevel=1", "-Xshare:auto"};
+    // Two collectors at once are refused, so the default steps back for the user's.
+    if (std::none_of(options.jvmOptions.begin(), options.jvmOptions.end(), choosesCollector)) {
+        result.jvmOptions.emplace_back("-XX:+UseSerialGC");
+    }
+    for (const auto& mount : options.mounts) {
+        result.jvmOptions.push_back(fmt::format("-Dstorage.mount.{}={}", mount.name, mount.uri));
+    }
+    result.jvmOptions.insert(result.jvmOptions.end(), options.jvmOptions.begin(), options.jvmOptions.end());
+    return result;
+}
+
+std::vector<JavaCandidate> javaCandidates(const Options& options) {
+    EmbeddedJVMOptions search;
+    search.javaHome = options.javaHome;
+    auto candidates = storage::jvm::findJava(search);
+    if (!options.javaHome.empty()) {
+        candidates.resize(std::min<std::size_t>(candidates.size(), 1));
+    }
+    return candidates;
+}
+
+const JavaCandidate* usable(const std::vector<JavaCandidate>& candidates) {
+    const auto found = std::find_if(candidates.begin(), candidates.end(),
+                                    [](const JavaCandidate& candidate) { return candidate.problem.empty(); });
+    return found == candidates.end() ? nullptr : &*found;
+}
+
+std::string describe(const JavaCandidate& candidate) {
+    const auto home = candidate.home.empty() ? "" : " " + candidate.home.string();
+    const auto problem = candidate.problem.empty() ? "" : ": " + candidate.problem;
+    return candidate.origin + home + problem;
+}
+
+}  // namespace jstore

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "Options.h"
+#include "storage/jvm/EmbeddedJVM.h"
+
+namespace jstore {
+
+/// How the virtual machine for these options is started: a small heap and the quickest start, the user's own options
+/// last, so that they win. Entries of the class path that are not there are left out.
+[[nodiscard]] storage::jvm::EmbeddedJVMOptions virtualMachineOptions(const Options& options);
+
+/// The places where Java is looked for, in order: only the given home when there is one.
+[[nodiscard]] std::vector<storage::jvm::JavaCandidate> javaCandidates(const Options& options);
+
+/// The candidate that will be used; null when none can be.
+[[nodiscard]] const storage::jvm::JavaCandidate* usable(const std::vector<storage::jvm::JavaCandidate>& candidates);
+
+/// The candidate in one line: where it is from, its home, and what is wrong with it.
+[[nodiscard]] std::string describe(const storage::jvm::JavaCandidate& candidate);
+
+}  // namespace jstore

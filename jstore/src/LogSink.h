@@ -1,0 +1,11 @@
+#pragma once
+
+#include "Options.h"
+
+namespace jstore {
+
+/// Sends the provider bridge's log records of the level to standard error, indented by call depth. LogLevel::Off sends
+/// nothing and adds no sink. Called once, before the virtual machine starts.
+void startLog(LogLevel level);
+
+}  // namespace jstore

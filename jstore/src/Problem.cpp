@@ -1,0 +1,78 @@
+#include "Problem.h"
+
+#include <fmt/format.h>
+
+#include <array>
+#include <string_view>
+
+#include "Text.h"
+#include "foundation/storage/provider/Exception.h"
+
+namespace jstore {
+
+namespace provider = foundation::storage::provider;
+using provider::ErrorCode;
+using provider::StorageIRI;
+
+namespace {
+
+constexpr std::array<std::pair<ErrorCode, std::string_view>, 13> Meanings{{
+    {ErrorCode::Unknown, "the back end gives no reason"},
+    {ErrorCode::NotFound, "nothing is there"},
+    {ErrorCode::AlreadyExists, "something is there already"},
+    {ErrorCode::AccessDenied, "the back end refuses access"},
+    {ErrorCode::NotAFile, "it is not a file"},
+    {ErrorCode::NotAFolder, "it is not a folder"},
+    {ErrorCode::FolderNotEmpty, "the folder is not empty"},
+    {ErrorCode::Cancelled, "it was cancelled"},
+    {ErrorCode::NotSupported, "the back end does not support this"},
+    {ErrorCode::InvalidLocation, "it is not a valid location here"},
+    {ErrorCode::StorageFull, "no space is left"},
+    {ErrorCode::InUse, "it is in use"},
+    {ErrorCode::Unavailable, "the back end cannot be reached"},
+}};
+
+bool sameLocation(const StorageIRI& left, const StorageIRI& right) {
+    // The error's location went through Java in its ASCII form; the normal forms see through that.
+    return left == right || left.normalized() == right.normalized();
+}
+
+}  // namespace
+
+CommandError::CommandError(Problem problem) : std::runtime_error(errorLine(problem)), m_problem(std::move(problem)) {}
+
+CommandError usageError(std::string text) {
+    return CommandError({.code = "Usage", .location = {}, .text = std::move(text), .exitCode = ExitCode::Usage});
+}
+
+std::string errorLine(const Problem& problem) {
+    if (problem.location.empty()) {
+        return fmt::format("jstore: {}", oneLine(problem.text));
+    }
+    const auto hint = problem.text.empty() ? std::string() : ": " + oneLine(problem.text);
+    return fmt::format("jstore: {}: {}{}", problem.code, printable(problem.location), hint);
+}
+
+std::string messageOf(const Problem& problem) {
+    if (!problem.text.empty()) {
+        return oneLine(problem.text);
+    }
+    for (const auto& [code, meaning] : Meanings) {
+        if (toString(code) == problem.code) {
+            return std::string(meaning);
+        }
+    }
+    return problem.code;
+}
+
+Problem describe(const std::exception& error, const Location& subject) {
+    const auto* reported = dynamic_cast<const provider::Exception*>(&error);
+    if (reported == nullptr) {
+        return {"Internal", subject.text(), error.what(), ExitCode::Failed};
+    }
+    const bool elsewhere = !reported->location().empty() && !sameLocation(reported->location(), subject.iri());
+    return {std::string(toString(reported->code())), elsewhere ? Location(reported->location()).text() : subject.text(),
+            std::string(), exitCodeOf(reported->code())};
+}
+
+}  // namespace jstore

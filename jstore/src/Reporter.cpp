@@ -1,0 +1,85 @@
+#include "Reporter.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <system_error>
+
+#include "Text.h"
+
+namespace jstore {
+
+namespace {
+
+using Fields = Reporter::Fields;
+
+Fields errorFields(const Problem& problem, const std::string& subject) {
+    Fields fields = {{"code", problem.code}, {"message", messageOf(problem)}};
+    if (problem.location != subject) {
+        fields["location"] = problem.location;
+    }
+    return fields;
+}
+
+Fields subjectFields(const Location& location, const Fields& more, bool ok) {
+    Fields fields = {{"location", location.text()}};
+    fields.update(more);
+    fields["ok"] = ok;
+    return fields;
+}
+
+}  // namespace
+
+OutputError::OutputError(int error)
+    : std::runtime_error("standard output: " + std::generic_category().message(error)), m_error(error) {}
+
+void Reporter::done(const Location& location, const Fields& more) {
+    object(subjectFields(location, more, /*ok=*/true));
+}
+
+void Reporter::failed(const Location& location, const Problem& problem, const Fields& more) {
+    writeErrorLine(problem);
+    auto fields = subjectFields(location, more, /*ok=*/false);
+    fields["error"] = errorFields(problem, location.text());
+    object(fields);
+}
+
+void Reporter::denied(const Location& location, const Problem& problem) {
+    auto fields = subjectFields(location, Fields::object(), /*ok=*/false);
+    fields["error"] = errorFields(problem, location.text());
+    object(fields);
+}
+
+void Reporter::failed(const Problem& problem) {
+    writeErrorLine(problem);
+    object({{"ok", false}, {"error", errorFields(problem, {})}});
+}
+
+void Reporter::line(std::string_view text) {
+    if (!m_json) {
+        writeOutput(std::string(text) + '\n');
+    }
+}
+
+void Reporter::object(const Fields& fields) {
+    if (!m_json) {
+        return;
+    }
+    Fields object = {{"verb", m_verb}};
+    object.update(fields);
+    writeOutput(object.dump(-1, ' ', /*ensure_ascii=*/false, Fields::error_handler_t::replace) + '\n');
+}
+
+void writeOutput(std::string_view text) {
+    const bool written = std::fwrite(text.data(), 1, text.size(), stdout) == text.size();
+    if (!written || std::fflush(stdout) != 0) {
+        throw OutputError(errno);
+    }
+}
+
+void writeErrorLine(const Problem& problem) {
+    const auto line = errorLine(problem) + '\n';
+    // One call, so that lines of several processes do not mix.
+    std::fwrite(line.data(), 1, line.size(), stderr);
+}
+
+}  // namespace jstore

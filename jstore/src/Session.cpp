@@ -1,0 +1,98 @@
+#include "Session.h"
+
+#include <fmt/format.h>
+
+#include <exception>
+#include <string>
+
+#include "ClassPath.h"
+#include "JavaHome.h"
+#include "Problem.h"
+#include "Text.h"
+#include "storage/javaprovider/EntryPoints.h"
+
+namespace jstore {
+
+using foundation::storage::provider::IProvider;
+using storage::jvm::EmbeddedJVM;
+
+namespace {
+
+CommandError failed(std::string code, std::string text, ExitCode exitCode = ExitCode::Failed) {
+    return CommandError({std::move(code), {}, std::move(text), exitCode});
+}
+
+std::string placesTried(const std::vector<storage::jvm::JavaCandidate>& candidates) {
+    std::string places;
+    for (const auto& candidate : candidates) {
+        places += (places.empty() ? "" : "; ") + describe(candidate);
+    }
+    return places.empty() ? "no place to look in" : places;
+}
+
+std::string classPathText(const Options& options) {
+    std::string text;
+    for (const auto& entry : classPathOf(options)) {
+        text += (text.empty() ? "" : ":") + entry.path.string();
+    }
+    return text;
+}
+
+/// Java says "java.lang.NoClassDefFoundError: com/example/Nope" for a class that is nowhere, and the same with
+/// "(wrong name: …)" after it for a file that holds another class.
+std::string reason(const std::string& javaText, const Options& options) {
+    const auto missing = "java.lang.NoClassDefFoundError: " + slashed(options.provider);
+    if (oneLine(javaText) == missing) {
+        return fmt::format("class not found on the class path ({})", classPathText(options));
+    }
+    return javaText;
+}
+
+}  // namespace
+
+void checkClassPath(const Options& options) {
+    for (const auto& entry : classPathOf(options)) {
+        const auto problem = problemOf(entry);
+        if (!problem.empty()) {
+            const auto path = printable(entry.path.string());
+            throw failed("ClassPath", fmt::format("class path entry {} ({}): {}", path, entry.origin, problem));
+        }
+    }
+}
+
+std::shared_ptr<EmbeddedJVM> startJava(const Options& options) {
+    const auto candidates = javaCandidates(options);
+    if (usable(candidates) == nullptr) {
+        throw failed("NoJava", "no Java found: " + placesTried(candidates), ExitCode::NoJava);
+    }
+    std::shared_ptr<EmbeddedJVM> jvm;
+    try {
+        jvm = EmbeddedJVM::start(virtualMachineOptions(options));
+    } catch (const std::exception& error) {
+        throw failed("Java", fmt::format("Java does not start: {}", error.what()));
+    }
+    // The start goes on to the next place when a library cannot be loaded; a home that was given is meant alone.
+    if (!options.javaHome.empty() && jvm->libjvm() != candidates.front().libjvm) {
+        const auto library = printable(candidates.front().libjvm.string());
+        throw failed("NoJava", fmt::format("no Java found: {} cannot be loaded", library), ExitCode::NoJava);
+    }
+    return jvm;
+}
+
+std::unique_ptr<IProvider> makeProvider(const std::shared_ptr<EmbeddedJVM>& jvm, const Options& options) {
+    try {
+        return std::unique_ptr<IProvider>(storage::javaprovider::buildProvider(jvm, slashed(options.provider)));
+    } catch (const std::exception& error) {
+        const auto why = reason(error.what(), options);
+        throw failed("Provider", fmt::format("cannot use provider {}: {}", dotted(options.provider), why));
+    }
+}
+
+Session::Session(const Options& options) {
+    checkClassPath(options);
+    m_jvm = startJava(options);
+    m_attachment.emplace(m_jvm);
+    m_provider = makeProvider(m_jvm, options);
+}
+
+}  // namespace jstore

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <jni.h>
+
+#include <memory>
+
+#include "Options.h"
+#include "doctor/Check.h"
+#include "storage/jvm/EmbeddedJVM.h"
+
+/// The groups of checks that `jstore doctor` makes. None throws for something that is wrong on this machine: that is
+/// what the findings are for.
+namespace jstore::doctor {
+
+/// Each place where Java is looked for. One failure when none is usable; a place passed over is a warning only where
+/// somebody named it (JAVA_HOME).
+[[nodiscard]] Checks javaHomes(const Options& options);
+
+/// Each entry of the class path, then where the contract and the provider's class are.
+[[nodiscard]] Checks classPath(const Options& options);
+
+/// Each mount and whether its target is there.
+[[nodiscard]] Checks mounts(const Options& options);
+
+/// The process's character encoding. Says what Java uses when `env`, its environment, is not null.
+[[nodiscard]] Check locale(JNIEnv* env);
+
+/// What the running machine says about itself.
+[[nodiscard]] Checks runningJava(JNIEnv* env, const storage::jvm::EmbeddedJVM& jvm);
+
+/// Whose signal handlers are installed, now that Java runs.
+[[nodiscard]] Checks signals();
+
+/// Makes the provider and gives it back.
+[[nodiscard]] Check provider(const std::shared_ptr<storage::jvm::EmbeddedJVM>& jvm, const Options& options);
+
+}  // namespace jstore::doctor

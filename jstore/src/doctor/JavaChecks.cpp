@@ -1,0 +1,131 @@
+#include <dlfcn.h>
+#include <fmt/format.h>
+
+#include <charconv>
+#include <chrono>
+#include <csignal>
+#include <cstring>
+#include <fstream>
+
+#include "JavaHome.h"
+#include "JavaProperty.h"
+#include "Problem.h"
+#include "Session.h"
+#include "doctor/Checks.h"
+
+namespace jstore::doctor {
+
+using storage::jvm::JavaCandidate;
+
+namespace {
+
+/// The version that the home's "release" file states, with a blank before it; empty without one.
+std::string releaseVersion(const std::filesystem::path& home) {
+    constexpr std::string_view key = "JAVA_VERSION=\"";
+    std::ifstream release(home / "release");
+    for (std::string line; std::getline(release, line);) {
+        if (line.starts_with(key)) {
+            return " (Java " + line.substr(key.size(), line.find('"', key.size()) - key.size()) + ")";
+        }
+    }
+    return {};
+}
+
+constexpr int OldestJava = 11;
+
+/// 17 of "17.0.1"; 1 of "1.8.0", which is old enough; 0 for what is no version.
+int majorOf(const std::string& version) {
+    int major = 0;
+    std::from_chars(version.data(), version.data() + version.size(), major);
+    return major;
+}
+
+Check checkOf(const JavaCandidate& candidate, const JavaCandidate* chosen) {
+    if (candidate.problem.empty()) {
+        const auto* const role = &candidate == chosen ? ": used" : ": not needed";
+        return {Mark::Ok, "java home", describe(candidate) + releaseVersion(candidate.home) + role, {}};
+    }
+    const bool named = !candidate.home.empty() && candidate.origin != "distribution folder";
+    return {named ? Mark::Warning : Mark::Ok, "java home", describe(candidate),
+            named ? "correct " + candidate.origin : std::string()};
+}
+
+/// The file of the library that the signal's handler is in; empty for the default, for "ignored" and when unknown.
+std::string handlerLibrary(int signal) {
+    struct sigaction action = {};
+    if (::sigaction(signal, nullptr, &action) != 0 || action.sa_handler == SIG_DFL || action.sa_handler == SIG_IGN) {
+        return {};
+    }
+    Dl_info info = {};
+    const auto* const handler = reinterpret_cast<void*>(action.sa_sigaction);
+    return ::dladdr(handler, &info) != 0 && info.dli_fname != nullptr ? info.dli_fname : "";
+}
+
+bool isJavas(int signal) { return handlerLibrary(signal).find("libjvm") != std::string::npos; }
+
+std::string namesOf(const std::vector<int>& signals, bool javas) {
+    std::string names;
+    for (const int signal : signals) {
+        if (isJavas(signal) == javas) {
+            names += (names.empty() ? "SIG" : ", SIG") + std::string(::sigabbrev_np(signal));
+        }
+    }
+    return names;
+}
+
+}  // namespace
+
+Checks javaHomes(const Options& options) {
+    const auto candidates = javaCandidates(options);
+    const auto* const chosen = usable(candidates);
+    Checks checks;
+    for (const auto& candidate : candidates) {
+        checks.push_back(checkOf(candidate, chosen));
+    }
+    if (chosen == nullptr) {
+        checks.push_back({Mark::Failure, "java", "no usable Java was found",
+                          "install a Java 11 or newer, set JAVA_HOME, or use --java-home"});
+    } else {
+        checks.push_back({Mark::Ok, "libjvm", chosen->libjvm.string(), {}});
+    }
+    return checks;
+}
+
+Checks runningJava(JNIEnv* env, const storage::jvm::EmbeddedJVM& jvm) {
+    const auto version = javaProperty(env, "java.version").value_or("unknown");
+    const auto name = javaProperty(env, "java.vm.name").value_or("unknown machine");
+    const auto home = javaProperty(env, "java.home").value_or("unknown home");
+    const auto* const origin = jvm.startedHere() ? "started" : "found running";
+    const auto detail = fmt::format("{}, {}, from {}: {}", version, name, home, origin);
+    if (majorOf(version) < OldestJava) {
+        return {{Mark::Failure, "java version", detail, fmt::format("use Java {} or newer", OldestJava)}};
+    }
+    return {{Mark::Ok, "java version", detail, {}}};
+}
+
+Checks signals() {
+    const auto caught = namesOf({SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGPIPE}, /*javas=*/true);
+    const auto taken = namesOf({SIGINT, SIGTERM, SIGHUP, SIGQUIT}, /*javas=*/true);
+    const auto free = namesOf({SIGINT, SIGTERM, SIGHUP, SIGQUIT}, /*javas=*/false);
+    Checks checks{{Mark::Ok, "signals", "handled by Java: " + caught, {}}};
+    if (taken.empty()) {
+        checks.push_back({Mark::Ok, "signals", "left alone by Java: " + free, {}});
+    } else {
+        checks.push_back(
+            {Mark::Failure, "signals", "taken by Java: " + taken, "leave out --jvm-option -XX:-ReduceSignalUsage"});
+    }
+    return checks;
+}
+
+Check provider(const std::shared_ptr<storage::jvm::EmbeddedJVM>& jvm, const Options& options) {
+    const auto start = std::chrono::steady_clock::now();
+    try {
+        makeProvider(jvm, options).reset();
+    } catch (const CommandError& error) {
+        return {Mark::Failure, "provider", messageOf(error.problem()), "check --provider and --class-path"};
+    }
+    const auto time = std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start);
+    return {Mark::Ok, "provider", fmt::format("{} made and disposed in {} ms", options.provider, time.count()), {}};
+}
+
+}  // namespace jstore::doctor

@@ -1,0 +1,74 @@
+#include <cerrno>
+#include <cstdlib>
+#include <exception>
+#include <filesystem>
+#include <string>
+
+#include "CommandLine.h"
+#include "Context.h"
+#include "Interrupt.h"
+#include "LogSink.h"
+#include "Problem.h"
+#include "Reporter.h"
+#include "StandardStreams.h"
+
+namespace jstore {
+
+namespace {
+
+Options withSurroundings(Options options) {
+    const char* const classPath = std::getenv("JSTORE_CLASS_PATH");
+    options.environmentClassPath = classPath == nullptr ? "" : classPath;
+    const auto program = std::filesystem::read_symlink("/proc/self/exe");
+    options.installedJars = (program.parent_path() / JSTORE_JARS).lexically_normal();
+    return options;
+}
+
+ExitCode runVerb(const CommandLine& commandLine) {
+    Context context(withSurroundings(commandLine.options()));
+    context.reporter().setVerb(commandLine.verbName());
+    watchInterrupt();
+    startLog(context.options().logLevel);
+    try {
+        return commandLine.verb().run(context);
+    } catch (const CommandError& error) {
+        if (error.problem().exitCode == ExitCode::Usage) {
+            throw;
+        }
+        context.reporter().failed(error.problem());
+        return error.problem().exitCode;
+    }
+}
+
+ExitCode runCommand(int argc, const char* const* argv) {
+    try {
+        CommandLine commandLine;
+        const auto answer = commandLine.parse(argc, argv);
+        if (!answer.empty()) {
+            writeOutput(answer);
+            return ExitCode::Done;
+        }
+        return runVerb(commandLine);
+    } catch (const CommandError& error) {
+        writeErrorLine(error.problem());
+        return error.problem().exitCode;
+    } catch (const OutputError& error) {
+        if (error.error() == EPIPE) {
+            endByBrokenPipe();
+        }
+        writeErrorLine({"Output", {}, error.what(), ExitCode::Failed});
+        return ExitCode::Failed;
+    } catch (const std::exception& error) {
+        writeErrorLine({"Internal", {}, error.what(), ExitCode::Failed});
+        return ExitCode::Failed;
+    }
+}
+
+}  // namespace
+
+}  // namespace jstore
+
+int main(int argc, char** argv) {
+    jstore::occupyStandardStreams();
+    return static_cast<int>(jstore::runCommand(argc, argv));
+}

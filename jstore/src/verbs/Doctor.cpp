@@ -1,0 +1,100 @@
+#include <fmt/format.h>
+
+#include "Text.h"
+#include "doctor/Checks.h"
+#include "storage/jvm/JVMWrapper.h"
+#include "verbs/Verb.h"
+
+namespace jstore {
+
+using doctor::Check;
+using doctor::Checks;
+using doctor::Mark;
+
+namespace {
+
+const char* wordFor(Mark mark) {
+    switch (mark) {
+        case Mark::Ok:
+            return "ok";
+        case Mark::Warning:
+            return "warn";
+        default:
+            return "FAIL";
+    }
+}
+
+class Doctor final : public Verb {
+public:
+    CLI::App& declare(CLI::App& commandLine) override {
+        auto& verb = *commandLine.add_subcommand("doctor", "Tell what jstore found on this machine and what is wrong");
+        verb.footer("Ends with 0 when jstore can be used as it was called, 7 when there is no Java, else 1.");
+        return verb;
+    }
+
+    ExitCode run(Context& context) override {
+        m_context = &context;
+        show(doctor::javaHomes(context.options()));
+        const bool haveHome = m_usable;
+        show(doctor::classPath(context.options()));
+        show(doctor::mounts(context.options()));
+        if (!haveHome) {
+            show({doctor::locale(nullptr)});
+            return ExitCode::NoJava;
+        }
+        const auto running = showRunning();
+        return running == ExitCode::Done && !m_usable ? ExitCode::Failed : running;
+    }
+
+private:
+    /// Starts the machine and looks at it from inside; Done unless it does not start.
+    ExitCode showRunning() {
+        std::shared_ptr<storage::jvm::EmbeddedJVM> jvm;
+        try {
+            jvm = startJava(m_context->options());
+        } catch (const CommandError& error) {
+            const auto* const hint = "check --jvm-option, --java-home and JAVA_HOME";
+            show({{Mark::Failure, "java", messageOf(error.problem()), hint}, doctor::locale(nullptr)});
+            return error.problem().exitCode;
+        }
+        storage::jvm::JVMWrapper attached(jvm->getJavaVM());
+        show(doctor::runningJava(attached.getEnv(), *jvm));
+        show({doctor::locale(attached.getEnv())});
+        show(doctor::signals());
+        show({doctor::provider(jvm, m_context->options())});
+        return ExitCode::Done;
+    }
+
+    /// Prints the findings and notes whether one is a failure.
+    void show(const Checks& checks) {
+        for (const auto& check : checks) {
+            print(check);
+            m_usable = m_usable && check.mark != Mark::Failure;
+        }
+    }
+
+    void print(const Check& check) {
+        auto& reporter = m_context->reporter();
+        reporter.line(fmt::format("{:<4}  {:<12}  {}", wordFor(check.mark), check.subject, oneLine(check.detail)));
+        if (!check.hint.empty()) {
+            reporter.line(fmt::format("{:<4}  {:<12}  -> {}", "", "", check.hint));
+        }
+        Reporter::Fields fields = {{"check", check.subject},
+                                   {"ok", check.mark != Mark::Failure},
+                                   {"mark", check.mark == Mark::Failure ? "fail" : wordFor(check.mark)},
+                                   {"detail", oneLine(check.detail)}};
+        if (!check.hint.empty()) {
+            fields["hint"] = check.hint;
+        }
+        reporter.object(fields);
+    }
+
+    Context* m_context = nullptr;
+    bool m_usable = true;
+};
+
+}  // namespace
+
+std::unique_ptr<Verb> makeDoctor() { return std::make_unique<Doctor>(); }
+
+}  // namespace jstore

@@ -1,0 +1,63 @@
+#include "Arguments.h"
+#include "verbs/Destination.h"
+#include "verbs/ForEachLocation.h"
+#include "verbs/Verb.h"
+
+namespace jstore {
+
+using foundation::storage::provider::EntryType;
+using foundation::storage::provider::IProvider;
+using foundation::storage::provider::ReplacementPolicy;
+
+namespace {
+
+class Mv final : public Verb {
+public:
+    CLI::App& declare(CLI::App& commandLine) override {
+        auto& verb = *commandLine.add_subcommand("mv", "Move or rename files and folders");
+        addArguments(verb, "SOURCE... DESTINATION", m_arguments, "What to move, and where to", /*fewest=*/2);
+        verb.add_flag("--replace", m_replace, "Replace what is at the destination; a folder with all it holds");
+        verb.footer(
+            "A destination that is a folder takes the sources in under their own names; for several sources it\n"
+            "must be one. What is at the destination already is kept, and the move fails with 4, unless\n"
+            "--replace is given. A file never replaces a folder, nor a folder a file.");
+        return verb;
+    }
+
+    ExitCode run(Context& context) override {
+        auto sources = toLocations(m_arguments);
+        auto last = sources.back();
+        sources.pop_back();
+        const auto& provider = context.provider();
+        const Destination destination(context, std::move(last), sources.size());
+        return forEachLocation(context, sources, [&](const Location& source) {
+            const auto target = destination.targetOf(source, "moved");
+            move(provider, source, target);
+            context.reporter().done(source, {{"destination", target.text()}});
+            return ExitCode::Done;
+        });
+    }
+
+private:
+    void move(const IProvider& provider, const Location& source, const Location& target) const {
+        const bool folder = provider.existsExtended(source.iri()) == EntryType::Folder;
+        if (folder) {
+            provider.moveFolder(source.iri(), target.iri(), policy(ReplacementPolicy::ReplaceExisting));
+        } else {
+            provider.moveFile(source.iri(), target.iri(), policy(ReplacementPolicy::ReplaceExistingFile));
+        }
+    }
+
+    [[nodiscard]] ReplacementPolicy policy(ReplacementPolicy replacing) const {
+        return m_replace ? replacing : ReplacementPolicy::KeepExisting;
+    }
+
+    std::vector<std::string> m_arguments;
+    bool m_replace = false;
+};
+
+}  // namespace
+
+std::unique_ptr<Verb> makeMv() { return std::make_unique<Mv>(); }
+
+}  // namespace jstore

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "Context.h"
+#include "ExitCode.h"
+#include "Location.h"
+
+namespace jstore {
+
+/// Reports the exception that is being handled as the location's failure, with a hint where there is one, and returns
+/// its exit code. To be called in a catch block.
+///
+/// OutputError and Interruption are nobody's failure and are thrown again.
+[[nodiscard]] ExitCode reportFailure(Context& context, const Location& location);
+
+}  // namespace jstore

@@ -1,0 +1,80 @@
+#include "Arguments.h"
+#include "Refusal.h"
+#include "foundation/storage/provider/Exception.h"
+#include "verbs/ForEachLocation.h"
+#include "verbs/Verb.h"
+
+namespace jstore {
+
+using foundation::storage::provider::EntryType;
+using foundation::storage::provider::ErrorCode;
+using foundation::storage::provider::Exception;
+using foundation::storage::provider::IProvider;
+
+namespace {
+
+void removeOneFile(const IProvider& provider, const Location& location) {
+    try {
+        provider.removeFile(location.iri());
+    } catch (const Exception& error) {
+        if (error.code() == ErrorCode::NotAFile) {
+            throw refusal(location, ErrorCode::NotAFile, "it is a folder; use rm -r to remove it with all it holds");
+        }
+        throw;
+    }
+}
+
+/// A symbolic link to a folder counts as a folder here, but a back end removes the link and not what it leads to; one
+/// that leads nowhere is removed as a file.
+void removeAll(const IProvider& provider, const Location& location) {
+    if (provider.existsExtended(location.iri()) == EntryType::Folder) {
+        provider.removeFolderRecursive(location.iri());
+    } else {
+        provider.removeFile(location.iri());
+    }
+}
+
+/// `rm -r .` and `rm -r ..` are never meant.
+void refuseDots(std::string_view argument) {
+    const auto last = argument.find_last_not_of('/');
+    const auto trimmed = argument.substr(0, last + 1);
+    const auto name = trimmed.substr(trimmed.rfind('/') + 1);
+    if (name == "." || name == "..") {
+        throw usageError("rm does not remove . or ..: " + std::string(argument));
+    }
+}
+
+class Rm final : public Verb {
+public:
+    CLI::App& declare(CLI::App& commandLine) override {
+        auto& verb = *commandLine.add_subcommand("rm", "Remove files, or folders with all they hold");
+        addArguments(verb, "LOCATION...", m_arguments, "What to remove");
+        verb.add_flag("-r,-R,--recursive", m_recursive, "Remove folders too, with all they hold");
+        verb.footer(
+            "The root of a file system is never removed. When removing a folder fails half-way, a part of it\n"
+            "may be gone.");
+        return verb;
+    }
+
+    ExitCode run(Context& context) override {
+        for (const auto& argument : m_arguments) {
+            refuseDots(argument);
+        }
+        return forEachArgument(context, m_arguments, [this](const IProvider& provider, const Location& location) {
+            if (location.iri().normalized().isRoot()) {
+                throw refusal(location, ErrorCode::AccessDenied, "a root is never removed");
+            }
+            m_recursive ? removeAll(provider, location) : removeOneFile(provider, location);
+        });
+    }
+
+private:
+    std::vector<std::string> m_arguments;
+    bool m_recursive = false;
+};
+
+}  // namespace
+
+std::unique_ptr<Verb> makeRm() { return std::make_unique<Rm>(); }
+
+}  // namespace jstore

@@ -1,0 +1,85 @@
+#include <fmt/format.h>
+
+#include "Arguments.h"
+#include "Entry.h"
+#include "Text.h"
+#include "foundation/storage/provider/Exception.h"
+#include "verbs/ForEachLocation.h"
+#include "verbs/TreeWalk.h"
+#include "verbs/Verb.h"
+
+namespace jstore {
+
+namespace {
+
+/// Draws each entry behind the branches that lead to it.
+class TreeDrawing final : public TreeWalk {
+public:
+    explicit TreeDrawing(Context& context) : TreeWalk(context) {}
+
+    [[nodiscard]] std::size_t folders() const noexcept { return m_folders; }
+    [[nodiscard]] std::size_t files() const noexcept { return m_files; }
+
+protected:
+    void enter(const Entry& folder, const std::vector<Entry>& /*entries*/) override {
+        if (folder.depth == 0) {
+            context().reporter().line(printable(folder.location.text()));
+        }
+    }
+
+    void visit(const Entry& entry) override {
+        m_last.resize(entry.depth);
+        m_last.back() = entry.last;
+        ++(entry.isFolder() ? m_folders : m_files);
+        context().reporter().line(branches() + entry.nameText());
+        context().reporter().done(entry.location, {{"type", wordFor(entry.type)}, {"depth", entry.depth}});
+    }
+
+private:
+    [[nodiscard]] std::string branches() const {
+        std::string text;
+        for (std::size_t level = 0; level + 1 < m_last.size(); ++level) {
+            text += m_last[level] ? "    " : "│   ";
+        }
+        return text + (m_last.back() ? "└── " : "├── ");
+    }
+
+    /// Of each name along the present path, whether it is the last of its folder.
+    std::vector<bool> m_last;
+    std::size_t m_folders = 0;
+    std::size_t m_files = 0;
+};
+
+class Tree final : public Verb {
+public:
+    CLI::App& declare(CLI::App& commandLine) override {
+        auto& verb = *commandLine.add_subcommand("tree", "Draw what folders hold, with the folders below");
+        addArguments(verb, "FOLDER...", m_arguments, "The folders to draw");
+        verb.footer(
+            "The last line counts what was drawn. The drawing is UTF-8. Symbolic links to folders are drawn and\n"
+            "not entered.");
+        return verb;
+    }
+
+    ExitCode run(Context& context) override {
+        const auto locations = toLocations(m_arguments);
+        static_cast<void>(context.provider());
+        return forEachLocation(context, locations, [&](const Location& location) {
+            TreeDrawing drawing(context);
+            const auto code = drawing.run(location);
+            context.reporter().line(fmt::format("\n{} folder{}, {} file{}", drawing.folders(),
+                                                drawing.folders() == 1 ? "" : "s", drawing.files(),
+                                                drawing.files() == 1 ? "" : "s"));
+            return code;
+        });
+    }
+
+private:
+    std::vector<std::string> m_arguments;
+};
+
+}  // namespace
+
+std::unique_ptr<Verb> makeTree() { return std::make_unique<Tree>(); }
+
+}  // namespace jstore

@@ -1,0 +1,95 @@
+#include "support/Matchers.h"
+#include "support/TemporaryFolder.h"
+
+namespace jstore::test {
+
+using ::testing::AllOf;
+using ::testing::ContainsRegex;
+using ::testing::HasSubstr;
+using ::testing::Not;
+
+namespace {
+
+TEST(DoctorTest, WhatWorksIsMarkedOk) {
+    const auto outcome = jstore({"doctor"});
+    EXPECT_THAT(outcome, Prints(Not(HasSubstr("FAIL"))));
+    EXPECT_THAT(outcome.out, AllOf(ContainsRegex("ok +java home +.*used"), ContainsRegex("ok +libjvm +/.*libjvm.so"),
+                                   ContainsRegex("ok +java version +[0-9]+\\.")));
+    EXPECT_THAT(outcome.out, AllOf(ContainsRegex("ok +class path +.*storage-provider-api.jar"),
+                                   ContainsRegex("ok +class +com.corvallen.storage.provider.ProviderException in "),
+                                   ContainsRegex("ok +class +com.corvallen.storage.backend.nio.NioProvider in ")));
+    EXPECT_THAT(outcome.out,
+                AllOf(ContainsRegex("ok +signals +handled by Java: .*SIGSEGV"),
+                      ContainsRegex("ok +signals +left alone by Java: SIGINT, SIGTERM"),
+                      ContainsRegex("ok +locale +.*UTF-8"), ContainsRegex("ok +provider +.*made and disposed")));
+}
+
+TEST(DoctorTest, LocaleIsReplacedForJava) {
+    const auto outcome = Jstore({"doctor"}).with("LC_ALL", "C").run();
+    EXPECT_THAT(
+        outcome,
+        Prints(ContainsRegex("ok +locale +the environment asks for ANSI_X3.4-1968; Java names files in UTF-8, set")));
+}
+
+TEST(DoctorTest, NoJavaIsSeven) {
+    const auto outcome = jstore({"--java-home", "/nonexistent", "doctor"});
+    EXPECT_EQ(7, outcome.exitCode);
+    EXPECT_EQ("", outcome.err);
+    EXPECT_THAT(outcome.out,
+                AllOf(ContainsRegex("warn +java home +given home /nonexistent: "), ContainsRegex("FAIL +java +"),
+                      HasSubstr("-> install"), ContainsRegex("ok +class path")));
+}
+
+TEST(DoctorTest, LibraryThatCannotBeLoadedIsSeven) {
+    const TemporaryFolder home;
+    home.folder("lib/server");
+    home.file("lib/server/libjvm.so", "no library");
+    const auto outcome = jstore({"--java-home", home.path().string(), "doctor"});
+    EXPECT_EQ(7, outcome.exitCode);
+    EXPECT_THAT(outcome.out, ContainsRegex("FAIL +java +.*libjvm.so cannot be loaded"));
+}
+
+TEST(DoctorTest, WrongJavaHomeIsAWarning) {
+    const auto outcome = Jstore({"doctor"}).with("JAVA_HOME", "/nonexistent").run();
+    EXPECT_THAT(outcome, Prints(ContainsRegex("warn +java home +JAVA_HOME /nonexistent: ")));
+}
+
+TEST(DoctorTest, WrongClassPathFails) {
+    const TemporaryFolder folder;
+    const auto broken = folder.file("broken.jar", "nothing").string();
+    const auto outcome = jstore({"--class-path", broken + ":/nonexistent.jar", "doctor"});
+    EXPECT_EQ(1, outcome.exitCode);
+    EXPECT_THAT(outcome.out, AllOf(ContainsRegex("FAIL +class path +.*broken.jar .*not a zip"),
+                                   ContainsRegex("FAIL +class path +/nonexistent.jar .*cannot be found"),
+                                   HasSubstr("-> correct or remove it in --class-path")));
+    EXPECT_THAT(outcome.out, ContainsRegex("ok +provider +.*made and disposed"));
+}
+
+TEST(DoctorTest, WrongProviderFails) {
+    const auto outcome = jstore({"--provider", "com.example.Nope", "doctor"});
+    EXPECT_EQ(1, outcome.exitCode);
+    EXPECT_THAT(outcome.out, AllOf(ContainsRegex("FAIL +class +com.example.Nope is in no entry"),
+                                   ContainsRegex("FAIL +provider +cannot use provider com.example.Nope")));
+}
+
+TEST(DoctorTest, WrongMachineOptionFails) {
+    const auto outcome = jstore({"--jvm-option", "-XX:+NoSuchOption", "doctor"});
+    EXPECT_EQ(1, outcome.exitCode);
+    EXPECT_THAT(outcome.out, ContainsRegex("FAIL +java +Java does not start: .*NoSuchOption"));
+}
+
+TEST(DoctorTest, MountsAreLookedAt) {
+    const TemporaryFolder folder;
+    const auto file = folder.file("a.zip");
+    const auto good = jstore({"--mount", "a=" + folder.path().string(), "--mount", "m=jimfs://memory", "doctor"});
+    EXPECT_THAT(good,
+                Prints(AllOf(ContainsRegex("ok +mount a +file:///"), ContainsRegex("ok +mount m +.*not looked for"))));
+    const auto bad = jstore({"--mount", "a=/nonexistent", "--mount", "b=" + file.string(), "doctor"});
+    EXPECT_EQ(1, bad.exitCode);
+    EXPECT_THAT(bad.out, AllOf(ContainsRegex("FAIL +mount a +.*nothing is at /nonexistent"),
+                               ContainsRegex("FAIL +mount b +.*not a folder"), HasSubstr("NAME=jar:file:")));
+}
+
+}  // namespace
+
+}  // namespace jstore::test

@@ -1,0 +1,95 @@
+#include "support/Matchers.h"
+#include "support/TemporaryFolder.h"
+
+namespace jstore::test {
+
+namespace fs = std::filesystem;
+using ::testing::AllOf;
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
+
+namespace {
+
+class RmTest : public ::testing::Test {
+protected:
+    TemporaryFolder m_folder;
+};
+
+TEST_F(RmTest, FileIsRemovedInSilence) {
+    m_folder.file("a");
+    EXPECT_THAT(jstore({"rm", m_folder.location("a")}), IsSilentlyDone());
+    EXPECT_FALSE(fs::exists(m_folder / "a"));
+}
+
+TEST_F(RmTest, NothingIsThree) {
+    EXPECT_THAT(jstore({"rm", m_folder.location("a")}), FailsWith(3, "jstore: NotFound: " + m_folder.location("a")));
+    EXPECT_THAT(jstore({"rm", "-r", m_folder.location("a")}),
+                FailsWith(3, "jstore: NotFound: " + m_folder.location("a")));
+}
+
+TEST_F(RmTest, FolderIsKept) {
+    m_folder.folder("a");
+    EXPECT_THAT(jstore({"rm", m_folder.location("a")}),
+                FailsWith(1, AllOf(StartsWith("jstore: NotAFile: " + m_folder.location("a")), HasSubstr("rm -r"))));
+    EXPECT_TRUE(fs::is_directory(m_folder / "a"));
+}
+
+TEST_F(RmTest, FolderGoesWithAllItHolds) {
+    m_folder.folder("a/b/c");
+    m_folder.file("a/b/file", "content");
+    EXPECT_THAT(jstore({"rm", "-r", m_folder.location("a")}), IsSilentlyDone());
+    EXPECT_FALSE(fs::exists(m_folder / "a"));
+}
+
+TEST_F(RmTest, FileGoesWithRecursiveToo) {
+    m_folder.file("a");
+    EXPECT_THAT(jstore({"rm", "-r", m_folder.location("a")}), IsSilentlyDone());
+    EXPECT_FALSE(fs::exists(m_folder / "a"));
+}
+
+TEST_F(RmTest, LinkGoesAndItsTargetStays) {
+    m_folder.folder("target");
+    m_folder.file("target/file");
+    fs::create_directory_symlink(m_folder / "target", m_folder / "link");
+    fs::create_symlink(m_folder / "nowhere", m_folder / "dangling");
+    EXPECT_THAT(jstore({"rm", m_folder.location("dangling")}), IsSilentlyDone());
+    EXPECT_THAT(jstore({"rm", "-r", m_folder.location("link")}), IsSilentlyDone());
+    EXPECT_FALSE(fs::is_symlink(m_folder / "link"));
+    EXPECT_FALSE(fs::is_symlink(m_folder / "dangling"));
+    EXPECT_TRUE(fs::exists(m_folder / "target/file"));
+}
+
+TEST_F(RmTest, RootIsRefused) {
+    for (const auto* const root :
+         {"java:///", "/", "java://", "java:////", "java:///.", "java:///%2e", "java:///a/.."}) {
+        const auto outcome = jstore({"--provider", "com.corvallen.jstore.test.EmptyProvider", "--class-path",
+                                     JSTORE_TEST_BACKENDS, "rm", "-r", root});
+        EXPECT_NE(0, outcome.exitCode) << root;
+        EXPECT_EQ(1U, outcome.errLines().size()) << root << outcome.err;
+        EXPECT_THAT(outcome.err, ::testing::AnyOf(HasSubstr("AccessDenied"), HasSubstr("rm does not remove"))) << root;
+    }
+}
+
+TEST_F(RmTest, DotsAreRefused) {
+    m_folder.folder("a");
+    for (const auto* const dots : {".", "..", "./", "../", "a/.", "a/.."}) {
+        EXPECT_THAT(Jstore({"rm", "-r", dots}).in(m_folder.path()).run(), FailsWith(2, HasSubstr("rm does not remove")))
+            << dots;
+    }
+    EXPECT_TRUE(fs::is_directory(m_folder / "a"));
+}
+
+TEST_F(RmTest, AllFailingAlikeKeepTheirCode) {
+    const auto outcome = jstore({"rm", m_folder.location("a"), m_folder.location("b")});
+    EXPECT_EQ(3, outcome.exitCode);
+    EXPECT_EQ(2U, outcome.errLines().size());
+}
+
+TEST_F(RmTest, FailingDifferentlyIsSix) {
+    m_folder.folder("a");
+    EXPECT_EQ(6, jstore({"rm", m_folder.location("a"), m_folder.location("b")}).exitCode);
+}
+
+}  // namespace
+
+}  // namespace jstore::test

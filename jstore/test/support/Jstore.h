@@ -1,0 +1,66 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <filesystem>
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+namespace jstore::test {
+
+/// How a run of jstore ended and what it wrote.
+struct Outcome {
+    int exitCode = -1;  ///< -1 when a signal ended it
+    int signal = 0;     ///< 0 unless a signal ended it
+    std::string out;
+    std::string err;
+
+    /// Standard error's or output's lines, without their newlines; a last line without one counts too.
+    [[nodiscard]] std::vector<std::string> errLines() const;
+    [[nodiscard]] std::vector<std::string> outLines() const;
+};
+
+/// For failure messages.
+void PrintTo(const Outcome& outcome, std::ostream* out);
+
+/// A run of the real program as a child process. Not for use from several threads.
+class Jstore {
+public:
+    enum class Output { Captured, Closed, ReaderGone, Full };
+
+    explicit Jstore(std::vector<std::string> arguments);
+    /// Ends the process if it still runs.
+    ~Jstore();
+
+    Jstore(const Jstore&) = delete;
+    Jstore& operator=(const Jstore&) = delete;
+
+    /// Sets an environment variable; the rest is this process's, without what would change jstore's behaviour.
+    Jstore& with(const std::string& name, const std::string& value);
+    Jstore& in(std::filesystem::path folder);
+    Jstore& outputTo(Output output);
+
+    void start();
+    [[nodiscard]] pid_t pid() const noexcept { return m_pid; }
+    /// Waits for the end, for two minutes at most: then the test fails and the process is killed.
+    [[nodiscard]] Outcome wait();
+    /// start() and wait().
+    [[nodiscard]] Outcome run();
+
+private:
+    void readAll(Outcome& outcome);
+
+    std::vector<std::string> m_arguments;
+    std::vector<std::string> m_environment;
+    std::filesystem::path m_folder;
+    Output m_output = Output::Captured;
+    pid_t m_pid = -1;
+    int m_out = -1;
+    int m_err = -1;
+};
+
+/// Runs `jstore ARGUMENTS…`.
+[[nodiscard]] Outcome jstore(std::vector<std::string> arguments);
+
+}  // namespace jstore::test

@@ -1,0 +1,58 @@
+#include "JavaHome.h"
+
+#include <gmock/gmock.h>
+
+namespace jstore {
+
+using storage::jvm::JavaCandidate;
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::Not;
+
+namespace {
+
+TEST(JavaHomeTest, UserOptionsComeLast) {
+    Options options;
+    options.jvmOptions = {"-Xmx1g", "-Da=b"};
+    options.mounts = {{"data", "file:///srv"}};
+    EXPECT_THAT(virtualMachineOptions(options).jvmOptions,
+                ElementsAre("-XX:TieredStopAtLevel=1", "-Xshare:auto", "-XX:+UseSerialGC",
+                            "-Dstorage.mount.data=file:///srv", "-Xmx1g", "-Da=b"));
+}
+
+TEST(JavaHomeTest, CollectorStepsBackForTheUsers) {
+    Options options;
+    options.jvmOptions = {"-XX:+UseG1GC"};
+    EXPECT_THAT(virtualMachineOptions(options).jvmOptions, Not(Contains("-XX:+UseSerialGC")));
+    EXPECT_THAT(virtualMachineOptions(options).jvmOptions, Contains("-XX:+UseG1GC"));
+}
+
+TEST(JavaHomeTest, HomeAndTheClassPathThatIsThereAreHandedOver) {
+    Options options;
+    options.javaHome = "/j";
+    options.classPath = {"/usr:/nonexistent.jar"};
+    options.installedJars = "/nonexistent";
+    const auto machine = virtualMachineOptions(options);
+    EXPECT_EQ("/j", machine.javaHome);
+    EXPECT_THAT(machine.classPath, ElementsAre("/usr"));
+}
+
+TEST(JavaHomeTest, FirstCandidateWithoutAProblemIsUsed) {
+    const std::vector<JavaCandidate> candidates{{"JAVA_HOME", "/a", "", "no libjvm"},
+                                                {"java on PATH", "/b", "/b/libjvm.so", ""},
+                                                {"distribution folder", "/c", "/c/libjvm.so", ""}};
+    ASSERT_NE(nullptr, usable(candidates));
+    EXPECT_EQ("/b", usable(candidates)->home);
+    EXPECT_EQ(nullptr, usable({candidates.front()}));
+    EXPECT_EQ(nullptr, usable({}));
+}
+
+TEST(JavaHomeTest, CandidateIsDescribedInALine) {
+    EXPECT_EQ("JAVA_HOME /a: no libjvm", describe(JavaCandidate{"JAVA_HOME", "/a", "", "no libjvm"}));
+    EXPECT_EQ("java on PATH: not found", describe(JavaCandidate{"java on PATH", "", "", "not found"}));
+    EXPECT_EQ("java on PATH /b", describe(JavaCandidate{"java on PATH", "/b", "/b/libjvm.so", ""}));
+}
+
+}  // namespace
+
+}  // namespace jstore

@@ -1,0 +1,75 @@
+#include "Problem.h"
+
+#include <gtest/gtest.h>
+
+#include "foundation/storage/provider/Exception.h"
+
+namespace jstore {
+
+using foundation::storage::provider::ErrorCode;
+using foundation::storage::provider::Exception;
+using foundation::storage::provider::StorageIRI;
+
+namespace {
+
+TEST(ProblemTest, LineNamesCodeAndLocation) {
+    EXPECT_EQ("jstore: NotFound: java:///tmp/x", errorLine({"NotFound", "java:///tmp/x", "", ExitCode::NotFound}));
+}
+
+TEST(ProblemTest, HintFollowsTheLocation) {
+    EXPECT_EQ("jstore: NotAFile: java:///x: use -r", errorLine({"NotAFile", "java:///x", "use -r", ExitCode::Failed}));
+}
+
+TEST(ProblemTest, ProblemOfTheWholeCommandIsItsText) {
+    EXPECT_EQ("jstore: no Java found: here; there",
+              errorLine({"NoJava", "", "no Java found:\nhere; there", ExitCode::NoJava}));
+}
+
+TEST(ProblemTest, LineIsOneLineWhateverTheNames) {
+    EXPECT_EQ("jstore: Internal: java:///a%0Ab: one two",
+              errorLine({"Internal", "java:///a\nb", "one\n\ttwo", ExitCode::Failed}));
+}
+
+TEST(ProblemTest, MessageIsTheTextOrTheMeaningOfTheCode) {
+    EXPECT_EQ("use -r", messageOf({"NotAFile", "java:///x", "use -r", ExitCode::Failed}));
+    EXPECT_EQ("nothing is there", messageOf({"NotFound", "java:///x", "", ExitCode::Failed}));
+    for (int code = 0; code <= 12; ++code) {
+        const std::string name(toString(static_cast<ErrorCode>(code)));
+        EXPECT_NE(name, messageOf({name, "java:///x", "", ExitCode::Failed}));
+    }
+}
+
+class DescribeTest : public ::testing::Test {
+protected:
+    [[nodiscard]] std::string lineFor(ErrorCode code, std::u16string location) const {
+        return errorLine(describe(Exception(code, StorageIRI(std::move(location))), m_subject));
+    }
+
+    Location m_subject{StorageIRI(u"java:///a b/\u00FC")};
+};
+
+TEST_F(DescribeTest, LocationIsSpelledAsTheUserDid) {
+    EXPECT_EQ("jstore: NotFound: java:///a b/\xC3\xBC", lineFor(ErrorCode::NotFound, u"java:///a%20b/%C3%BC"));
+}
+
+TEST_F(DescribeTest, OtherLocationIsNamed) {
+    EXPECT_EQ("jstore: AlreadyExists: java:///c%20d", lineFor(ErrorCode::AlreadyExists, u"java:///c%20d"));
+}
+
+TEST_F(DescribeTest, ErrorWithoutLocationConcernsTheSubject) {
+    EXPECT_EQ("jstore: InUse: java:///a b/\xC3\xBC", lineFor(ErrorCode::InUse, u""));
+}
+
+TEST_F(DescribeTest, OtherExceptionsAreInternal) {
+    const auto problem = describe(std::runtime_error("broken\nin two"), m_subject);
+    EXPECT_EQ("jstore: Internal: java:///a b/\xC3\xBC: broken in two", errorLine(problem));
+    EXPECT_EQ(ExitCode::Failed, problem.exitCode);
+}
+
+TEST_F(DescribeTest, ExitCodeFollowsTheErrorCode) {
+    EXPECT_EQ(ExitCode::Denied, describe(Exception(ErrorCode::AccessDenied, StorageIRI()), m_subject).exitCode);
+}
+
+}  // namespace
+
+}  // namespace jstore
