@@ -48,9 +48,9 @@ public:
         const LocalRef<jstring> javaName(m_env,
                                          static_cast<jstring>(m_env->CallObjectMethod(element.get(), m_getName)));
         const bool isFolder = m_env->CallBooleanMethod(element.get(), m_isFolder) != JNI_FALSE;
-        std::u16string name = jstringToUString(m_env, javaName.get());
+        const std::u16string name = jstringToUString(m_env, javaName.get());
         if (boost::logic::indeterminate(m_filesWanted) || m_filesWanted == !isFolder) {
-            entries.emplace_back(std::move(name), isFolder ? EntryType::Folder : EntryType::File);
+            entries.push_back(FolderEntry(name, isFolder ? EntryType::Folder : EntryType::File));
         }
     }
 
