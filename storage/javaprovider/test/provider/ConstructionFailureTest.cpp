@@ -7,9 +7,9 @@
 #include <string>
 
 #include "JavaProvider.h"
-#include "provider/ContractTable.h"
 #include "provider/ProviderTest.h"
 #include "provider/ThrownErrors.h"
+#include "support/ContractMethods.h"
 #include "support/LogCapture.h"
 
 namespace storage::javaprovider::test {

@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "JavaProvider.h"
-#include "provider/ContractTable.h"
 #include "provider/ProviderTest.h"
 #include "provider/ThrownErrors.h"
+#include "support/ContractMethods.h"
 #include "support/LogCapture.h"
 
 namespace storage::javaprovider::test {
@@ -23,7 +23,7 @@ class ConstructionTest : public ProviderTest {};
 
 std::vector<std::string> methodLookups() {
     std::vector<std::string> lines;
-    for (const auto& [name, signature] : Contract) {
+    for (const auto& [name, signature] : ContractMethods) {
         lines.push_back(std::string("GetMethodID ") + ScriptedProviderClass + " " + name + signature);
     }
     return lines;
@@ -151,9 +151,10 @@ TEST_F(ConstructionTest, LogsEachMethodThatItLooksUp) {
             lookups.push_back(text);
         }
     }
-    ASSERT_GE(lookups.size(), Contract.size());
-    for (std::size_t i = 0; i < Contract.size(); ++i) {
-        EXPECT_EQ(lookups[i], std::string(" methodName=") + Contract[i].name + " signature=" + Contract[i].signature);
+    ASSERT_GE(lookups.size(), ContractMethods.size());
+    for (std::size_t i = 0; i < ContractMethods.size(); ++i) {
+        EXPECT_EQ(lookups[i],
+                  std::string(" methodName=") + ContractMethods[i].name + " signature=" + ContractMethods[i].signature);
     }
 }
 

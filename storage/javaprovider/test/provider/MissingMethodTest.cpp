@@ -5,9 +5,9 @@
 #include <string>
 
 #include "JavaProvider.h"
-#include "provider/ContractTable.h"
 #include "provider/ProviderTest.h"
 #include "provider/ThrownErrors.h"
+#include "support/ContractMethods.h"
 #include "support/JavaHelpers.h"
 #include "support/LogCapture.h"
 
@@ -20,7 +20,7 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
-class MissingMethodTest : public ProviderTest, public ::testing::WithParamInterface<ContractRow> {
+class MissingMethodTest : public ProviderTest, public ::testing::WithParamInterface<ContractMethod> {
 protected:
     /// A scripted back end without the method, or with another one of its name.
     [[nodiscard]] jobject lackingBackEnd(const std::string& how) const {
@@ -43,7 +43,7 @@ protected:
     /// How many methods were found before the one that is missing.
     [[nodiscard]] static std::size_t place() {
         std::size_t index = 0;
-        while (Contract.at(index).name != GetParam().name) {
+        while (ContractMethods.at(index).name != GetParam().name) {
             ++index;
         }
         return index;
@@ -68,7 +68,7 @@ TEST_P(MissingMethodTest, FailureIsLoggedBeforeItIsThrown) {
                                          GetParam().signature));
 }
 
-INSTANTIATE_TEST_SUITE_P(Contract, MissingMethodTest, ::testing::ValuesIn(Contract),
+INSTANTIATE_TEST_SUITE_P(Contract, MissingMethodTest, ::testing::ValuesIn(ContractMethods),
                          [](const auto& tested) { return std::string(tested.param.name); });
 
 }  // namespace

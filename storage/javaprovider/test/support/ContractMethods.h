@@ -50,4 +50,12 @@ inline constexpr std::array<ContractMethod, 22> ContractMethods{{
     {"configure", "(Ljava/util/HashMap;)V"},
 }};
 
+/// The four classes of the contract that a provider holds, in the order in which it loads them, with dots.
+inline constexpr std::array<const char*, 4> HeldClasses = {
+    "com.corvallen.storage.provider.StorageURI",
+    "com.corvallen.storage.provider.FolderListEntry",
+    "com.corvallen.storage.provider.NativePublisher",
+    "com.corvallen.storage.provider.ExtendedFeature",
+};
+
 }  // namespace storage::javaprovider::test
