@@ -100,6 +100,7 @@ void JavaProvider::createPublisher(const JNIEnvPtr& env) const {
     jmethodID constructor = env->GetMethodID(m_nativePublisherClass, "<init>", "(J)V");
     if (constructor == nullptr) {
         throwMethodNotFound(env, "NativePublisher constructor");
+        // Lacking without a reason: Java gets no publisher, since NewObject without a constructor ends the process.
         return;
     }
     const auto handle = reinterpret_cast<jlong>(m_publisherCallback.get());
@@ -110,6 +111,10 @@ void JavaProvider::createPublisher(const JNIEnvPtr& env) const {
     }
     if (m_publisherHandle != nullptr) {
         m_publisherWeak = env->NewWeakGlobalRef(m_publisherHandle);
+        if (m_publisherWeak == nullptr) {
+            // The next request makes a publisher of its own then; that is no reason for this one to fail.
+            env->ExceptionClear();
+        }
     }
 }
 
@@ -119,12 +124,14 @@ jobject JavaProvider::freshPublisher(const JNIEnvPtr& env) const {
         return publisher;
     }
     createPublisher(env);
-    return m_publisherHandle;
+    // The caller deletes what it gets; the member keeps its own for as long as the frame lives.
+    return m_publisherHandle == nullptr ? nullptr : env->NewLocalRef(m_publisherHandle);
 }
 
 void JavaProvider::doStartChangeNotification(const StorageIRI& location, const ChangeCallback& callback,
                                              const void* /*context*/, std::int32_t /*onParent*/) const {
     const JNIEnvPtr env(m_jvm);
+    // Not LocalRef: when a step fails, both references are left to the local frame, and only success releases them.
     jobject uri = createStorageUri(env, location);
     jobject publisher = nullptr;
     bool setUpHere = false;
@@ -153,6 +160,7 @@ void JavaProvider::doStartChangeNotificationOnParent(const StorageIRI& location,
 
 void JavaProvider::doStopChangeNotification(const StorageIRI& location) const {
     const JNIEnvPtr env(m_jvm);
+    // Left to the local frame when Java refuses, as the reference of a start request is.
     jobject uri = createStorageUri(env, location);
     env->CallVoidMethod(m_provider, method("stopPublishingEventsFor"), uri);
     rethrowJavaException(env);

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "JavaProvider.h"
+#include "data/Traces.h"
 #include "events/EventTest.h"
 #include "fl/i18n/text.h"
 #include "provider/ThrownErrors.h"
@@ -245,6 +246,18 @@ TEST_F(PublishedEventTest, DisposedPublisherDropsItsEvents) {
     provider.reset();
     EXPECT_NO_THROW(publish());
     EXPECT_EQ(log.size(), 0U);
+}
+
+TEST_F(StopTest, NothingButTheMakingOfLocationsIsTraced) {
+    const auto places = traced([&] {
+        start(log.callback());
+        provider->startChangeNotificationOnParent(location, log.callback());
+        provider->stopChangeNotification(location);
+    });
+    ASSERT_EQ(places.size(), 6U);
+    for (const auto& place : places) {
+        EXPECT_THAT(place.text, ::testing::HasSubstr("createStorageUri("));
+    }
 }
 
 }  // namespace

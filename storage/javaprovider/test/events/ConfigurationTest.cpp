@@ -10,6 +10,7 @@
 
 #include "JavaProvider.h"
 #include "data/References.h"
+#include "data/Traces.h"
 #include "provider/ProviderTest.h"
 #include "provider/ThrownErrors.h"
 #include "support/JavaHelpers.h"
@@ -258,6 +259,10 @@ TEST_F(ConfigurationTest, WorksAgainAfterAFailure) {
     script::failNext(env(), "configure", "runtime", "a bug");
     EXPECT_TRUE(throwsExactly<InternalError>([&] { configure(with("true")); }));
     EXPECT_NO_THROW(configure(with("true")));
+}
+
+TEST_F(ConfigurationTest, IsNotTraced) {
+    EXPECT_THAT(traced([&] { configure(with("true")); }), IsEmpty());
 }
 
 }  // namespace

@@ -130,9 +130,9 @@ TEST_F(FeatureTest, PendingExceptionGoesWithAThreadThatIsDetached) {
     EXPECT_TRUE(handle->attachments() == handle->detachments());
 }
 
-TEST_F(FeatureTest, ConstantThatJavaLacksIsADenialThatIsNotAsked) {
+TEST_F(FeatureTest, FailureOfTheLookupStaysPendingAndIsADenial) {
     recorder.fail({.call = "GetStaticFieldID", .failure = JniFailure::exception("java/lang/NoSuchFieldError")});
-    // The machine does not survive a null field, so the constant is null by a failure of its own.
+    // The machine does not survive a field that is null, so the second call is kept from it.
     recorder.fail({.call = "GetStaticObjectField", .failure = JniFailure::exception("java/lang/NoSuchFieldError")});
     EXPECT_FALSE(has(0));
     EXPECT_EQ(recorder.count("CallBooleanMethod"), 0U);

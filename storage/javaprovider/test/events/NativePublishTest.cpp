@@ -122,17 +122,6 @@ TEST_F(NativePublishTest, TextEndsAtItsFirstNul) {
     EXPECT_EQ(log.only().watched.text(), u"java://a");
 }
 
-TEST_F(NativePublishTest, CallbackHasTheDetailsToItself) {
-    std::size_t sizeAtEntry = 0;
-    const ChangeCallback greedy = [&](auto&&, auto&&, auto&&, auto&&, boost::property_tree::ptree details) {
-        sizeAtEntry = details.size();
-        details.put("more", "x");
-    };
-    publish({}, handleOf(greedy));
-    publish({}, handleOf(greedy));
-    EXPECT_EQ(sizeAtEntry, 1U);
-}
-
 // ---- calls ----
 
 TEST_F(NativePublishTest, AsksJavaForTheFiveTextsInOrderAndForNothingElse) {

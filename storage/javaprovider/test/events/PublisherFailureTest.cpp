@@ -203,6 +203,27 @@ TEST_F(PublisherFailureTest, FreshPublisherThatCannotBeMadeIsReportedToo) {
     EXPECT_EQ(log.size(), 1U);
 }
 
+TEST_F(PublisherFailureTest, MemoryThatLacksForFindingThePublisherAgainDoesNotFailTheRequest) {
+    recorder.clear();
+    failOnce("NewWeakGlobalRef", JniFailure::outOfMemory());
+    EXPECT_NO_THROW(start(log.callback()));
+    EXPECT_FALSE(recorder.record("CallVoidMethod publishEventsFor").pendingBefore);
+    EXPECT_NO_THROW(start(log.callback()));
+    EXPECT_THAT(publishers(), ElementsAre("0", "1"));
+}
+
+TEST_F(PublisherFailureTest, LivingPublisherThatIsNotFoundIsReplacedForTheSameCallback) {
+    start(log.callback());
+    failOnce("NewLocalRef", JniFailure::silent());
+    EventLog second;
+    start(second.callback());
+    EXPECT_THAT(publishers(), ElementsAre("0", "1"));
+    EXPECT_EQ(recorder.liveWeaks(), 1);
+    publish();
+    EXPECT_EQ(log.size(), 1U);
+    EXPECT_EQ(second.size(), 0U);
+}
+
 TEST_F(PublisherFailureTest, PublisherThatCannotBeFoundAgainIsMadeAnewForTheSameCallback) {
     failOnce("NewWeakGlobalRef", JniFailure::silent());
     start(log.callback());

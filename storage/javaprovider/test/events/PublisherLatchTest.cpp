@@ -74,7 +74,10 @@ protected:
         gate.armed = true;
         std::vector<std::jthread> threads;
         threads.emplace_back([&] { firstError = errorOf(held); });
-        gate.reached.wait(false);
+        if (!eventually([&] { return gate.reached.load(); })) {
+            gate.letGo();
+            FAIL() << "the callback was not copied: " << firstError;
+        }
         for (std::size_t i = 0; i < Waiting; ++i) {
             threads.emplace_back([&] {
                 EXPECT_EQ(errorOf(later.callback()), "");

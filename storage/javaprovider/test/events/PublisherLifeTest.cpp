@@ -136,6 +136,9 @@ TEST_F(PublisherLifeTest, CollectedPublisherIsReplacedByOneForTheSameCallback) {
     const auto made = recorder.records({.only = "NewObject com/corvallen/storage/provider/NativePublisher"});
     ASSERT_EQ(made.size(), 2U);
     EXPECT_EQ(made[1].longArgument(0), first.longArgument(0)) << "the handle is the same callback's";
+    for (const JniCall& call : recorder.records({.only = "DeleteLocalRef"})) {
+        EXPECT_NE(call.targetReference, made[1].resultReference) << "the provider keeps it; only a copy is released";
+    }
     EXPECT_EQ(recorder.count("RegisterNatives"), 1U);
     publish();
     EXPECT_EQ(log.size(), 1U);
