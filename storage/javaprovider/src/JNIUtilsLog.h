@@ -19,7 +19,7 @@ inline constexpr const char* ChannelName = "storage::javaprovider";
 struct TraceSite {
     const char* signature;  ///< the function's full signature
     const char* file;       ///< the source path, cut after the file's common stem
-    std::uint32_t line;
+    std::uint32_t line;     ///< a number that hosts filter by; not always the line in the file
 };
 
 /// Source names of trace records: the path up to the stem that the files of one subject share.

@@ -18,13 +18,15 @@ namespace storage::javaprovider {
 /// A storage provider that forwards every operation to one Java object.
 ///
 /// After construction its members are only read (but for the event state), so operations run on any number of threads
-/// at once without a lock; each makes its own JNIEnvPtr. Operations block in Java.
+/// at once without a lock; each makes its own JNIEnvPtr. Start requests alone wait for each other, for the set-up of
+/// the publisher and for a publisher that is made anew. Operations block in Java.
 ///
 /// Hazards:
 ///  - Not to be destroyed while an operation, a stream that depends on its Java object, or an event delivery is under
 ///    way.
 ///  - The destructor calls "dispose" on the Java object and takes no notice of an exception from it, which stays
 ///    pending on a thread that is attached; on other threads it vanishes with the attachment.
+///  - So does an exception from "hasFeature", which the answer does not tell of.
 ///  - The Java class ExtendedFeature stays referenced for the rest of the process, on purpose.
 class JavaProvider : public foundation::storage::provider::IConfigurableProvider {
 public:
@@ -111,8 +113,8 @@ private:
 
     /// Registers the native method, keeps a copy of the callback and makes the publisher. Runs under the latch.
     void setUpPublisher(const JNIEnvPtr& env, const ChangeCallback& callback) const;
-    /// Makes a publisher for the kept callback. Its reference is left to the local frame; null, with the Java exception
-    /// pending, when its constructor throws.
+    /// Makes a publisher for the kept callback. The member keeps the reference, which nothing deletes; it is null, with
+    /// the Java exception pending, when the constructor throws.
     void createPublisher(const JNIEnvPtr& env) const;
     /// The publisher as a new local reference that the caller owns; a new publisher if the last one is gone.
     [[nodiscard]] jobject freshPublisher(const JNIEnvPtr& env) const;
@@ -138,7 +140,8 @@ private:
     /// The reference as it was made: good only under the frame and on the thread that made it. Nothing deletes it.
     mutable jobject m_publisherHandle;
     mutable OnceLatch m_registerNativesOnce;
-    /// Finds the publisher again on any thread as long as the Java side keeps it; guarded by the mutex.
+    /// Finds the publisher again on any thread as long as the Java side keeps it. Written under the latch by the
+    /// set-up, under the mutex afterwards. The mutex is held while Java makes a publisher, at no other time.
     mutable jweak m_publisherWeak;
     mutable std::mutex m_publisherMutex;
 };

@@ -30,9 +30,11 @@ constexpr TraceSite GetFolderAttributesSite = {
     "storage::javaprovider::JavaProvider::doGetFolderAttributes("
     "const class foundation::storage::provider::StorageIRI &) const",
     JavaProviderSource, 575};
+// The signature of this one is the compiler's own; its line is fixed like those above.
 constexpr std::uint32_t SetLastModifiedLine = 718;
 
-// The getters are looked up on the object's own class, so any Java class that has them serves.
+// The getters are looked up on the object's own class, so any Java class that has them serves. No look at a pending
+// exception after them: the contract says that they never throw.
 
 jlong readLong(const JNIEnvPtr& env, jobject attributes, const std::string& getter) {
     const LocalRef<jclass> cls(env, env->GetObjectClass(attributes));

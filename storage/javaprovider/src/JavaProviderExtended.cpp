@@ -56,6 +56,7 @@ std::map<std::string, boost::any> buildExtendedAttributeMap(const JNIEnvPtr& env
     const LocalRef<jclass> cls(env, env->GetObjectClass(extendedAttributes));
     jmethodID getAll =
         getMethodID(env, cls.get(), "getAllAttributes", "()[Lcom/corvallen/storage/provider/ExtendedAttribute;");
+    // Left to the local frame, and not tested: the contract that made the attributes has the class.
     jclass attributeClass = env->FindClass("com/corvallen/storage/provider/ExtendedAttribute");
     jmethodID getName = getMethodID(env, attributeClass, "getName", "()Ljava/lang/String;");
     jmethodID getValue = getMethodID(env, attributeClass, "getValue", "()Ljava/lang/String;");
@@ -78,6 +79,7 @@ ProviderStorageInfo buildProviderStorageInfo(const JNIEnvPtr& env, jobject stora
     const LocalRef<jclass> cls(env, env->GetObjectClass(storageInfo));
     jmethodID getCapacity = getMethodID(env, cls.get(), "getStorageCapacity", "()J");
     jmethodID getOccupied = getMethodID(env, cls.get(), "getSpaceOccupied", "()J");
+    // No look at a pending exception: the contract says that getters never throw.
     const auto capacity = static_cast<std::uint64_t>(env->CallLongMethod(storageInfo, getCapacity));
     const auto occupied = static_cast<std::uint64_t>(env->CallLongMethod(storageInfo, getOccupied));
     return ProviderStorageInfo().withStorageCapacity(capacity).withSpaceOccupied(occupied);

@@ -33,7 +33,7 @@ const char* javaFeatureName(ExtendedFeature feature) {
     }
 }
 
-/// A new java.util.HashMap that holds one entry.
+/// A new, empty java.util.HashMap.
 jobject createSettingsMap(const JNIEnvPtr& env, jclass mapClass) {
     jmethodID constructor = env->GetMethodID(mapClass, "<init>", "()V");
     return env->NewObject(mapClass, constructor);
@@ -47,6 +47,7 @@ jobject JavaProvider::createFeatureConstant(const JNIEnvPtr& env, const Extended
         return nullptr;
     }
     requireUsable();
+    // A contract without the constant would end the process here: the contract that a process loads has all four.
     jfieldID field =
         env->GetStaticFieldID(m_extendedFeatureClass, name, "Lcom/corvallen/storage/provider/ExtendedFeature;");
     return env->GetStaticObjectField(m_extendedFeatureClass, field);
@@ -59,6 +60,7 @@ bool JavaProvider::doHasFeature(const ExtendedFeature& feature) const {
     if (!constant) {
         return false;
     }
+    // No look at a pending exception: the answer is what the call gave, and a Java exception stays on the thread.
     return env->CallBooleanMethod(m_provider, method("hasFeature"), constant.get()) != JNI_FALSE;
 }
 
@@ -70,6 +72,7 @@ void JavaProvider::doConfigure(const boost::property_tree::ptree& settings) {
     const std::string text = setting->data();
     const JNIEnvPtr env(m_jvm);
     requireUsable();
+    // The class is left to the local frame.
     jclass mapClass = env->FindClass("java/util/HashMap");
     LocalRef<jobject> map(env, createSettingsMap(env, mapClass));
     jmethodID put = env->GetMethodID(mapClass, "put", "(Ljava/lang/Object;Ljava/lang/Object;)Ljava/lang/Object;");

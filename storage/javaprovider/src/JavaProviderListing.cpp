@@ -1,7 +1,7 @@
 // Folder listings: read whole from Java, then walked without it.
 #include <boost/logic/tribool.hpp>
 
-#include <optional>
+#include <cstdint>
 #include <utility>
 #include <vector>
 
@@ -19,6 +19,7 @@ using namespace foundation::storage::provider;
 
 namespace {
 
+// The record's line is fixed, so that hosts can filter by it; its signature is the compiler's own.
 constexpr std::uint32_t ListFolderContentsLine = 808;
 
 using ListingIterator = IClonableFolderEntryIterator<FolderEntryIteratorRangeAdapter<std::vector<FolderEntry>>>;
@@ -45,6 +46,7 @@ public:
         if (m_env->IsInstanceOf(element.get(), m_entryClass) == JNI_FALSE) {
             return;
         }
+        // No look at a pending exception: the contract says that getters never throw.
         const LocalRef<jstring> javaName(m_env,
                                          static_cast<jstring>(m_env->CallObjectMethod(element.get(), m_getName)));
         const bool isFolder = m_env->CallBooleanMethod(element.get(), m_isFolder) != JNI_FALSE;

@@ -14,7 +14,8 @@ const boost::gregorian::date& epochDay() {
 }  // namespace
 
 boost::posix_time::ptime millisToPtime(jlong millis) {
-    // Unsigned, so that a time beyond the framework's range wraps instead of being undefined.
+    // Unsigned, so that the product wraps. A time some 290,000 years off has no framework time: Boost's sum of day and
+    // ticks is not checked.
     const auto ticks = static_cast<std::int64_t>(static_cast<std::uint64_t>(millis) * 1000U);
     return {epochDay(), boost::posix_time::time_duration(0, 0, 0, ticks)};
 }

@@ -8,7 +8,9 @@ namespace storage::javaprovider {
 
 // How Java times (milliseconds since 1970-01-01 00:00:00, no zone) and framework times map, for the whole library.
 
-/// The framework time of a Java time; a negative one lies before 1970. No value counts as unknown.
+/// The framework time of a Java time; a negative one lies before 1970. No value stands for
+/// "unknown". The overflow of times beyond the framework's range (some 290,000 years) is not checked: what they give
+/// means nothing and may be a special value.
 [[nodiscard]] boost::posix_time::ptime millisToPtime(jlong millis);
 
 /// The Java time of a framework time, cut towards zero to whole milliseconds. Special values give whatever their tick

@@ -65,6 +65,7 @@ std::streamsize ProviderChannelByteStream::write(const char* source, std::stream
 
 std::streamsize ProviderChannelByteStream::transfer(const std::string& key, void* memory, std::streamsize count) const {
     const JNIEnvPtr env(m_jvm);
+    // Not LocalRef: only success deletes the reference, a failure leaves it to the local frame.
     jobject buffer = env->NewDirectByteBuffer(memory, std::min(count, MaxCapacity));
     if (buffer == nullptr) {
         throwIfOutOfMemory(env);

@@ -25,7 +25,8 @@ namespace storage::javaprovider {
 ///
 /// Every operation throws foundation::storage::provider::Exception for the Java side's ProviderException,
 /// AnonymousInternalException<std::runtime_error> for any other Java exception or when the virtual machine is gone
-/// ("JVM remvoed"), and blocks in Java.
+/// ("JVM remvoed"), and blocks in Java. read() and write() also throw
+/// AnonymousInternalException<std::bad_alloc> when Java makes no buffer: for lack of memory, or for a negative count.
 class ProviderChannelByteStream final : public foundation::storage::provider::ByteStream {
 public:
     /// Takes its own reference to the channel; `channel` stays the caller's. Throws the method-not-found error for a

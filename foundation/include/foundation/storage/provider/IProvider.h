@@ -268,8 +268,10 @@ public:
 
     // ---- change events ----
 
-    /// Starts sending change events for a location to the callback. `context` is the host's own and is handed through;
-    /// `onParent` is 1 when asked on behalf of a child, else 0.
+    /// Starts sending change events for a location to the callback. `context` is the host's own and is handed through
+    /// to the provider; `onParent` is 1 when asked on behalf of a child, else 0. A provider may read neither. Whether a
+    /// later call's callback is used too, or the first one serves all locations, is the provider's affair: a host that
+    /// may meet either passes the same callback each time and tells locations apart by the event's first one.
     void startChangeNotification(const StorageIRI& location, const ChangeCallback& callback,
                                  const void* context = nullptr, std::int32_t onParent = 0) const {
         doStartChangeNotification(location, callback, context, onParent);
@@ -281,7 +283,8 @@ public:
         doStartChangeNotificationOnParent(location, callback, context);
     }
 
-    /// Asks for no more events for the location. One that is under way may still arrive.
+    /// Asks for no more events for the location. Those under way may still arrive, and so does what a back end sends
+    /// all the same.
     void stopChangeNotification(const StorageIRI& location) const { doStopChangeNotification(location); }
 
     /// Sends change events by comparing listings every `interval`, for back ends that cannot tell by themselves.

@@ -35,6 +35,8 @@
  * </ul>
  *
  * <p>The jar of this package belongs on the class path of the virtual machine itself (the system class path): the
- * native side finds one of its classes by name from threads that have no Java caller.
+ * native side finds two of its classes, {@code ProviderException} and {@code ExtendedAttribute}, by name from threads
+ * that have no Java caller. It must be as new as the native side: a constant of {@link
+ * com.corvallen.storage.provider.ExtendedFeature} that is missing ends the process when it is first asked for.
  */
 package com.corvallen.storage.provider;
