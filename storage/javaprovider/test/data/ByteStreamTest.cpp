@@ -3,6 +3,7 @@
 
 #include <array>
 #include <atomic>
+#include <exception>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -150,7 +151,11 @@ TEST_F(ByteStreamTest, TwoThreadsTakeTurns) {
                 turn.wait(current);
             }
             char byte = 0;
-            wrong += stream->read(&byte, 1) == 1 ? 0 : 1;
+            try {
+                wrong += stream->read(&byte, 1) == 1 ? 0 : 1;
+            } catch (const std::exception&) {
+                ++wrong;  // the other thread still gets its turn
+            }
             ++turn;
             turn.notify_all();
         }

@@ -201,6 +201,16 @@ TEST_P(DataOperationTest, FailureIsTracedAsAThrowWhereTheOperationIsTraced) {
     EXPECT_EQ(isOperation, GetParam().traced);
 }
 
+TEST_P(DataOperationTest, RemovedMachineIsTracedAsAThrowWhereTheOperationIsTraced) {
+    handle->remove();
+    const auto places = traced([&] { run(); });
+    handle->restore();
+    ASSERT_EQ(places.size(), GetParam().traced ? 2U : 0U);
+    if (GetParam().traced) {
+        EXPECT_EQ(places[1].text, places[0].text + " [throw]");
+    }
+}
+
 // ---- the location ----
 
 TEST_P(DataOperationTest, LocationThatCannotBeMadeEndsTheOperation) {

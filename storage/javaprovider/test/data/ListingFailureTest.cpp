@@ -13,7 +13,10 @@ namespace storage::javaprovider::test {
 namespace {
 
 using foundation::log::Severity;
+using foundation::storage::provider::EntryType;
+using ::testing::AllOf;
 using ::testing::ElementsAre;
+using ::testing::EndsWith;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
@@ -86,6 +89,30 @@ TEST_F(ListingTest, CharactersThatCannotBeHadAreABadAlloc) {
     EXPECT_EQ(recorder.liveLocals(), 0);
 }
 
+// ---- nulls that are not tested for ----
+
+TEST_F(ListingTest, NullElementThatPassesTheInstanceTestIsAnEntryLikeOthers) {
+    answer("listing", {"a"});
+    recorder.clear();
+    for (const char* call : {"GetObjectArrayElement", "CallObjectMethod getName", "CallBooleanMethod isFolder"}) {
+        recorder.fail({.call = call, .failure = JniFailure::silent()});
+    }
+    EXPECT_THAT(all(), ElementsAre(Child{u"", EntryType::File}));
+    EXPECT_EQ(recorder.faultsLeft(), 0U);
+    EXPECT_EQ(recorder.record("IsInstanceOf").pendingBefore, false);
+}
+
+TEST_F(ListingTest, NullListingIsAskedForItsLengthAllTheSame) {
+    answer("listing", {"a"});
+    recorder.clear();
+    // The machine does not survive the length of null, so the second call is kept from it.
+    recorder.fail({.call = "CallObjectMethod listFolder", .failure = JniFailure::silent()});
+    recorder.fail({.call = "GetArrayLength", .failure = JniFailure::silent()});
+    EXPECT_THAT(all(), IsEmpty());
+    EXPECT_EQ(recorder.count("GetArrayLength"), 1U);
+    EXPECT_EQ(recorder.record("GetArrayLength").target, nullptr);
+}
+
 // ---- records ----
 
 TEST_F(ListingTest, LocationIsLoggedBetweenEntryAndTheFirstCall) {
@@ -93,7 +120,8 @@ TEST_F(ListingTest, LocationIsLoggedBetweenEntryAndTheFirstCall) {
     static_cast<void>(provider->listFolders(location));
     const auto records = log.records();
     ASSERT_GE(records.size(), 3U);
-    EXPECT_THAT(records[0].text, HasSubstr("storage::javaprovider::JavaProvider::listFolderContents("));
+    EXPECT_THAT(records[0].text, AllOf(HasSubstr("storage::javaprovider::JavaProvider::listFolderContents("),
+                                       HasSubstr("StorageIRI"), HasSubstr("tribool"), EndsWith(") const")));
     EXPECT_EQ(records[1], (LogRecord{Severity::Arguments, " the_iri=java://test/a", 1}));
     EXPECT_THAT(records[2].text, HasSubstr("createStorageUri("));
 }

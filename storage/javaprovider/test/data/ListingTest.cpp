@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "JavaProvider.h"
 #include "data/ListingTest.h"
 
 namespace storage::javaprovider::test {
@@ -185,12 +186,18 @@ TEST_F(ListingTest, OtherThingsThanEntriesAreReleasedUnread) {
 
 TEST_F(ListingTest, GettersAreLookedUpOnTheProvidersOwnClassOfEntries) {
     answer("listing", {"a"});
+    recorder.clear();
+    provider = std::make_unique<JavaProvider>(handle, newBackEnd());
+    const auto held = recorder.records({.only = "NewGlobalRef"});
+    ASSERT_EQ(held.size(), 5U) << "the object and four classes";
+    recorder.clear();
     list();
     const auto lookups = recorder.records({.only = std::string("GetMethodID ") + EntryClass});
     const auto test = recorder.record("IsInstanceOf");
     ASSERT_EQ(lookups.size(), 2U);
     EXPECT_EQ(recorder.count("GetObjectClass"), 0U);
-    EXPECT_EQ(lookups[0].target, lookups[1].target);
+    EXPECT_EQ(lookups[0].target, held[2].result);
+    EXPECT_EQ(lookups[1].target, held[2].result);
     EXPECT_EQ(test.targetReference, recorder.record("GetObjectArrayElement").resultReference);
 }
 

@@ -138,5 +138,14 @@ TEST_F(SeekTest, LooksForTheMachineOnce) {
     EXPECT_EQ(handle->lookups(), before + 2) << "whether it is there, and what it is";
 }
 
+TEST_F(SeekTest, NeitherSeekingNorClosingIsTraced) {
+    EXPECT_THAT(traced([&] {
+                    stream->seek(1, std::ios_base::end);
+                    stream->seek(1, std::ios_base::cur);
+                    stream->close();
+                }),
+                IsEmpty());
+}
+
 }  // namespace
 }  // namespace storage::javaprovider::test

@@ -15,8 +15,10 @@ using boost::gregorian::date;
 using boost::posix_time::microseconds;
 using boost::posix_time::ptime;
 using foundation::log::Severity;
+using ::testing::AllOf;
 using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
+using ::testing::EndsWith;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
@@ -98,7 +100,8 @@ TEST_F(SetLastModifiedTest, IsTracedWithItsSourceAndLine) {
     const auto places = traced([&] { set(epoch()); });
     ASSERT_FALSE(places.empty());
     EXPECT_EQ(places.front().severity, 32U);
-    EXPECT_THAT(places.front().text, HasSubstr("storage::javaprovider::JavaProvider::doSetLastModified("));
+    EXPECT_THAT(places.front().text, AllOf(HasSubstr("storage::javaprovider::JavaProvider::doSetLastModified("),
+                                           HasSubstr("StorageIRI"), HasSubstr("ptime"), EndsWith(") const")));
     EXPECT_EQ(places.front().file, "storage/javaprovider/src/JavaProvider");
     EXPECT_EQ(places.front().line, 718U);
     EXPECT_EQ(places.back(), (TracedPlace{64, places.front().text, places.front().file, 718}));

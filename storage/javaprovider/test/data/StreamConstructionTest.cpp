@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "data/StreamTest.h"
@@ -16,6 +17,9 @@ using ::testing::IsEmpty;
 using ::testing::StartsWith;
 
 constexpr const char* ChannelClass = "com/corvallen/storage/test/data/MemoryChannel";
+
+static_assert(!std::is_copy_constructible_v<ProviderChannelByteStream>);
+static_assert(!std::is_copy_assignable_v<ProviderChannelByteStream>);
 
 class StreamConstructionTest : public StreamTest {
 protected:

@@ -59,13 +59,13 @@ TEST(MillisToPtimeTest, KeepsWholeMicrosecondTicks) {
     EXPECT_EQ((millisToPtime(-1700000000123) - epoch()).ticks(), -1700000000123000);
 }
 
-TEST(MillisToPtimeTest, TimeBeyondTheRangeWrapsAround) {
+TEST(MillisToPtimeTest, ProductBeyondTheRangeWrapsAround) {
     EXPECT_EQ((millisToPtime(Largest) - epoch()).ticks(), -1000);
     EXPECT_EQ((millisToPtime(Smallest) - epoch()).ticks(), 0);
     EXPECT_EQ((millisToPtime(Smallest + 1) - epoch()).ticks(), 1000);
 }
 
-TEST(MillisToPtimeTest, NoTimeCountsAsUnknown) {
+TEST(MillisToPtimeTest, ZeroMinusOneAndTheExtremesAreTimesLikeOthers) {
     for (const std::int64_t millis : {std::int64_t{0}, std::int64_t{-1}, Largest, Smallest}) {
         EXPECT_FALSE(millisToPtime(millis).is_special()) << millis;
     }

@@ -180,6 +180,10 @@ TEST_P(TransferTest, ThousandTransfersLeaveNothingBehind) {
     EXPECT_EQ(recorder.peakLocals(), 1);
 }
 
+TEST_P(TransferTest, IsNotTraced) {
+    EXPECT_THAT(traced([&] { move(3); }), IsEmpty());
+}
+
 INSTANTIATE_TEST_SUITE_P(
     Directions, TransferTest,
     ::testing::Values(Direction{"read", [](auto& s, char* m, std::streamsize n) { return s.read(m, n); }},

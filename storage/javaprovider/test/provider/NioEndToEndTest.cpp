@@ -1,26 +1,36 @@
 // The operations on real files, through the shared library and the ready back end for the default file system.
 #include <gmock/gmock.h>
 
+#include <boost/property_tree/ptree.hpp>
+
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <iterator>
 #include <memory>
+#include <mutex>
 #include <stdexcept>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "fl/i18n/text.h"
+#include "foundation/storage/provider/IConfigurableProvider.h"
 #include "provider/ThrownErrors.h"
 #include "storage/javaprovider/EntryPoints.h"
+#include "support/Eventually.h"
 #include "support/JvmTest.h"
 
 namespace storage::javaprovider::test {
 namespace {
 
 namespace fs = std::filesystem;
+using foundation::storage::events::Kind;
+using foundation::storage::provider::EntryType;
 using foundation::storage::provider::ErrorCode;
+using foundation::storage::provider::ExtendedFeature;
 using foundation::storage::provider::IProvider;
 using foundation::storage::provider::ReplacementPolicy;
 using foundation::storage::provider::StorageIRI;
@@ -88,6 +98,45 @@ protected:
     const TemporaryFolder folder;
     std::unique_ptr<IProvider> provider;
 };
+
+// ---- events, features, configuration ----
+
+TEST_F(NioEndToEndTest, ChangeArrivesAtTheCallback) {
+    const auto watched = subfolder("watched");
+    std::mutex mutex;
+    std::vector<std::pair<Kind, StorageIRI>> events;
+    provider->startChangeNotification(at("watched"), [&](const Kind& kind, const StorageIRI&, const StorageIRI& changed,
+                                                         const EntryType&, const boost::property_tree::ptree&) {
+        const std::lock_guard lock(mutex);
+        events.emplace_back(kind, changed.normalized());
+    });
+    provider->createFile(at("watched", "new"));
+    const std::pair expected(Kind::ChildAdded, at("watched", "new").normalized());
+    EXPECT_TRUE(eventually([&] {
+        const std::lock_guard lock(mutex);
+        return std::find(events.begin(), events.end(), expected) != events.end();
+    }));
+    provider->stopChangeNotification(at("watched"));
+    provider.reset();
+}
+
+TEST_F(NioEndToEndTest, FeaturesAreToldAsTheFileSystemHasThem) {
+    EXPECT_TRUE(provider->hasFeature(ExtendedFeature::RecursiveFolderRemoval));
+    EXPECT_FALSE(provider->hasFeature(ExtendedFeature::AtomicCopy)) << "Java is not asked";
+}
+
+TEST_F(NioEndToEndTest, ContentCacheIsSwitchedByConfiguration) {
+    auto& configurable = dynamic_cast<foundation::storage::provider::IConfigurableProvider&>(*provider);
+    boost::property_tree::ptree settings;
+    for (const char* accepted : {"true", "false", ""}) {
+        settings.put("gds.enableContentCache", accepted);
+        EXPECT_NO_THROW(configurable.configure(settings)) << accepted;
+    }
+    settings.put("gds.enableContentCache", "maybe");
+    const auto error = thrownBy<ProviderError>([&] { configurable.configure(settings); });
+    ASSERT_TRUE(error);
+    EXPECT_EQ(toString(error->code()), toString(ErrorCode::NotSupported));
+}
 
 // ---- names ----
 

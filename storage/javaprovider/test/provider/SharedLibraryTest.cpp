@@ -84,6 +84,15 @@ TEST(SharedLibraryTest, NeedsNoVirtualMachineToBeLoaded) {
     EXPECT_THAT(linesOf("readelf -d '" LIBRARY_FILE "'"), Each(Not(HasSubstr("libjvm"))));
 }
 
+TEST(SharedLibraryTest, AsksForNoEnvironmentVariableAndNoFile) {
+    const auto asked = linesOf("nm -D --undefined-only '" LIBRARY_FILE "'");
+    EXPECT_FALSE(asked.empty());
+    for (const char* name :
+         {" getenv", "secure_getenv", " environ", " fopen", " open", " openat", "basic_filebuf", "ifstream"}) {
+        EXPECT_THAT(asked, Each(Not(HasSubstr(name)))) << name;
+    }
+}
+
 class BorderTest : public JvmTest {
 protected:
     void SetUp() override {

@@ -15,6 +15,7 @@ namespace {
 
 using foundation::log::AllSeverities;
 using foundation::log::Severity;
+using foundation::storage::provider::ExtendedFeature;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::StartsWith;
@@ -232,6 +233,22 @@ TEST_F(RogueStorageUriTest, ClassComesFromTheObjectsOwnLoader) {
     const auto provider = makeOver(TEST_ROGUE_CONTRACT_JAR);
     provider->createFile(StorageIRI(u"java://test/accepted"));
     EXPECT_THAT(javaCalls(), ElementsAre("createFile java://test/accepted"));
+}
+
+TEST_F(RogueStorageUriTest, EntriesConstantsAndPublishersComeFromTheObjectsOwnLoaderToo) {
+    const auto provider = makeOver(TEST_ROGUE_CONTRACT_JAR);
+    const StorageIRI folder(u"java://test/folder");
+    const auto listing = provider->listAll(folder);
+    ASSERT_TRUE(listing->hasMore());
+    listing->advance();
+    EXPECT_EQ(listing->getCurrent().name(), u"isolated");
+    EXPECT_TRUE(provider->hasFeature(ExtendedFeature::RecursiveFolderRemoval));
+    EXPECT_FALSE(provider->hasFeature(ExtendedFeature::RecursiveChangeEvents));
+    EXPECT_EQ(provider->getFileAttributes(folder).size(), 1U);
+    provider->startChangeNotification(folder, [](auto&&...) {});
+    EXPECT_THAT(javaCalls(), ElementsAre("listFolder java://test/folder", "hasFeature RecursiveFolderRemoval",
+                                         "hasFeature RecursiveChangeEvents", "getFileAttributes java://test/folder",
+                                         "publishEventsFor java://test/folder"));
 }
 
 TEST_F(RogueStorageUriTest, SecondLocationOfAMoveThatIsRefusedReleasesTheFirst) {
