@@ -175,8 +175,6 @@ protected:
 
 TEST_F(UnsupportedTest, OperationsNameTheLocation) {
     expectNotSupported([this] { m_provider.setWritable(m_a, true); });
-    expectNotSupported([this] { m_provider.startChangePollingMechanism(m_a, {}, std::chrono::milliseconds(1)); });
-    expectNotSupported([this] { m_provider.stopChangePollingMechanism(m_a); });
     expectNotSupported([this] { (void)m_provider.getFilenameSensitivity(m_a); });
 }
 

@@ -2,6 +2,8 @@
 
 #include <vector>
 
+#include "storage/provider/ChangePollers.h"
+
 namespace foundation::storage::provider {
 
 namespace {
@@ -29,7 +31,7 @@ void ensureFolder(const IProvider& provider, const StorageIRI& location) {
 
 }  // namespace
 
-IProvider::~IProvider() = default;
+IProvider::~IProvider() { detail::endPollerOf(*this); }
 
 // ---- made of other operations ----
 
@@ -68,15 +70,6 @@ void IProvider::doShutdown() {}
 // ---- metadata ----
 
 void IProvider::doSetWritable(const StorageIRI& location, bool) const { throwNotSupported(location); }
-
-// ---- change polling ----
-
-void IProvider::doStartChangePollingMechanism(const StorageIRI& location, const ChangeCallback&,
-                                              std::chrono::milliseconds) const {
-    throwNotSupported(location);
-}
-
-void IProvider::doStopChangePollingMechanism(const StorageIRI& location) const { throwNotSupported(location); }
 
 // ---- the provider itself ----
 

@@ -287,14 +287,42 @@ public:
     /// all the same.
     void stopChangeNotification(const StorageIRI& location) const { doStopChangeNotification(location); }
 
-    /// Sends change events by comparing listings every `interval`, for back ends that cannot tell by themselves.
-    /// NotSupported unless the back end brings its own.
+    /// Sends change events for a location by looking at it again and again, for back ends that cannot tell by
+    /// themselves. What changes after the call has returned is told.
+    ///
+    /// NotFound if nothing is there, NotSupported for an interval that is not positive or an empty callback; errors of
+    /// the back end at the first look; std::system_error when no thread can be had.
+    ///
+    /// The default compares what the provider's own operations say: of a folder its attributes and those of its
+    /// children, but of nothing deeper, of a file its attributes. What comes and goes between two looks is not seen.
+    ///  - A child is added, removed, or modified: its size, time of modification or permission to write.
+    ///  - What has become a file from a folder, or the reverse, was removed and added.
+    ///  - The location itself is modified as a child is; of a folder only what changes while no child comes or goes,
+    ///    since its time moves with them.
+    ///  - A location that is gone loses its children and is removed; it is looked for further on. When something is
+    ///    there again it is modified, and its children are added.
+    ///  - What cannot be looked at (Unavailable, AccessDenied, any error) counts as unchanged until it can.
+    ///
+    /// Events come one at a time on one thread of the provider, which looks at all of its locations in turn and ends
+    /// with the last of them. `interval` lies between the end of one look and the next. Details hold an empty
+    /// "originId". An exception of the callback is logged on the channel `foundation::storage` and dropped, as is the
+    /// first of a row of failed looks.
+    ///
+    /// Started again for a location, in whatever spelling, the new callback and interval take the place of the old
+    /// ones, and nothing is missed between the two. The replaced callback does not run any more when this returns,
+    /// unless it is the caller. The callback may use the provider, start and stop polling included.
+    ///
+    /// Stop every location before the provider is destroyed: a look that is under way is an operation that uses it.
+    /// The provider's destructor ends what is left, and nothing runs after it, but cannot undo a look that met a
+    /// half-destroyed provider. A callback may itself destroy the provider.
     void startChangePollingMechanism(const StorageIRI& location, const ChangeCallback& callback,
                                      std::chrono::milliseconds interval) const {
         doStartChangePollingMechanism(location, callback, interval);
     }
 
-    /// Ends the comparing; returns when no callback of it runs any more. NotSupported like its start.
+    /// Ends the looking at a location. When it returns, no look at it and no callback of it runs any more, and the copy
+    /// of the callback is gone; called from a callback it does not wait for that one, which is then the last. No error
+    /// for a location that is not polled. Do not hold a lock that the callback takes.
     void stopChangePollingMechanism(const StorageIRI& location) const { doStopChangePollingMechanism(location); }
 
     // ---- the provider itself ----

@@ -1,0 +1,21 @@
+// Change events for back ends that cannot tell by themselves.
+#include "foundation/storage/provider/IProvider.h"
+#include "storage/provider/ChangePollers.h"
+
+namespace foundation::storage::provider {
+
+void IProvider::doStartChangePollingMechanism(const StorageIRI& location, const ChangeCallback& callback,
+                                              std::chrono::milliseconds interval) const {
+    if (!callback || interval <= std::chrono::milliseconds::zero()) {
+        throw Exception(ErrorCode::NotSupported, location);
+    }
+    detail::pollerOf(*this)->start(location, callback, interval);
+}
+
+void IProvider::doStopChangePollingMechanism(const StorageIRI& location) const {
+    if (const auto poller = detail::findPollerOf(*this)) {
+        poller->stop(location);
+    }
+}
+
+}  // namespace foundation::storage::provider

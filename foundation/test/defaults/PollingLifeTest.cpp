@@ -1,0 +1,317 @@
+// Starting again, stopping, and the end of a provider that is polled.
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <random>
+
+#include "PollingTest.h"
+
+namespace foundation::test {
+namespace {
+
+std::ptrdiff_t threads() {
+    return std::distance(std::filesystem::directory_iterator("/proc/self/task"), std::filesystem::directory_iterator());
+}
+
+class PollingLifeTest : public PollingTest {
+protected:
+    /// A point where the polling thread waits until the test is about to stop it, and a little longer.
+    struct Gate {
+        std::atomic<bool> reached = false;
+        std::atomic<bool> leaving = false;
+        std::atomic<bool> passed = false;
+
+        void pass() {
+            reached = true;
+            leaving.wait(false);
+            for (int turn = 0; turn < 10000; ++turn) {
+                std::this_thread::yield();
+            }
+            passed = true;
+        }
+        void awaitReached() const {
+            EXPECT_TRUE(eventually([&] { return reached.load(); }));
+        }
+        void leave() {
+            leaving = true;
+            leaving.notify_all();
+        }
+    };
+};
+
+TEST_F(PollingLifeTest, NothingIsToldAfterTheStop) {
+    start();
+    stop(m_folder);
+    start(
+        m_file.getParent(), [](auto&&...) {}, Often);
+    m_provider.createFile(child(u"a"));
+    expectSilence();
+    stop(m_file.getParent());
+}
+
+TEST_F(PollingLifeTest, StopOfWhatIsNotPolledIsNoError) {
+    EXPECT_NO_THROW(stop(m_folder));
+    start();
+    EXPECT_NO_THROW(stop(m_file));
+    EXPECT_NO_THROW(stop(StorageIRI(u"java://mount/folder/")));
+    EXPECT_NO_THROW(stop(m_folder));
+}
+
+TEST_F(PollingLifeTest, StopMeansTheLocationInAnySpelling) {
+    start();
+    stop(StorageIRI(u"JAVA://mount//x/../%66older/"));
+    start(
+        m_file.getParent(), [](auto&&...) {}, Often);
+    m_provider.createFile(child(u"a"));
+    expectSilence();
+    stop(m_file.getParent());
+}
+
+TEST_F(PollingLifeTest, PollingCanBeStartedAgainAfterTheStop) {
+    for (const char16_t* name : {u"a", u"b", u"c"}) {
+        start();
+        m_provider.createFile(child(name));
+        EXPECT_EQ(m_trail.next(1).size(), 1U);
+        stop(m_folder);
+    }
+}
+
+TEST_F(PollingLifeTest, StopWaitsForTheCallback) {
+    Gate gate;
+    start(m_folder, [&](auto&&...) { gate.pass(); });
+    m_provider.createFile(child(u"a"));
+    gate.awaitReached();
+    gate.leave();
+    stop(m_folder);
+    EXPECT_TRUE(gate.passed);
+}
+
+TEST_F(PollingLifeTest, StopWaitsForTheLook) {
+    Gate gate;
+    start();
+    disturb([&](std::string_view operation, const StorageIRI&) {
+        if (operation == "listAll") {
+            gate.pass();
+        }
+    });
+    gate.awaitReached();
+    gate.leave();
+    stop(m_folder);
+    EXPECT_TRUE(gate.passed);
+}
+
+TEST_F(PollingLifeTest, LookAtManyChildrenIsGivenUpAtTheStop) {
+    for (char16_t name = u'a'; name <= u'z'; ++name) {
+        m_provider.createFile(child(std::u16string(1, name)));
+    }
+    const auto before = threads();
+    std::atomic<int> asked = 0;
+    start();
+    disturb([&](std::string_view operation, const StorageIRI&) {
+        if (operation == "getFileAttributes") {
+            ++asked;
+            stop(m_folder);
+        }
+    });
+    EXPECT_TRUE(eventually([&] { return threads() == before; }));
+    EXPECT_EQ(asked, 1);
+}
+
+TEST_F(PollingLifeTest, CallbackIsGoneAfterTheStop) {
+    const auto token = std::make_shared<int>();
+    start(m_folder, [token](auto&&...) {});
+    awaitLook();
+    EXPECT_GT(token.use_count(), 1);
+    stop(m_folder);
+    EXPECT_EQ(token.use_count(), 1);
+}
+
+TEST_F(PollingLifeTest, CallbackMayStopItselfAndIsThenTheLast) {
+    start(m_folder, [&](auto&&... event) {
+        stop(m_folder);
+        m_trail.callback()(event...);
+    });
+    atOnce([&] {
+        m_provider.createFile(child(u"a"));
+        m_provider.createFile(child(u"b"));
+    });
+    EXPECT_EQ(m_trail.next(1), Lines{"ChildAdded File a"});
+    start(
+        m_file.getParent(), [](auto&&...) {}, Often);
+    expectSilence();
+    stop(m_file.getParent());
+}
+
+TEST_F(PollingLifeTest, CallbackMayStartAndStopOtherLocations) {
+    m_provider.createFile(m_file);
+    std::atomic<bool> started = false;
+    start(m_folder, [&](auto&&...) {
+        start(m_file, m_trail.callback());
+        stop(m_folder);
+        started = true;
+    });
+    m_provider.createFile(child(u"a"));
+    EXPECT_TRUE(eventually([&] { return started.load(); }));
+    write(m_file, "bytes");
+    EXPECT_EQ(m_trail.next(1), Lines{"SelfModified File file"});
+}
+
+TEST_F(PollingLifeTest, CallbackMayReplaceItself) {
+    start(m_folder, [&](auto&&...) { start(); });
+    atOnce([&] {
+        m_provider.createFile(child(u"a"));
+        m_provider.createFile(child(u"b"));
+    });
+    EXPECT_EQ(m_trail.next(1), Lines{"ChildAdded File b"});
+}
+
+TEST_F(PollingLifeTest, SecondStartTakesThePlaceOfTheFirst) {
+    const auto token = std::make_shared<int>();
+    start(
+        m_folder, [token](auto&&...) { ADD_FAILURE() << "the replaced callback is called"; }, Never);
+    m_provider.createFile(child(u"a"));
+    start(StorageIRI(u"java://mount/folder/"), m_trail.callback());
+    EXPECT_EQ(token.use_count(), 1);
+    EXPECT_EQ(m_trail.next(1), Lines{"ChildAdded File a"}) << "what changed in between is not missed";
+    m_provider.createFile(child(u"b"));
+    EXPECT_EQ(m_trail.next(1), Lines{"ChildAdded File b"});
+    stop(m_folder);
+    start(
+        m_file.getParent(), [](auto&&...) {}, Often);
+    m_provider.createFile(child(u"c"));
+    expectSilence();
+    stop(m_file.getParent());
+}
+
+TEST_F(PollingLifeTest, SecondStartWaitsForTheReplacedCallback) {
+    Gate gate;
+    start(m_folder, [&](auto&&...) { gate.pass(); });
+    m_provider.createFile(child(u"a"));
+    gate.awaitReached();
+    gate.leave();
+    start();
+    EXPECT_TRUE(gate.passed);
+}
+
+TEST_F(PollingLifeTest, LongestIntervalCanBeStopped) {
+    start(m_folder, m_trail.callback(), std::chrono::milliseconds::max());
+    EXPECT_NO_THROW(stop(m_folder));
+}
+
+TEST_F(PollingLifeTest, LocationsHaveTheirOwnIntervalsAndOneThread) {
+    m_provider.createFile(m_file);
+    std::mutex mutex;
+    std::set<std::thread::id> seen;
+    std::atomic<int> calls = 0;
+    const ChangeCallback callback = [&](auto&&...) {
+        const std::lock_guard lock(mutex);
+        seen.insert(std::this_thread::get_id());
+        ++calls;
+    };
+    start(m_folder, callback);
+    start(m_file, callback);
+    start(
+        m_file.getParent(), [](auto&&...) { ADD_FAILURE() << "it is not its turn"; }, Never);
+    m_provider.createFile(child(u"a"));
+    write(m_file, "bytes");
+    EXPECT_TRUE(eventually([&] { return calls == 2; }));
+    stop(m_file.getParent());
+    EXPECT_EQ(seen.size(), 1U);
+    EXPECT_FALSE(seen.contains(std::this_thread::get_id()));
+    stop(m_file);
+    stop(m_folder);
+}
+
+TEST_F(PollingLifeTest, ThreadEndsWithTheLastLocation) {
+    const auto before = threads();
+    start();
+    start(m_file.getParent(), [](auto&&...) {});
+    EXPECT_EQ(threads(), before + 1);
+    stop(m_folder);
+    EXPECT_EQ(threads(), before + 1);
+    stop(m_file.getParent());
+    EXPECT_TRUE(eventually([&] { return threads() == before; }));
+}
+
+TEST_F(PollingLifeTest, ProviderThatIsDestroyedEndsWhatIsLeft) {
+    const auto before = threads();
+    const auto token = std::make_shared<int>();
+    auto provider = std::make_unique<InMemoryProvider>();
+    provider->createFolder(m_folder);
+    provider->startChangePollingMechanism(
+        m_folder, [token](auto&&...) {}, Never);
+    provider.reset();
+    EXPECT_EQ(token.use_count(), 1);
+    EXPECT_TRUE(eventually([&] { return threads() == before; }));
+}
+
+TEST_F(PollingLifeTest, CallbackMayDestroyTheProvider) {
+    const auto before = threads();
+    const auto token = std::make_shared<int>();
+    auto provider = std::make_unique<InMemoryProvider>();
+    provider->createFolder(m_folder);
+    provider->createFile(child(u"a"));
+    provider->createFile(child(u"b"));
+    std::atomic<int> calls = 0;
+    provider->startChangePollingMechanism(
+        m_folder,
+        [&, token](auto&&...) {
+            provider.reset();
+            ++calls;
+        },
+        Often);
+    provider->removeFolderRecursive(m_folder);
+    EXPECT_TRUE(eventually([&] { return threads() == before; }));
+    EXPECT_TRUE(eventually([&] { return token.use_count() == 1; }));
+    EXPECT_EQ(calls, 1);
+}
+
+TEST_F(PollingLifeTest, ForkedChildMayDestroyTheProvider) {
+    auto provider = std::make_unique<InMemoryProvider>();
+    provider->createFolder(m_folder);
+    provider->startChangePollingMechanism(m_folder, m_trail.callback(), Never);
+    const pid_t pid = fork();
+    if (pid == 0) {
+        alarm(20);  // a destructor that waits for a thread of the parent would never return
+        provider->stopChangePollingMechanism(m_folder);
+        provider.reset();
+        _exit(0);
+    }
+    int status = -1;
+    ASSERT_EQ(waitpid(pid, &status, 0), pid);
+    EXPECT_EQ(status, 0);
+    provider->stopChangePollingMechanism(m_folder);
+}
+
+TEST_F(PollingLifeTest, ManyThreadsStartAndStopAtOnce) {
+    constexpr int Threads = 8;
+    std::vector<std::jthread> workers;
+    std::atomic<int> late = 0;
+    for (int worker = 0; worker < Threads; ++worker) {
+        workers.emplace_back([&, worker] {
+            std::minstd_rand random(static_cast<unsigned>(worker) + 1);
+            const StorageIRI own = child(std::u16string(1, static_cast<char16_t>(u'a' + worker)));
+            m_provider.createFolder(own);
+            for (int round = 0; round < 50; ++round) {
+                const auto alive = std::make_shared<std::atomic<bool>>(true);
+                start(own, [&, alive](auto&&...) { late += *alive ? 0 : 1; });
+                start(m_folder, [](auto&&...) {});
+                m_provider.createFile(own.getChild(u"f"));
+                if (random() % 2 == 0) {
+                    stop(m_folder);
+                }
+                stop(own);
+                *alive = false;
+                m_provider.removeFile(own.getChild(u"f"));
+            }
+        });
+    }
+    workers.clear();
+    EXPECT_EQ(late, 0);
+}
+
+}  // namespace
+}  // namespace foundation::test
