@@ -1,0 +1,62 @@
+// Folders with their parents, what is there, and what a provider says of its locations.
+#include "SharedTest.h"
+
+namespace foundation::test {
+namespace {
+
+class SharedFolderTest : public SharedTest {};
+SHARED_TESTS(SharedFolderTest);
+
+TEST_P(SharedFolderTest, FolderIsCreatedWithItsParents) {
+    const StorageIRI deep = at(u"a").getChild(u"b c").getChild(u"d%");
+    provider().createFolderRecursive(deep);
+    EXPECT_TRUE(provider().folderExists(deep));
+    EXPECT_EQ(names(), Names{u"a"});
+}
+
+TEST_P(SharedFolderTest, FolderThatIsThereIsNoError) {
+    provider().createFolder(at(u"a"));
+    write(at(u"a").getChild(u"kept"), "bytes");
+    EXPECT_NO_THROW(provider().createFolderRecursive(at(u"a")));
+    EXPECT_NO_THROW(provider().createFolderRecursive(folder()));
+    EXPECT_EQ(bytesOf(at(u"a").getChild(u"kept")), "bytes");
+}
+
+TEST_P(SharedFolderTest, FileInTheWayIsNotAFolder) {
+    write(at(u"f"), "bytes");
+    expectError(ErrorCode::NotAFolder, at(u"f"), [&] { provider().createFolderRecursive(at(u"f")); });
+    expectError(ErrorCode::NotAFolder, at(u"f"), [&] { provider().createFolderRecursive(at(u"f").getChild(u"x")); });
+    EXPECT_EQ(bytesOf(at(u"f")), "bytes");
+}
+
+TEST_P(SharedFolderTest, BothKindsOfEntryExist) {
+    write(at(u"f"), "");
+    provider().createFolder(at(u"d"));
+    EXPECT_TRUE(provider().exists(at(u"f")));
+    EXPECT_TRUE(provider().exists(at(u"d")));
+    EXPECT_FALSE(provider().exists(at(u"missing")));
+    EXPECT_EQ(provider().existsExtended(at(u"f")), EntryType::File);
+    EXPECT_EQ(provider().existsExtended(at(u"d")), EntryType::Folder);
+    EXPECT_EQ(provider().existsExtended(at(u"missing")), std::nullopt);
+}
+
+TEST_P(SharedFolderTest, SpellingsOfOneLocationCompareEqual) {
+    const auto comparator = provider().getPathComparator();
+    EXPECT_EQ(comparator(at(u"a"), StorageIRI(folder().text() + u"//x/../%61/")), 0);
+    EXPECT_LT(comparator(at(u"a"), at(u"b")), 0);
+    EXPECT_GT(comparator(at(u"a"), at(u"A")), 0);
+}
+
+TEST_P(SharedFolderTest, CanonicalLocationIsTheNormalOne) {
+    const StorageIRI odd(folder().text() + u"/missing/../%61/");
+    EXPECT_EQ(provider().getCanonicalLocation(odd), at(u"a").normalized());
+}
+
+TEST_P(SharedFolderTest, WhatCannotBeMadeOfOtherOperationsIsNotSupported) {
+    expectError(ErrorCode::NotSupported, at(u"f"), [&] { provider().setWritable(at(u"f"), true); });
+    expectError(ErrorCode::NotSupported, at(u"f"), [&] { (void)provider().getFilenameSensitivity(at(u"f")); });
+    expectError(ErrorCode::NotSupported, StorageIRI(), [&] { (void)provider().getProviderCacheUsage(); });
+}
+
+}  // namespace
+}  // namespace foundation::test
