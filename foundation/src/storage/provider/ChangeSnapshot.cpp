@@ -59,9 +59,10 @@ std::optional<StorageIRI> childOf(const StorageIRI& folder, const std::u16string
 }
 
 void sortByName(std::vector<ChildState>& children) {
-    std::ranges::stable_sort(children, {}, &ChildState::name);
-    const auto repeated = std::ranges::unique(children, {}, &ChildState::name);
-    children.erase(repeated.begin(), repeated.end());
+    const auto before = [](const ChildState& left, const ChildState& right) { return left.name < right.name; };
+    const auto same = [](const ChildState& left, const ChildState& right) { return left.name == right.name; };
+    std::stable_sort(children.begin(), children.end(), before);
+    children.erase(std::unique(children.begin(), children.end(), same), children.end());
     children.shrink_to_fit();
 }
 
