@@ -60,7 +60,9 @@ jclass loadThroughSystem(const JNIEnvPtr& env, std::string clsName) {
 jmethodID getMethodID(const JNIEnvPtr& env, jclass cls, const std::string& methodName, const std::string& signature) {
     const TraceScope trace(JAVAPROVIDER_TRACE_SITE(JNIUtilsSource));
     FOUNDATION_LOG(logger(), Severity::Arguments) << " methodName=" << methodName << " signature=" << signature;
-    jmethodID method = env->GetMethodID(cls, methodName.c_str(), signature.c_str());
+    // JNI leaves a look-up on a null class undefined. It has no methods; the Java error that tells why is still
+    // pending.
+    jmethodID method = cls != nullptr ? env->GetMethodID(cls, methodName.c_str(), signature.c_str()) : nullptr;
     if (method != nullptr) {
         return method;
     }

@@ -74,7 +74,7 @@ std::exception_ptr translateUnexpectedException(const LocalRef<jthrowable>& exce
 std::string describe(const JNIEnvPtr& env, jthrowable throwable) {
     jclass cls = env->GetObjectClass(throwable);
     jmethodID toString = env->GetMethodID(cls, "toString", "()Ljava/lang/String;");
-    auto* text = static_cast<jstring>(env->CallObjectMethod(throwable, toString));
+    auto* text = toString != nullptr ? static_cast<jstring>(env->CallObjectMethod(throwable, toString)) : nullptr;
     if (text == nullptr) {
         // A toString() that throws must not leave its own exception behind in place of the described one.
         env->ExceptionClear();

@@ -23,7 +23,12 @@ jclass holdClass(const JNIEnvPtr& env, jobject classLoader, const std::string& n
         // What one loader threw is settled when the next one knows the class; the caller's thread is to stay clean.
         env->ExceptionClear();
     }
-    return static_cast<jclass>(env->NewGlobalRef(cls));
+    auto* held = static_cast<jclass>(env->NewGlobalRef(cls));
+    if (held == nullptr) {
+        // Construction goes on without the class, and a caller that gets its provider finds no exception beside it.
+        env->ExceptionClear();
+    }
+    return held;
 }
 
 template <class T>

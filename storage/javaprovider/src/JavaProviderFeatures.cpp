@@ -1,15 +1,19 @@
 // Features and configuration: the operations without a location.
 #include <boost/property_tree/ptree.hpp>
 
+#include <new>
+
 #include "JNIUtilsException.h"
 #include "JNIUtilsLog.h"
 #include "JNIUtilsRef.h"
 #include "JNIUtilsText.h"
 #include "JavaProvider.h"
 #include "fl/i18n/text.h"
+#include "foundation/core/except/AnonymousInternalException.h"
 
 namespace storage::javaprovider {
 
+using foundation::core::except::detail::AnonymousInternalException;
 using foundation::storage::provider::ExtendedFeature;
 
 namespace {
@@ -33,10 +37,21 @@ const char* javaFeatureName(ExtendedFeature feature) {
     }
 }
 
+/// What Java gave of java.util.HashMap. Every machine has all of it, so what is missing is memory; JNI calls on a null
+/// would end the process.
+template <class Part>
+Part required(const JNIEnvPtr& env, Part part) {
+    if (part == nullptr) {
+        throwIfOutOfMemory(env);
+        throw AnonymousInternalException<std::bad_alloc>(std::bad_alloc());
+    }
+    return part;
+}
+
 /// A new, empty java.util.HashMap.
 jobject createSettingsMap(const JNIEnvPtr& env, jclass mapClass) {
-    jmethodID constructor = env->GetMethodID(mapClass, "<init>", "()V");
-    return env->NewObject(mapClass, constructor);
+    jmethodID constructor = required(env, env->GetMethodID(mapClass, "<init>", "()V"));
+    return required(env, env->NewObject(mapClass, constructor));
 }
 
 }  // namespace
@@ -73,9 +88,10 @@ void JavaProvider::doConfigure(const boost::property_tree::ptree& settings) {
     const JNIEnvPtr env(m_jvm);
     requireUsable();
     // The class is left to the local frame.
-    jclass mapClass = env->FindClass("java/util/HashMap");
+    jclass mapClass = required(env, env->FindClass("java/util/HashMap"));
     LocalRef<jobject> map(env, createSettingsMap(env, mapClass));
-    jmethodID put = env->GetMethodID(mapClass, "put", "(Ljava/lang/Object;Ljava/lang/Object;)Ljava/lang/Object;");
+    jmethodID put =
+        required(env, env->GetMethodID(mapClass, "put", "(Ljava/lang/Object;Ljava/lang/Object;)Ljava/lang/Object;"));
     const LocalRef<jstring> key(env, ustringToJString(env, ContentCacheKey));
     const LocalRef<jstring> value(env, ustringToJString(env, fl::i18n::to_ustring(text)));
     env->CallObjectMethod(map.get(), put, key.get(), value.get());

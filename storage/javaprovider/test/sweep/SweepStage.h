@@ -1,0 +1,45 @@
+#pragma once
+
+#include <jni.h>
+
+#include <memory>
+#include <string>
+
+#include "foundation/storage/provider/ByteStream.h"
+#include "foundation/storage/provider/IConfigurableProvider.h"
+#include "support/FakeJVM.h"
+
+namespace storage::javaprovider::test {
+
+/// What the operations of the sweep work on, made afresh for each of its points: a back end with an answer to
+/// everything, and what an operation makes of it.
+class SweepStage {
+public:
+    using IProvider = foundation::storage::provider::IProvider;
+
+    /// The recorder knows nothing of the making.
+    SweepStage(JNIEnv* env, const std::shared_ptr<FakeJVM>& handle);
+    ~SweepStage();
+
+    SweepStage(const SweepStage&) = delete;
+    SweepStage& operator=(const SweepStage&) = delete;
+
+    void makeProvider();
+    void openStream();
+    [[nodiscard]] foundation::storage::provider::IConfigurableProvider& configurable() const;
+
+    /// The back end answers every question, and forgets what it was to throw.
+    void answerEverything() const;
+    /// The next call of the back end's method throws; `kind` as the fixtures' Failures takes it.
+    void failNext(const std::string& method, const std::string& kind) const;
+    /// Strings that nativePublish gets.
+    [[nodiscard]] jstring text(const char16_t* units) const;
+
+    JNIEnv* env;
+    std::shared_ptr<FakeJVM> handle;
+    jobject backEnd = nullptr;
+    std::shared_ptr<IProvider> provider = nullptr;
+    std::unique_ptr<foundation::storage::provider::ByteStream> stream = nullptr;
+};
+
+}  // namespace storage::javaprovider::test
