@@ -24,11 +24,12 @@ using Promise = SweepRule::Promise;
 
 constexpr long GlobalsOfProvider = 5;
 
-/// Tells each point before it is tried when the variable is set: the last one is what ended the process.
-void announce(const SweepPoint& point) {
+/// When the variable FAULT_SWEEP_TRACE is set, tells of each point before it is tried, so that the last one is what
+/// ended the process.
+void announce(const SweepPoint& point, const std::string& whySkipped) {
     static const bool wanted = std::getenv("FAULT_SWEEP_TRACE") != nullptr;
     if (wanted) {
-        std::cerr << point.toString() << std::endl;
+        std::cerr << point.toString() << (whySkipped.empty() ? "" : " - skipped: " + whySkipped) << std::endl;
     }
 }
 
@@ -85,13 +86,13 @@ protected:
             return;
         }
         met.insert(&*rule);
+        announce(point, rule->reason);
         if (rule->promise == Promise::Untested) {
             ++skipped;
             return;
         }
         ++tried;
         SCOPED_TRACE(point.toString());
-        announce(point);
         attempt(operation, point, *rule, good);
     }
 
