@@ -1,6 +1,7 @@
 # What every target of this project compiles with; none of it reaches a consumer.
 option(WARNINGS_AS_ERRORS "Treat compiler warnings as errors" ON)
 set(SANITIZE "" CACHE STRING "Sanitizers to build with, for example address,undefined")
+option(FUZZ "Build the fuzzers and instrument what they exercise (clang)" OFF)
 
 find_program(CCACHE_PROGRAM ccache)
 if(CCACHE_PROGRAM AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
@@ -26,4 +27,11 @@ function(project_options target)
     target_link_options(${target} PRIVATE -fsanitize=${SANITIZE})
   endif()
   target_compile_definitions(${target} PRIVATE BOOST_LOG_DYN_LINK)
+endfunction()
+
+# Tells the fuzzers which of the target's branches an input takes. Programs that are no fuzzers work as before.
+function(fuzz_instrumented target)
+  if(FUZZ)
+    target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link)
+  endif()
 endfunction()
