@@ -1,0 +1,96 @@
+// Eight threads, operations of all kinds, a back end that fails at random: nothing that the process holds may grow.
+// SOAK_OPERATIONS says how many operations (10000000 for a long run), SOAK_SEED where the random numbers begin.
+#include <gmock/gmock.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <iostream>
+#include <map>
+#include <string>
+
+#include "soak/Sample.h"
+#include "soak/Soak.h"
+#include "support/Eventually.h"
+#include "support/JavaHelpers.h"
+#include "support/JvmTest.h"
+
+namespace storage::javaprovider::test {
+namespace {
+
+constexpr const char* FlakyProvider = "com/corvallen/storage/test/soak/FlakyProvider";
+constexpr long DefaultOperations = 250000;
+
+/// What the process may hold more at the end than after warming up. Memory: the allocator's arenas and the machine's
+/// compiled code settle within it, and over the long run it is less than two bytes an operation. Tasks: a compiler
+/// thread that the machine starts.
+constexpr long SlackKiB = 16 * 1024;
+constexpr long SlackTasks = 2;
+
+long numberFromEnvironment(const char* name, long otherwise) {
+    const char* text = std::getenv(name);
+    return text == nullptr ? otherwise : std::stol(text);
+}
+
+class SoakTest : public JvmTest {
+protected:
+    /// Takes a sample when nothing is under way.
+    [[nodiscard]] Sample sampleAtRest(const Sampler& sampler) const {
+        EXPECT_TRUE(eventually([this] { return callStaticString(env(), FlakyProvider, "isQuiet") == "true"; }));
+        return sampler.take();
+    }
+
+    static void report(Soak& soak, std::chrono::duration<double> elapsed) {
+        long operations = 0;
+        long providerErrors = 0;
+        long otherErrors = 0;
+        std::map<std::string, long> successes;
+        for (const Worker& worker : soak.workers()) {
+            operations += worker.operations();
+            providerErrors += worker.providerErrors();
+            otherErrors += worker.otherErrors();
+            for (const auto& [name, count] : worker.successes()) {
+                successes[name] += count;
+            }
+        }
+        std::cout << operations << " operations in " << elapsed.count() << " s, " << providerErrors
+                  << " provider errors, " << otherErrors << " others, " << soak.slot().made() << " providers, "
+                  << soak.slot().events() << " events\n";
+        EXPECT_GT(providerErrors, operations / 20) << "the back end fails at random";
+        EXPECT_GT(otherErrors, operations / 200) << "in ways that no contract knows too";
+        EXPECT_GT(soak.slot().events(), 0);
+        for (const auto& [name, count] : successes) {
+            EXPECT_GT(count, operations / 50000) << name;
+        }
+        EXPECT_EQ(successes.size(), 21U) << "each kind of operation succeeds at times";
+    }
+};
+
+TEST_F(SoakTest, NothingGrowsWhileABackEndFailsAtRandom) {
+    const long operations = numberFromEnvironment("SOAK_OPERATIONS", DefaultOperations);
+    const long seed = numberFromEnvironment("SOAK_SEED", 1);
+    std::cout << "seed " << seed << '\n';
+    callStaticVoid(env(), FlakyProvider, "seed", {std::to_string(seed)});
+    const auto begin = std::chrono::steady_clock::now();
+    const Sampler sampler(vm());
+    Soak soak(jvm(), static_cast<std::uint64_t>(seed));
+
+    // Half of the default run, and no more of a longer one: compiled code and arenas have their size by then.
+    soak.run(std::min(operations, DefaultOperations) / 2);
+    const long providersWarm = soak.slot().made();
+    const Sample warm = sampleAtRest(sampler);
+    soak.run(operations - std::min(operations, DefaultOperations) / 2);
+    const Sample end = sampleAtRest(sampler);
+
+    std::cout << "after warming up: " << warm << "\nat the end:       " << end << '\n';
+    report(soak, std::chrono::steady_clock::now() - begin);
+    EXPECT_LE(end.residentKiB, warm.residentKiB + SlackKiB);
+    EXPECT_EQ(end.localReferences, warm.localReferences);
+    // Each provider leaves one reference to the class ExtendedFeature for good; see JavaProvider.h.
+    EXPECT_EQ(end.globalReferences - warm.globalReferences, soak.slot().made() - providersWarm);
+    EXPECT_EQ(end.javaThreads, warm.javaThreads);
+    EXPECT_LE(end.tasks, warm.tasks + SlackTasks);
+    EXPECT_EQ(end.openFiles, warm.openFiles);
+}
+
+}  // namespace
+}  // namespace storage::javaprovider::test
