@@ -117,7 +117,8 @@ public interface StorageProvider {
     }
 
     /**
-     * Tells whether an optional ability is there. <b>Must not throw</b>: the host does not look for an exception here.
+     * Tells whether an optional ability is there. <b>Must not throw</b>: the host does not look for an exception here. A back end that writes at its end, and may fail to, also implements {@link AutoCloseable}:
+     * a host that can calls {@code close} first, which throws what went wrong.
      *
      * @param feature which
      * @return true only if the back end does what the feature says, at every location it serves

@@ -3,8 +3,8 @@ package com.corvallen.storage.backend.nio;
 import com.corvallen.storage.provider.ErrorCode;
 import com.corvallen.storage.provider.ProviderException;
 import com.corvallen.storage.provider.StorageURI;
-import java.io.IOException;
 import java.lang.System.Logger.Level;
+import java.util.List;
 import java.util.Map;
 import java.util.concurrent.ConcurrentHashMap;
 
@@ -60,22 +60,59 @@ final class Mounts {
     }
 
     /** Closes everything, and opens nothing from now on. */
-    synchronized void dispose() {
+    void dispose() {
+        try {
+            close();
+        } catch (ProviderException e) {
+            logLoss(e);
+        }
+    }
+
+    /**
+     * Does the same, and tells what could not be closed: the first failure, with the others suppressed in it. All are
+     * closed in any case.
+     */
+    synchronized void close() throws ProviderException {
         disposed = true;
-        mounts.keySet().forEach(this::forget);
+        ProviderException first = null;
+        for (String name : List.copyOf(mounts.keySet())) {
+            try {
+                close(name);
+            } catch (ProviderException e) {
+                first = joined(first, e);
+            }
+        }
+        if (first != null) {
+            throw first;
+        }
+    }
+
+    private static ProviderException joined(ProviderException first, ProviderException next) {
+        if (first == null) {
+            return next;
+        }
+        first.addSuppressed(next);
+        return first;
     }
 
     private void forget(String name) {
-        Mount mount = mounts.remove(name);
-        if (mount == null) {
-            return;
-        }
         try {
-            mount.close();
-        } catch (IOException | RuntimeException e) {
-            // Disposal must not throw, but what was written to an archive may be lost now: that has to be told.
-            System.getLogger(NioProvider.class.getName())
-                    .log(Level.ERROR, "Cannot close mount " + name + "; what was written to it may be lost", e);
+            close(name);
+        } catch (ProviderException e) {
+            logLoss(e);
         }
+    }
+
+    private void close(String name) throws ProviderException {
+        Mount mount = mounts.remove(name);
+        if (mount != null) {
+            Failures.translated(new StorageURI(SCHEME + "://" + name + "/"), mount::close);
+        }
+    }
+
+    /** There is nobody to report to, but what was written to an archive may be lost now: that has to be told. */
+    private static void logLoss(ProviderException failure) {
+        System.getLogger(NioProvider.class.getName())
+                .log(Level.ERROR, "Cannot close a mount; what was written to it may be lost", failure);
     }
 }

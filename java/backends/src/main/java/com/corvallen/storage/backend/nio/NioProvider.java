@@ -31,7 +31,7 @@ import java.util.Objects;
  *
  * <p><b>Archives.</b> A file system that is already open is used and left open. One that is opened here is shared by
  * all providers of the process and closed when the last of them is disposed of; what was written to a zip archive
- * reaches the disk at that moment.
+ * reaches the disk at that moment, and {@link #close} tells whether it did.
  *
  * <p><b>Atomicity.</b> Creating is exclusive. On the default file system a file that replaces another does so
  * atomically, and a folder moves by one rename. Between file systems, and for folders inside archives, content is
@@ -46,7 +46,7 @@ import java.util.Objects;
  *
  * <p>Safe on any thread; every operation may block on the storage.
  */
-public final class NioProvider implements StorageProvider {
+public final class NioProvider implements StorageProvider, AutoCloseable {
     private final Mounts mounts = new Mounts();
     private final ContentCache cache = new ContentCache();
     private final ChannelSet channels = new ChannelSet();
@@ -190,14 +190,27 @@ public final class NioProvider implements StorageProvider {
     }
 
     /**
-     * Ends all events, and returns when no publisher is delivering any more. Closes the channels that are still open, and the file systems that were opened for mounts and that no other
-     * provider uses.
+     * Ends all events, and returns when no publisher is delivering any more. Closes the channels that are still open,
+     * and the file systems that were opened for mounts and that no other provider uses. What goes wrong is logged.
      */
     @Override
     public void dispose() {
         watcher.dispose();
         channels.dispose();
         mounts.dispose();
+    }
+
+    /**
+     * Does the same as {@link #dispose}, and tells when a file system cannot be closed, so that what was written to an
+     * archive may be lost. Everything else is released all the same; disposal has nothing left to do then.
+     *
+     * @throws ProviderException with the root of the mount, and with STORAGE_FULL, ACCESS_DENIED or what else it was
+     */
+    @Override
+    public void close() throws ProviderException {
+        watcher.dispose();
+        channels.dispose();
+        mounts.close();
     }
 
     private ChannelOpening opening(StorageURI location) throws ProviderException {

@@ -147,6 +147,31 @@ class MountsTest {
     }
 
     @Test
+    void closingWritesTheArchiveAndTellsNothing() throws Exception {
+        String uri = archiveUri();
+        mount(uri);
+        provider.createFile(A);
+        provider.close();
+        provider.close();
+        assertClosed(uri);
+        try (FileSystem again = FileSystems.newFileSystem(URI.create(uri), Map.of())) {
+            assertTrue(Files.isRegularFile(again.getPath("/a")));
+        }
+        assertUnavailable(A);
+    }
+
+    @Test
+    void closingTellsThatAnArchiveCannotBeWritten() throws Exception {
+        mount(archiveUri());
+        provider.createFile(A);
+        TreeDeleter.delete(folder);
+        ProviderException failure = assertThrows(ProviderException.class, provider::close);
+        assertEquals(ErrorCode.NOT_FOUND, failure.getErrorCode(), failure.getMessage());
+        assertEquals(ROOT.getText(), failure.getLocationString());
+        Files.createDirectory(folder);
+    }
+
+    @Test
     void archiveIsSharedAndClosedByTheLastProvider() throws Exception {
         String uri = archiveUri();
         mount(uri);
