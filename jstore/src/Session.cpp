@@ -9,11 +9,9 @@
 #include "JavaHome.h"
 #include "Problem.h"
 #include "Text.h"
-#include "storage/javaprovider/EntryPoints.h"
 
 namespace jstore {
 
-using foundation::storage::provider::IProvider;
 using storage::jvm::EmbeddedJVM;
 
 namespace {
@@ -28,24 +26,6 @@ std::string placesTried(const std::vector<storage::jvm::JavaCandidate>& candidat
         places += (places.empty() ? "" : "; ") + describe(candidate);
     }
     return places.empty() ? "no place to look in" : places;
-}
-
-std::string classPathText(const Options& options) {
-    std::string text;
-    for (const auto& entry : classPathOf(options)) {
-        text += (text.empty() ? "" : ":") + entry.path.string();
-    }
-    return text;
-}
-
-/// Java says "java.lang.NoClassDefFoundError: com/example/Nope" for a class that is nowhere, and the same with
-/// "(wrong name: …)" after it for a file that holds another class.
-std::string reason(const std::string& javaText, const Options& options) {
-    const auto missing = "java.lang.NoClassDefFoundError: " + slashed(options.provider);
-    if (oneLine(javaText) == missing) {
-        return fmt::format("class not found on the class path ({})", classPathText(options));
-    }
-    return javaText;
 }
 
 }  // namespace
@@ -79,20 +59,11 @@ std::shared_ptr<EmbeddedJVM> startJava(const Options& options) {
     return jvm;
 }
 
-std::unique_ptr<IProvider> makeProvider(const std::shared_ptr<EmbeddedJVM>& jvm, const Options& options) {
-    try {
-        return std::unique_ptr<IProvider>(storage::javaprovider::buildProvider(jvm, slashed(options.provider)));
-    } catch (const std::exception& error) {
-        const auto why = reason(error.what(), options);
-        throw failed("Provider", fmt::format("cannot use provider {}: {}", dotted(options.provider), why));
-    }
-}
-
 Session::Session(const Options& options) {
     checkClassPath(options);
     m_jvm = startJava(options);
     m_attachment.emplace(m_jvm);
-    m_provider = makeProvider(m_jvm, options);
+    m_backEnd.emplace(m_jvm, options);
 }
 
 }  // namespace jstore

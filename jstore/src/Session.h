@@ -3,8 +3,8 @@
 #include <memory>
 #include <optional>
 
+#include "BackEnd.h"
 #include "Options.h"
-#include "foundation/storage/provider/IProvider.h"
 #include "storage/jvm/EmbeddedJVM.h"
 #include "storage/jvm/ThreadAttachment.h"
 
@@ -23,12 +23,15 @@ public:
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
-    [[nodiscard]] const foundation::storage::provider::IProvider& provider() const { return *m_provider; }
+    [[nodiscard]] const foundation::storage::provider::IProvider& provider() const { return m_backEnd->provider(); }
+
+    /// Ends the back end, as BackEnd::end() does.
+    [[nodiscard]] std::optional<Problem> end() { return m_backEnd->end(); }
 
 private:
     std::shared_ptr<storage::jvm::EmbeddedJVM> m_jvm;
     std::optional<storage::jvm::ThreadAttachment> m_attachment;
-    std::unique_ptr<foundation::storage::provider::IProvider> m_provider;
+    std::optional<BackEnd> m_backEnd;
 };
 
 /// Throws CommandError naming the first entry of the class path that is missing or broken: Java itself would pass over
@@ -38,9 +41,5 @@ void checkClassPath(const Options& options);
 /// Starts the virtual machine. Throws CommandError: "NoJava", exit code 7, naming each place tried; or "Java" with
 /// the machine's own words when it does not start.
 [[nodiscard]] std::shared_ptr<storage::jvm::EmbeddedJVM> startJava(const Options& options);
-
-/// Makes a provider of the chosen class. Throws CommandError "Provider" with the reason.
-[[nodiscard]] std::unique_ptr<foundation::storage::provider::IProvider> makeProvider(
-    const std::shared_ptr<storage::jvm::EmbeddedJVM>& jvm, const Options& options);
 
 }  // namespace jstore

@@ -30,7 +30,13 @@ ExitCode runVerb(const CommandLine& commandLine) {
     watchInterrupt();
     startLog(context.options().logLevel);
     try {
-        return commandLine.verb().run(context);
+        const auto code = commandLine.verb().run(context);
+        const auto problem = context.end();
+        if (!problem) {
+            return code;
+        }
+        context.reporter().failed(*problem);
+        return code == ExitCode::Done ? problem->exitCode : code;
     } catch (const CommandError& error) {
         if (error.problem().exitCode == ExitCode::Usage) {
             throw;

@@ -120,7 +120,10 @@ Checks signals() {
 Check provider(const std::shared_ptr<storage::jvm::EmbeddedJVM>& jvm, const Options& options) {
     const auto start = std::chrono::steady_clock::now();
     try {
-        makeProvider(jvm, options).reset();
+        BackEnd backEnd(jvm, options);
+        if (const auto problem = backEnd.end()) {
+            throw CommandError(*problem);
+        }
     } catch (const CommandError& error) {
         return {Mark::Failure, "provider", messageOf(error.problem()), "check --provider and --class-path"};
     }
