@@ -1,7 +1,10 @@
 #include "Arguments.h"
+#include "Entry.h"
+#include "HelpText.h"
 #include "Refusal.h"
 #include "foundation/storage/provider/Exception.h"
 #include "verbs/ForEachLocation.h"
+#include "verbs/TreeRemoval.h"
 #include "verbs/Verb.h"
 
 namespace jstore {
@@ -26,12 +29,25 @@ void removeOneFile(const IProvider& provider, const Location& location) {
 
 /// A symbolic link to a folder counts as a folder here, but a back end removes the link and not what it leads to; one
 /// that leads nowhere is removed as a file.
-void removeAll(const IProvider& provider, const Location& location) {
-    if (provider.existsExtended(location.iri()) == EntryType::Folder) {
-        provider.removeFolderRecursive(location.iri());
-    } else {
+ExitCode removeAll(Context& context, const Location& location) {
+    const auto& provider = context.provider();
+    if (provider.existsExtended(location.iri()) != EntryType::Folder) {
         provider.removeFile(location.iri());
+        return ExitCode::Done;
     }
+    try {
+        provider.removeFolderRecursive(location.iri());
+        return ExitCode::Done;
+    } catch (const Exception& error) {
+        if (error.code() != ErrorCode::NotSupported) {
+            throw;
+        }
+    }
+    if (isLink(provider, location)) {
+        provider.removeFolder(location.iri());
+        return ExitCode::Done;
+    }
+    return removeOneByOne(context, location);
 }
 
 /// `rm -r .` and `rm -r ..` are never meant.
@@ -50,9 +66,11 @@ public:
         auto& verb = *commandLine.add_subcommand("rm", "Remove files, or folders with all they hold");
         addArguments(verb, "LOCATION...", m_arguments, "What to remove");
         verb.add_flag("-r,-R,--recursive", m_recursive, "Remove folders too, with all they hold");
-        verb.footer(
+        verb.footer(helpText(
             "The root of a file system is never removed. When removing a folder fails half-way, a part of it\n"
-            "may be gone.");
+            "may be gone. A back end that cannot remove a folder at once has its contents removed one by one;\n"
+            "links are removed and not followed.",
+            {"jstore rm report.txt", "jstore rm -r photos"}));
         return verb;
     }
 
@@ -60,15 +78,32 @@ public:
         for (const auto& argument : m_arguments) {
             refuseDots(argument);
         }
-        return forEachArgument(context, m_arguments, [this](const IProvider& provider, const Location& location) {
+        const auto locations = toLocations(m_arguments);
+        static_cast<void>(context.provider());
+        context.progress().begin("removed");
+        return forEachLocation(context, locations, [&](const Location& location) {
             if (location.iri().normalized().isRoot()) {
                 throw refusal(location, ErrorCode::AccessDenied, "a root is never removed");
             }
-            m_recursive ? removeAll(provider, location) : removeOneFile(provider, location);
+            context.progress().at(location);
+            const auto code = remove(context, location);
+            if (code == ExitCode::Done) {
+                context.progress().countItem();
+                context.reporter().done(location);
+            }
+            return code;
         });
     }
 
 private:
+    [[nodiscard]] ExitCode remove(Context& context, const Location& location) const {
+        if (m_recursive) {
+            return removeAll(context, location);
+        }
+        removeOneFile(context.provider(), location);
+        return ExitCode::Done;
+    }
+
     std::vector<std::string> m_arguments;
     bool m_recursive = false;
 };

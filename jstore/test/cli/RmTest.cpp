@@ -79,6 +79,51 @@ TEST_F(RmTest, DotsAreRefused) {
     EXPECT_TRUE(fs::is_directory(m_folder / "a"));
 }
 
+/// A back end that cannot remove a folder with all it holds.
+class OneByOneTest : public RmTest {
+protected:
+    [[nodiscard]] static Outcome rm(const std::string& location, const std::string& provider = "OneByOneProvider") {
+        return jstore({"--class-path", JSTORE_TEST_BACKENDS, "--provider", "com.corvallen.jstore.test." + provider,
+                       "--jvm-option", "-Djstore.test.depth=2500", "rm", "-r", location});
+    }
+};
+
+TEST_F(OneByOneTest, FolderGoesWithAllItHolds) {
+    m_folder.folder("a/b/c");
+    m_folder.folder("a/empty");
+    m_folder.file("a/b/file", "content");
+    EXPECT_THAT(rm(m_folder.location("a")), IsSilentlyDone());
+    EXPECT_FALSE(fs::exists(m_folder / "a"));
+}
+
+TEST_F(OneByOneTest, LinksAreNotFollowed) {
+    m_folder.folder("a");
+    m_folder.folder("target");
+    m_folder.file("target/file");
+    fs::create_directory_symlink(m_folder / "target", m_folder / "a/link");
+    fs::create_directory_symlink(m_folder / "target", m_folder / "link");
+    fs::create_symlink(m_folder / "nowhere", m_folder / "a/dangling");
+    EXPECT_THAT(rm(m_folder.location("a")), IsSilentlyDone());
+    EXPECT_THAT(rm(m_folder.location("link")), IsSilentlyDone());
+    EXPECT_FALSE(fs::exists(m_folder / "a"));
+    EXPECT_FALSE(fs::is_symlink(m_folder / "link"));
+    EXPECT_TRUE(fs::exists(m_folder / "target/file"));
+}
+
+TEST_F(OneByOneTest, WhatStaysIsReportedAndTheRestGoes) {
+    m_folder.folder("a/b");
+    m_folder.folder("a/c");
+    m_folder.file("a/b/kept");
+    m_folder.file("a/b/other");
+    m_folder.file("a/c/file");
+    EXPECT_THAT(rm(m_folder.location("a")), FailsWith(6, "jstore: AccessDenied: " + m_folder.location("a/b/kept")));
+    EXPECT_TRUE(fs::exists(m_folder / "a/b/kept"));
+    EXPECT_FALSE(fs::exists(m_folder / "a/b/other"));
+    EXPECT_FALSE(fs::exists(m_folder / "a/c"));
+}
+
+TEST_F(OneByOneTest, DeepTreesGoToo) { EXPECT_THAT(rm("java:///d", "DeepProvider"), Prints("0\n")); }
+
 TEST_F(RmTest, AllFailingAlikeKeepTheirCode) {
     const auto outcome = jstore({"rm", m_folder.location("a"), m_folder.location("b")});
     EXPECT_EQ(3, outcome.exitCode);
