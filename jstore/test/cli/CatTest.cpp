@@ -1,3 +1,4 @@
+#include "support/Json.h"
 #include "support/Matchers.h"
 #include "support/TemporaryFolder.h"
 
@@ -6,6 +7,26 @@ namespace jstore::test {
 using ::testing::HasSubstr;
 
 namespace {
+
+/// The bytes of base64 text; a reader of its own, so that it shares no mistake with what wrote it.
+std::string decoded(const std::string& text) {
+    const std::string digits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    std::string bytes;
+    unsigned bits = 0;
+    int count = 0;
+    for (const char c : text) {
+        if (c == '=') {
+            break;
+        }
+        bits = bits << 6U | static_cast<unsigned>(digits.find(c));
+        count += 6;
+        if (count >= 8) {
+            count -= 8;
+            bytes += static_cast<char>(bits >> count & 0xFFU);
+        }
+    }
+    return bytes;
+}
 
 class CatTest : public ::testing::Test {
 protected:
@@ -37,8 +58,23 @@ TEST_F(CatTest, FolderIsNoFile) {
     EXPECT_THAT(jstore({"cat", "java:///tmp"}), FailsWith(1, HasSubstr("NotAFile: java:///tmp")));
 }
 
-TEST_F(CatTest, JsonIsRefusedBeforeJavaStarts) {
-    EXPECT_THAT(jstore({"--java-home", "/nonexistent", "--json", "cat", "a"}), FailsWith(2, HasSubstr("--json")));
+TEST_F(CatTest, JsonHoldsTheBytesInPortions) {
+    const std::string bytes(300'000, '\xFF');
+    m_folder.file("a", bytes);
+    m_folder.file("empty");
+    const auto objects = objectsOf(jstore({"--json", "cat", at("a"), at("empty")}));
+    ASSERT_GE(objects.size(), 4U);
+    std::size_t offset = 0;
+    for (std::size_t i = 0; i + 2 < objects.size(); ++i) {
+        EXPECT_EQ(offset, objects[i]["offset"]);
+        const auto portion = decoded(objects[i]["content"]);
+        EXPECT_TRUE(portion == bytes.substr(offset, portion.size()));
+        offset += portion.size();
+    }
+    EXPECT_EQ(bytes.size(), offset);
+    EXPECT_EQ(nlohmann::json({{"verb", "cat"}, {"location", at("a")}, {"bytes", bytes.size()}, {"ok", true}}),
+              objects[objects.size() - 2]);
+    EXPECT_EQ(0, objects.back()["bytes"]);
 }
 
 TEST_F(CatTest, OutputThatFailsIsTold) {
