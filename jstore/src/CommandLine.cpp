@@ -8,6 +8,7 @@
 #include "Arguments.h"
 #include "ExitCode.h"
 #include "HelpFormatter.h"
+#include "HelpText.h"
 #include "Problem.h"
 #include "Text.h"
 
@@ -78,9 +79,10 @@ void CommandLine::declareOptions() {
     addOption(
         m_app, "--log", "LEVEL", [this](const std::string& value) { m_options.logLevel = LogLevels.at(value); },
         "Log to standard error: off, failures, progress or trace")
-        ->check(CLI::IsMember(&LogLevels).description(""))
-        ->type_name("LEVEL");
+        ->check(oneOf({"off", "failures", "progress", "trace"}));
     m_app.add_flag("--json", m_options.json, "Print one JSON object a line for each argument");
+    m_app.add_flag_callback(
+        "--no-progress", [this] { m_options.progress = false; }, "Draw no progress line on the terminal");
 }
 
 void CommandLine::declareVerbs() {

@@ -20,6 +20,9 @@ public:
     /// Throws CommandError "Usage" when they make no sense. Called once.
     [[nodiscard]] std::string parse(int argc, const char* const* argv);
 
+    /// The grammar itself, for whoever explains it.
+    [[nodiscard]] const CLI::App& app() const noexcept { return m_app; }
+
     /// What the common options say; the environment's part is not filled in.
     [[nodiscard]] const Options& options() const noexcept { return m_options; }
 

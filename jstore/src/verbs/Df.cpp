@@ -5,6 +5,7 @@
 
 #include "Arguments.h"
 #include "Format.h"
+#include "HelpText.h"
 #include "Text.h"
 #include "verbs/ForEachLocation.h"
 #include "verbs/Verb.h"
@@ -31,7 +32,8 @@ public:
         auto& verb = *commandLine.add_subcommand("df", "Tell how full the storage behind each location is");
         addArguments(verb, "LOCATION...", m_arguments, "Files or folders in the storage");
         verb.add_flag("-H,--human", m_human, "Show sizes as 1.5K, 20.0M and so on");
-        verb.footer("Sizes are bytes. A size that the back end does not know is shown as -.");
+        verb.footer(
+            helpText("Sizes are bytes. A size that the back end does not know is shown as -.", {"jstore df -H ."}));
         return verb;
     }
 

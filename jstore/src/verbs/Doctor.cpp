@@ -1,5 +1,6 @@
 #include <fmt/format.h>
 
+#include "HelpText.h"
 #include "Text.h"
 #include "doctor/Checks.h"
 #include "storage/jvm/JVMWrapper.h"
@@ -28,7 +29,8 @@ class Doctor final : public Verb {
 public:
     CLI::App& declare(CLI::App& commandLine) override {
         auto& verb = *commandLine.add_subcommand("doctor", "Tell what jstore found on this machine and what is wrong");
-        verb.footer("Ends with 0 when jstore can be used as it was called, 7 when there is no Java, else 1.");
+        verb.footer(helpText("Ends with 0 when jstore can be used as it was called, 7 when there is no Java, else 1.",
+                             {"jstore doctor", "jstore --mount store=backup doctor"}));
         return verb;
     }
 

@@ -1,6 +1,7 @@
 #include <fmt/format.h>
 
 #include "Arguments.h"
+#include "HelpText.h"
 #include "Text.h"
 #include "verbs/ForEachLocation.h"
 #include "verbs/Verb.h"
@@ -24,8 +25,9 @@ public:
         auto& verb = *commandLine.add_subcommand("exists", "Tell whether something is at each location");
         addArguments(verb, "LOCATION...", m_arguments, "What to look for");
         verb.footer(
-            "Prints file, folder or missing; with several locations each line has the word, a tab and the\n"
-            "location. Ends with 0 when all are there, 3 when none is, 6 when some are.");
+            helpText("Prints file, folder or missing; with several locations each line has the word, a tab and the\n"
+                     "location. Ends with 0 when all are there, 3 when none is, 6 when some are.",
+                     {"jstore exists report.txt photos"}));
         return verb;
     }
 

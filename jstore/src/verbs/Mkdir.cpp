@@ -1,4 +1,5 @@
 #include "Arguments.h"
+#include "HelpText.h"
 #include "verbs/ForEachLocation.h"
 #include "verbs/Verb.h"
 
@@ -15,6 +16,7 @@ public:
         addArguments(verb, "FOLDER...", m_arguments, "The folders to create");
         verb.add_flag("-p,--parents", m_parents,
                       "Create missing folders above it too; a folder that exists is no error");
+        verb.footer(helpText("", {"jstore mkdir backup/2026", "jstore mkdir -p backup/2026/november"}));
         return verb;
     }
 

@@ -6,6 +6,7 @@
 #include "Arguments.h"
 #include "Entry.h"
 #include "Format.h"
+#include "HelpText.h"
 #include "Text.h"
 #include "foundation/storage/provider/Exception.h"
 #include "verbs/ForEachLocation.h"
@@ -47,9 +48,10 @@ public:
         auto& verb = *commandLine.add_subcommand("stat", "Tell everything that is known of files and folders");
         addArguments(verb, "LOCATION...", m_arguments, "What to tell about");
         verb.footer(
-            "Prints type, size in bytes, time of modification (UTC), whether it may be written, capacity and\n"
-            "occupied bytes of the storage, and the back end's further attributes. What it does not know is\n"
-            "left out. Symbolic links are followed.");
+            helpText("Prints type, size in bytes, time of modification (UTC), whether it may be written, capacity and\n"
+                     "occupied bytes of the storage, and the back end's further attributes. What it does not know is\n"
+                     "left out. Symbolic links are followed.",
+                     {"jstore stat report.txt", "jstore --json stat report.txt"}));
         return verb;
     }
 

@@ -2,6 +2,7 @@
 
 #include "Arguments.h"
 #include "Format.h"
+#include "HelpText.h"
 #include "foundation/storage/provider/Exception.h"
 #include "verbs/ForEachLocation.h"
 #include "verbs/Verb.h"
@@ -32,9 +33,10 @@ public:
         addArguments(verb, "FILE...", m_arguments, "The files to create");
         verb.add_option("-d,--date", m_date, "Set the time of modification of files and folders")->type_name("TIME");
         verb.footer(
-            "Without -d what exists already stays exactly as it is, its times included. TIME is now,\n"
-            "@SECONDS since 1970, or YYYY-MM-DD with HH:MM, :SS and a fraction behind it if wanted, such as\n"
-            "2026-11-21T13:20:05.5Z; without Z or +HH:MM at the end it is the local time.");
+            helpText("Without -d what exists already stays exactly as it is, its times included. TIME is now,\n"
+                     "@SECONDS since 1970, or YYYY-MM-DD with HH:MM, :SS and a fraction behind it if wanted, such as\n"
+                     "2026-11-21T13:20:05.5Z; without Z or +HH:MM at the end it is the local time.",
+                     {"jstore touch new.txt", "jstore touch -d 2026-11-21T13:20:05Z report.txt"}));
         return verb;
     }
 

@@ -18,6 +18,7 @@ std::vector<std::unique_ptr<Verb>> allVerbs() {
     verbs.push_back(makeDu());
     verbs.push_back(makeDf());
     verbs.push_back(makeDoctor());
+    verbs.push_back(makeCompletion());
     return verbs;
 }
 

@@ -34,6 +34,7 @@ protected:
 [[nodiscard]] std::vector<std::unique_ptr<Verb>> allVerbs();
 
 [[nodiscard]] std::unique_ptr<Verb> makeCat();
+[[nodiscard]] std::unique_ptr<Verb> makeCompletion();
 [[nodiscard]] std::unique_ptr<Verb> makeCp();
 [[nodiscard]] std::unique_ptr<Verb> makeDf();
 [[nodiscard]] std::unique_ptr<Verb> makeDoctor();
