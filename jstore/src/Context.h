@@ -6,6 +6,7 @@
 #include "Options.h"
 #include "Reporter.h"
 #include "Session.h"
+#include "progress/Progress.h"
 
 namespace jstore {
 
@@ -13,10 +14,19 @@ namespace jstore {
 /// asked for. Used by the main thread alone.
 class Context {
 public:
-    explicit Context(Options options) : m_options(std::move(options)), m_reporter(m_options.json) {}
+    explicit Context(Options options)
+        : m_options(std::move(options)),
+          m_progress(m_options.progress && m_options.logLevel == LogLevel::Off),
+          m_reporter(m_options.json) {
+        m_reporter.setPause([this] { return m_progress.pause(); });
+    }
+
+    Context(const Context&) = delete;
+    Context& operator=(const Context&) = delete;
 
     [[nodiscard]] const Options& options() const noexcept { return m_options; }
     [[nodiscard]] Reporter& reporter() noexcept { return m_reporter; }
+    [[nodiscard]] Progress& progress() noexcept { return m_progress; }
 
     /// The provider. The first call blocks until Java is up and throws CommandError as Session does.
     [[nodiscard]] const foundation::storage::provider::IProvider& provider() {
@@ -26,8 +36,18 @@ public:
         return m_session->provider();
     }
 
+    /// Ends what provider() started: what the back end could not write, if it tells. To be called once, at the end.
+    [[nodiscard]] std::optional<Problem> end() {
+        if (!m_session) {
+            return std::nullopt;
+        }
+        m_progress.finishing();
+        return m_session->end();
+    }
+
 private:
     Options m_options;
+    Progress m_progress;
     Reporter m_reporter;
     std::optional<Session> m_session;
 };

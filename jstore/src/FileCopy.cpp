@@ -33,11 +33,15 @@ void requireCount(const Location& location, const char* what, std::uint64_t expe
     }
 }
 
-std::uint64_t copyBytes(const IProvider& provider, const Location& source, const StorageIRI& hidden) {
+std::uint64_t copyBytes(const IProvider& provider, const Location& source, const StorageIRI& hidden,
+                        Progress& progress) {
     constexpr ByteStreamOpenOptions alone{.sharing = ByteStreamOpenOptions::Sharing::Exclusive};
     OpenFile from(provider.openReadOnlyByteStream(source.iri()), source.iri());
     OpenFile to(provider.openByteStream(hidden, alone), hidden);
-    const auto count = from.readAll([&to](std::string_view bytes) { to.write(bytes); });
+    const auto count = from.readAll([&](std::string_view bytes) {
+        to.write(bytes);
+        progress.advance(bytes.size());
+    });
     to.close();
     return count;
 }
@@ -51,14 +55,17 @@ void requireWhole(const Location& source, const std::optional<std::uint64_t>& cl
 
 }  // namespace
 
-std::uint64_t copyOneFile(const IProvider& provider, const Location& source, const Location& target, bool replace) {
+std::uint64_t copyOneFile(const IProvider& provider, const Location& source, const Location& target, bool replace,
+                          Progress& progress) {
     const auto attributes = provider.getFileAttributes(source.iri());
+    progress.atFile(source, attributes.size());
     requireRoom(provider, target, replace);
     if (source.iri().normalized() == target.iri().normalized()) {
         throw refusal(target, ErrorCode::AlreadyExists, "source and destination are the same file");
     }
     PartialFile file(provider, target.iri());
-    const auto count = file.use([&](const StorageIRI& hidden) { return copyBytes(provider, source, hidden); });
+    const auto count =
+        file.use([&](const StorageIRI& hidden) { return copyBytes(provider, source, hidden, progress); });
     requireWhole(source, attributes.size(), count);
     const auto written = file.use([&](const StorageIRI& hidden) { return provider.getFileAttributes(hidden).size(); });
     if (written) {
@@ -66,6 +73,7 @@ std::uint64_t copyOneFile(const IProvider& provider, const Location& source, con
     }
     file.use([&](const StorageIRI& hidden) { keepTime(provider, hidden, attributes.lastModified()); });
     file.takePlace(replace ? ReplacementPolicy::ReplaceExistingFile : ReplacementPolicy::KeepExisting);
+    progress.countItem();
     return count;
 }
 

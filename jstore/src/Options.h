@@ -27,6 +27,7 @@ struct Options {
     std::filesystem::path javaHome;  ///< exactly this Java; empty: search for one
     LogLevel logLevel = LogLevel::Off;
     bool json = false;
+    bool progress = true;  ///< whether a line may tell how far a long command is
 };
 
 }  // namespace jstore

@@ -37,7 +37,7 @@ void Reporter::done(const Location& location, const Fields& more) {
 }
 
 void Reporter::failed(const Location& location, const Problem& problem, const Fields& more) {
-    writeErrorLine(problem);
+    writeError(problem);
     auto fields = subjectFields(location, more, /*ok=*/false);
     fields["error"] = errorFields(problem, location.text());
     object(fields);
@@ -50,13 +50,25 @@ void Reporter::denied(const Location& location, const Problem& problem) {
 }
 
 void Reporter::failed(const Problem& problem) {
-    writeErrorLine(problem);
+    writeError(problem);
     object({{"ok", false}, {"error", errorFields(problem, {})}});
+}
+
+std::unique_lock<std::mutex> Reporter::pause() const { return m_pause ? m_pause() : std::unique_lock<std::mutex>(); }
+
+void Reporter::write(std::string_view text) const {
+    const auto lock = pause();
+    writeOutput(text);
+}
+
+void Reporter::writeError(const Problem& problem) const {
+    const auto lock = pause();
+    writeErrorLine(problem);
 }
 
 void Reporter::line(std::string_view text) {
     if (!m_json) {
-        writeOutput(std::string(text) + '\n');
+        write(std::string(text) + '\n');
     }
 }
 
@@ -66,7 +78,7 @@ void Reporter::object(const Fields& fields) {
     }
     Fields object = {{"verb", m_verb}};
     object.update(fields);
-    writeOutput(object.dump(-1, ' ', /*ensure_ascii=*/false, Fields::error_handler_t::replace) + '\n');
+    write(object.dump(-1, ' ', /*ensure_ascii=*/false, Fields::error_handler_t::replace) + '\n');
 }
 
 void writeOutput(std::string_view text) {

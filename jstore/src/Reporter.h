@@ -2,9 +2,12 @@
 
 #include <nlohmann/json.hpp>
 
+#include <functional>
+#include <mutex>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "Location.h"
 #include "Problem.h"
@@ -33,6 +36,9 @@ public:
 
     explicit Reporter(bool json) : m_json(json) {}
 
+    /// What is asked for leave before each line is written, and gives it back when the line stands.
+    void setPause(std::function<std::unique_lock<std::mutex>()> pause) { m_pause = std::move(pause); }
+
     /// The verb that the objects name.
     void setVerb(std::string_view verb) { m_verb = verb; }
 
@@ -53,8 +59,13 @@ public:
     [[nodiscard]] bool json() const noexcept { return m_json; }
 
 private:
+    [[nodiscard]] std::unique_lock<std::mutex> pause() const;
+    void write(std::string_view text) const;
+    void writeError(const Problem& problem) const;
+
     bool m_json;
     std::string m_verb;
+    std::function<std::unique_lock<std::mutex>()> m_pause;
 };
 
 /// Writes text to standard output at once. Throws OutputError.

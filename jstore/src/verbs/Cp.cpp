@@ -1,6 +1,7 @@
 #include "Arguments.h"
 #include "Entry.h"
 #include "FileCopy.h"
+#include "HelpText.h"
 #include "Refusal.h"
 #include "verbs/Destination.h"
 #include "verbs/ForEachLocation.h"
@@ -31,7 +32,7 @@ protected:
 
     void visit(const Entry& entry) override {
         if (!entry.isFolder()) {
-            m_bytes += copyOneFile(provider(), entry.location, targetOf(entry), m_replace);
+            m_bytes += copyOneFile(provider(), entry.location, targetOf(entry), m_replace, context().progress());
         }
     }
 
@@ -70,11 +71,13 @@ public:
         addArguments(verb, "SOURCE... DESTINATION", m_arguments, "What to copy, and where to", /*fewest=*/2);
         verb.add_flag("-r,-R,--recursive", m_recursive, "Copy folders too, with all they hold");
         verb.add_flag("--replace", m_replace, "Replace files at the destination, and add to folders there");
-        verb.footer(
+        verb.footer(helpText(
             "A destination that is a folder takes the sources in under their own names; for several sources it\n"
             "must be one. What is at the destination already is kept, and the copy fails with 4, unless\n"
             "--replace is given. Bytes and times of modification are copied. A file is written under a hidden\n"
-            "name and moved into place when it is complete: after an error or Ctrl-C its target is as it was.");
+            "name and moved into place when it is complete: after an error or Ctrl-C its target is as it was.",
+            {"jstore cp report.txt backup", "jstore cp -r photos backup",
+             "jstore --mount store=backup cp -r photos java://store/2026"}));
         return verb;
     }
 
@@ -93,7 +96,8 @@ private:
     [[nodiscard]] ExitCode copy(Context& context, const Location& source, const Location& target) const {
         const auto& provider = context.provider();
         if (!entryAt(provider, source).isFolder()) {
-            return done(context, source, target, copyOneFile(provider, source, target, m_replace));
+            context.progress().begin("files", /*single=*/m_arguments.size() == 2);
+            return done(context, source, target, copyOneFile(provider, source, target, m_replace, context.progress()));
         }
         if (!m_recursive) {
             throw refusal(source, ErrorCode::NotAFile, "it is a folder; use cp -r to copy it with all it holds");
@@ -101,6 +105,7 @@ private:
         if (isInside(target, source)) {
             throw refusal(target, ErrorCode::InvalidLocation, "a folder cannot be copied into itself");
         }
+        context.progress().begin("files");
         FolderCopy folder(context, target, m_replace);
         const auto code = folder.run(source);
         return code == ExitCode::Done ? done(context, source, target, folder.bytes()) : code;

@@ -3,6 +3,7 @@
 #include "Arguments.h"
 #include "Entry.h"
 #include "Format.h"
+#include "HelpText.h"
 #include "Text.h"
 #include "foundation/storage/provider/Exception.h"
 #include "verbs/ForEachLocation.h"
@@ -38,6 +39,8 @@ protected:
     }
 
     void visit(const Entry& entry) override {
+        context().progress().at(entry.location);
+        context().progress().countItem();
         if (entry.isFolder()) {
             return;
         }
@@ -84,16 +87,18 @@ public:
         auto* const all = verb.add_flag("-a,--all", m_options.all, "Show files too");
         verb.add_flag("-s,--summary", m_options.summary, "Show only the sum of each location")->excludes(all);
         verb.add_flag("-H,--human", m_options.human, "Show sizes as 1.5K, 20.0M and so on");
-        verb.footer(
+        verb.footer(helpText(
             "Each folder has a line: the bytes in all files below it, a tab, and its location. Folders\n"
             "themselves count nothing. Symbolic links to folders are not entered, those to files count as what\n"
-            "they lead to.");
+            "they lead to.",
+            {"jstore du -s -H photos"}));
         return verb;
     }
 
     ExitCode run(Context& context) override {
         const auto locations = toLocations(m_arguments);
         static_cast<void>(context.provider());
+        context.progress().begin("found");
         return forEachLocation(context, locations, [&](const Location& location) {
             const auto entry = entryAt(context.provider(), location);
             if (entry.isFolder()) {

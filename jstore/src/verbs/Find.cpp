@@ -2,6 +2,7 @@
 
 #include "Arguments.h"
 #include "Entry.h"
+#include "HelpText.h"
 #include "Text.h"
 #include "fl/i18n/text.h"
 #include "foundation/storage/provider/Wildcards.h"
@@ -38,6 +39,8 @@ protected:
     }
 
     void visit(const Entry& entry) override {
+        context().progress().at(entry.location);
+        context().progress().countItem();
         if (m_filter.fits(entry)) {
             context().reporter().line(printable(entry.location.text()));
             context().reporter().done(entry.location, {{"type", wordFor(entry.type)}});
@@ -57,10 +60,11 @@ public:
             ->type_name("PATTERN");
         verb.add_option("--type", m_type, "Only f or file, or only d or folder")
             ->type_name("TYPE")
-            ->check(CLI::IsMember({"f", "file", "d", "folder"}).description(""));
-        verb.footer(
+            ->check(oneOf({"f", "file", "d", "folder"}));
+        verb.footer(helpText(
             "Prints the location of each, as other verbs take it. The folder itself counts too. Finding nothing\n"
-            "is no failure. Symbolic links to folders are found and not entered.");
+            "is no failure. Symbolic links to folders are found and not entered.",
+            {"jstore find --name \x27*.jpg\x27 photos", "jstore find --type d photos"}));
         return verb;
     }
 
@@ -68,6 +72,7 @@ public:
         const auto locations = toLocations(m_arguments);
         const auto filter = readFilter();
         static_cast<void>(context.provider());
+        context.progress().begin("searched");
         return forEachLocation(context, locations,
                                [&](const Location& folder) { return Search(context, filter).run(folder); });
     }

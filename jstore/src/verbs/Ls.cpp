@@ -6,6 +6,7 @@
 #include "Arguments.h"
 #include "Entry.h"
 #include "Format.h"
+#include "HelpText.h"
 #include "Refusal.h"
 #include "Text.h"
 #include "fl/i18n/text.h"
@@ -42,6 +43,7 @@ public:
 
     /// Prints the entry under the name. False when its attributes could not be read, which is reported then.
     [[nodiscard]] bool print(const Entry& entry, const std::string& name) {
+        m_context.progress().countItem();
         m_said = true;
         if (!m_options.details) {
             m_context.reporter().line(name);
@@ -174,10 +176,11 @@ public:
         auto* const files = verb.add_flag("--files", m_options.filesOnly, "List files alone");
         verb.add_flag("--folders", m_options.foldersOnly, "List folders alone")->excludes(files);
         verb.add_flag("-H,--human", m_options.human, "Show sizes as 1.5K, 20.0M and so on");
-        verb.footer(
+        verb.footer(helpText(
             "In the last name of a location that does not exist * stands for any characters and ? (in java://\n"
             "locations %3F) for one; what fits is listed by name, folders too. Symbolic links to folders are\n"
-            "not entered with -R. -l shows d for a folder, w for what may be written, ? for what is gone.");
+            "not entered with -R. -l shows d for a folder, w for what may be written, ? for what is gone.",
+            {"jstore ls -l photos", "jstore ls -R --files photos", "jstore ls \x27photos/*.jpg\x27"}));
         return verb;
     }
 
@@ -185,6 +188,7 @@ public:
         const auto locations = toLocations(m_arguments);
         LsPrinter printer(context, m_options);
         static_cast<void>(context.provider());
+        context.progress().begin("found");
         return forEachLocation(context, locations,
                                [&](const Location& location) { return list(context, printer, location); });
     }

@@ -1,4 +1,5 @@
 #include "Arguments.h"
+#include "HelpText.h"
 #include "verbs/Destination.h"
 #include "verbs/ForEachLocation.h"
 #include "verbs/Verb.h"
@@ -17,10 +18,11 @@ public:
         auto& verb = *commandLine.add_subcommand("mv", "Move or rename files and folders");
         addArguments(verb, "SOURCE... DESTINATION", m_arguments, "What to move, and where to", /*fewest=*/2);
         verb.add_flag("--replace", m_replace, "Replace what is at the destination; a folder with all it holds");
-        verb.footer(
+        verb.footer(helpText(
             "A destination that is a folder takes the sources in under their own names; for several sources it\n"
             "must be one. What is at the destination already is kept, and the move fails with 4, unless\n"
-            "--replace is given. A file never replaces a folder, nor a folder a file.");
+            "--replace is given. A file never replaces a folder, nor a folder a file.",
+            {"jstore mv report.txt final.txt", "jstore mv --replace report.txt photos backup"}));
         return verb;
     }
 
@@ -30,9 +32,12 @@ public:
         sources.pop_back();
         const auto& provider = context.provider();
         const Destination destination(context, std::move(last), sources.size());
+        context.progress().begin("moved");
         return forEachLocation(context, sources, [&](const Location& source) {
             const auto target = destination.targetOf(source, "moved");
+            context.progress().at(source);
             move(provider, source, target);
+            context.progress().countItem();
             context.reporter().done(source, {{"destination", target.text()}});
             return ExitCode::Done;
         });

@@ -2,6 +2,7 @@
 
 #include "Arguments.h"
 #include "Entry.h"
+#include "HelpText.h"
 #include "Text.h"
 #include "foundation/storage/provider/Exception.h"
 #include "verbs/ForEachLocation.h"
@@ -28,6 +29,7 @@ protected:
     }
 
     void visit(const Entry& entry) override {
+        context().progress().countItem();
         m_last.resize(entry.depth);
         m_last.back() = entry.last;
         ++(entry.isFolder() ? m_folders : m_files);
@@ -55,15 +57,17 @@ public:
     CLI::App& declare(CLI::App& commandLine) override {
         auto& verb = *commandLine.add_subcommand("tree", "Draw what folders hold, with the folders below");
         addArguments(verb, "FOLDER...", m_arguments, "The folders to draw");
-        verb.footer(
+        verb.footer(helpText(
             "The last line counts what was drawn. The drawing is UTF-8. Symbolic links to folders are drawn and\n"
-            "not entered.");
+            "not entered.",
+            {"jstore tree photos"}));
         return verb;
     }
 
     ExitCode run(Context& context) override {
         const auto locations = toLocations(m_arguments);
         static_cast<void>(context.provider());
+        context.progress().begin("found");
         return forEachLocation(context, locations, [&](const Location& location) {
             TreeDrawing drawing(context);
             const auto code = drawing.run(location);

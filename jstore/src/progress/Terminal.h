@@ -1,0 +1,25 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+namespace jstore {
+
+/// Standard error as a terminal with one line that comes and goes. Knows nothing of what others write.
+class Terminal {
+public:
+    /// Whether a line may be drawn at all: standard error is a terminal that moves its cursor, and standard output does
+    /// not go into a pipe, whose reader may be drawing on the same terminal.
+    [[nodiscard]] static bool canDraw();
+
+    /// The columns of a line; asked anew each time, since people resize windows.
+    [[nodiscard]] static std::size_t columns();
+
+    /// Whether the process may write now: one in the background would write over somebody else's lines.
+    [[nodiscard]] static bool inForeground();
+
+    /// Puts the text into the line, instead of what is there. Text that is empty clears it.
+    static void show(std::string_view text);
+};
+
+}  // namespace jstore
