@@ -45,6 +45,11 @@ final class FileSystemTraits {
         return movesOpenFiles(scheme) || scheme.equals(ZIP_SCHEME);
     }
 
+    /** Tells whether what was written through a channel can be moved and copied at once; see {@link ArchiveCopy}. */
+    static boolean movesWrittenFiles(FileSystem system) {
+        return !isZip(system);
+    }
+
     /**
      * Tells whether several channels can write to one file. In a zip archive each has a copy of its own, and the last
      * to be closed undoes what the others wrote.

@@ -52,6 +52,11 @@ final class Renaming {
 
     /** An atomic move replaces by itself on some file systems and asks for the option on others. */
     private static void atomically(Path from, Path to) throws IOException {
+        if (!FileSystemTraits.movesWrittenFiles(from.getFileSystem())) {
+            ArchiveCopy.copy(from, to);
+            Files.delete(from);
+            return;
+        }
         FileTime time = Files.getLastModifiedTime(from, LinkOption.NOFOLLOW_LINKS);
         try {
             Files.move(from, to, StandardCopyOption.ATOMIC_MOVE, StandardCopyOption.REPLACE_EXISTING);

@@ -56,6 +56,7 @@ final class SharedFileSystems {
     }
 
     private static Lease open(FileSystemProvider provider, URI uri) throws IOException {
+        ArchiveNames.requireClear(uri);
         FileSystem system = provider.newFileSystem(uri, Map.of());
         try {
             Lease lease = new Lease(rootOf(provider, uri, system));

@@ -22,6 +22,8 @@ final class TreeCopier {
         requireCopyable(from, to);
         if (isFolder(from)) {
             Files.createDirectory(to);
+        } else if (isWithinArchive(from, to)) {
+            ArchiveCopy.copy(from, to);
         } else {
             Files.copy(from, to, StandardCopyOption.COPY_ATTRIBUTES, LinkOption.NOFOLLOW_LINKS);
         }
@@ -40,6 +42,11 @@ final class TreeCopier {
             }
         }
         copyFolderAttributes(from, to);
+    }
+
+    private static boolean isWithinArchive(Path from, Path to) {
+        return from.getFileSystem().equals(to.getFileSystem())
+                && !FileSystemTraits.movesWrittenFiles(from.getFileSystem());
     }
 
     private static boolean isFolder(Path path) throws IOException {

@@ -39,10 +39,12 @@ class ArchiveNamesTest {
         TreeDeleter.delete(folder);
     }
 
-    private void mount(Charset charset, String name) throws Exception {
+    private void mount(Charset charset, String... names) throws Exception {
         Path file = folder.resolve("a.zip");
         try (ZipOutputStream archive = new ZipOutputStream(Files.newOutputStream(file), charset)) {
-            archive.putNextEntry(new ZipEntry(name));
+            for (String name : names) {
+                archive.putNextEntry(new ZipEntry(name));
+            }
         }
         System.setProperty(PROPERTY, "jar:" + file.toUri());
     }
@@ -61,6 +63,20 @@ class ArchiveNamesTest {
     void archiveWithANameThatLeadsOutIsRefusedAsAWhole() throws Exception {
         mount(StandardCharsets.UTF_8, "../up");
         assertFails(ErrorCode.UNAVAILABLE, () -> provider.listFolder(ROOT));
+    }
+
+    @Test
+    void archiveWithANameOfAFileAndAFolderIsRefusedAsAWhole() throws Exception {
+        for (String[] names : new String[][] {{"a", "a/b"}, {"/a", "a/b/"}, {"x/a", "x//a/b/c"}}) {
+            mount(StandardCharsets.UTF_8, names);
+            assertFails(ErrorCode.UNAVAILABLE, () -> provider.listFolder(ROOT));
+        }
+    }
+
+    @Test
+    void folderWithItsOwnEntryIsNoSuchName() throws Exception {
+        mount(StandardCharsets.UTF_8, "a/", "a/b", "a2");
+        assertEquals(2, provider.listFolder(ROOT).length);
     }
 
     @Test
