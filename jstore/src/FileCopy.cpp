@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include "HoleWriter.h"
 #include "OpenFile.h"
 #include "PartialFile.h"
 #include "Refusal.h"
@@ -38,10 +39,12 @@ std::uint64_t copyBytes(const IProvider& provider, const Location& source, const
     constexpr ByteStreamOpenOptions alone{.sharing = ByteStreamOpenOptions::Sharing::Exclusive};
     OpenFile from(provider.openReadOnlyByteStream(source.iri()), source.iri());
     OpenFile to(provider.openByteStream(hidden, alone), hidden);
+    HoleWriter writer(to);
     const auto count = from.readAll([&](std::string_view bytes) {
-        to.write(bytes);
+        writer.write(bytes);
         progress.advance(bytes.size());
     });
+    writer.finish();
     to.close();
     return count;
 }

@@ -2,7 +2,6 @@
 
 #include <exception>
 #include <utility>
-#include <vector>
 
 #include "Interrupt.h"
 #include "foundation/storage/provider/Exception.h"
@@ -50,16 +49,17 @@ OpenFile::~OpenFile() {
 }
 
 std::uint64_t OpenFile::readAll(const std::function<void(std::string_view)>& take) {
-    std::vector<char> buffer(PortionBytes);
-    const auto size = static_cast<std::streamsize>(buffer.size());
+    // Not cleared: of a small file only the first page is ever touched.
+    const auto buffer = std::make_unique_for_overwrite<char[]>(PortionBytes);
+    constexpr auto size = static_cast<std::streamsize>(PortionBytes);
     std::uint64_t total = 0;
     while (true) {
         stopIfInterrupted();
-        const auto count = moveSome(m_location, size, [&] { return m_stream->read(buffer.data(), size); });
+        const auto count = moveSome(m_location, size, [&] { return m_stream->read(buffer.get(), size); });
         if (count < 0) {
             return total;
         }
-        take({buffer.data(), static_cast<std::size_t>(count)});
+        take({buffer.get(), static_cast<std::size_t>(count)});
         total += static_cast<std::uint64_t>(count);
     }
 }
@@ -73,6 +73,10 @@ void OpenFile::write(std::string_view bytes) {
         }
         bytes.remove_prefix(static_cast<std::size_t>(count));
     }
+}
+
+void OpenFile::moveTo(std::uint64_t position) {
+    m_stream->seek(static_cast<std::streamoff>(position), std::ios_base::beg);
 }
 
 void OpenFile::close() {

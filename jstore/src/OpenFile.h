@@ -31,6 +31,9 @@ public:
     /// Writes all the bytes. Throws Exception with Unavailable for a stream that takes nothing for ever.
     void write(std::string_view bytes);
 
+    /// Goes to a place, `position` bytes from the beginning, which may lie behind the end.
+    void moveTo(std::uint64_t position);
+
     /// Closes the file and tells what could not be written.
     void close();
 

@@ -213,7 +213,7 @@ class CpInterruptTest : public CpTest {
 protected:
     CpInterruptTest() {
         m_folder.folder("from");
-        m_folder.file("huge");
+        m_folder.file("huge", "begins with bytes, which arrive");
         fs::resize_file(m_folder / "huge", std::uintmax_t{64} << 30);
         m_folder.folder("to");
     }
