@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <spawn.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -151,6 +152,11 @@ Jstore& Jstore::outputTo(Output output) {
     return *this;
 }
 
+Jstore& Jstore::within(std::chrono::seconds limit) {
+    m_limit = limit;
+    return *this;
+}
+
 void Jstore::start() {
     const Pipe out;
     const Pipe err;
@@ -182,11 +188,11 @@ void Jstore::start() {
 }
 
 void Jstore::readAll(Outcome& outcome) {
-    const auto deadline = Clock::now() + std::chrono::minutes(2);
+    const auto deadline = Clock::now() + m_limit;
     while (m_out >= 0 || m_err >= 0) {
         std::array<pollfd, 2> ends{{{m_out, POLLIN, 0}, {m_err, POLLIN, 0}}};
         if (::poll(ends.data(), ends.size(), remainingMs(deadline)) == 0) {
-            ADD_FAILURE() << "jstore did not end within two minutes";
+            ADD_FAILURE() << "jstore did not end within " << m_limit.count() << " s";
             ::kill(m_pid, SIGKILL);
             return;
         }
@@ -203,8 +209,10 @@ Outcome Jstore::wait() {
     Outcome outcome;
     readAll(outcome);
     int status = 0;
-    ::waitpid(m_pid, &status, 0);
+    rusage used{};
+    ::wait4(m_pid, &status, 0, &used);
     m_pid = -1;
+    outcome.peakKiB = used.ru_maxrss;
     outcome.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     outcome.signal = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
     return outcome;

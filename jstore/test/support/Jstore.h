@@ -2,6 +2,7 @@
 
 #include <sys/types.h>
 
+#include <chrono>
 #include <filesystem>
 #include <iosfwd>
 #include <string>
@@ -15,6 +16,7 @@ struct Outcome {
     int signal = 0;     ///< 0 unless a signal ended it
     std::string out;
     std::string err;
+    long peakKiB = 0;  ///< the most memory it held at a time, in units of 1024 bytes
 
     /// Standard error's or output's lines, without their newlines; a last line without one counts too.
     [[nodiscard]] std::vector<std::string> errLines() const;
@@ -40,10 +42,12 @@ public:
     Jstore& with(const std::string& name, const std::string& value);
     Jstore& in(std::filesystem::path folder);
     Jstore& outputTo(Output output);
+    /// How long wait() waits; two minutes unless told.
+    Jstore& within(std::chrono::seconds limit);
 
     void start();
     [[nodiscard]] pid_t pid() const noexcept { return m_pid; }
-    /// Waits for the end, for two minutes at most: then the test fails and the process is killed.
+    /// Waits for the end, but not for ever: beyond the limit the test fails and the process is killed.
     [[nodiscard]] Outcome wait();
     /// start() and wait().
     [[nodiscard]] Outcome run();
@@ -55,6 +59,7 @@ private:
     std::vector<std::string> m_environment;
     std::filesystem::path m_folder;
     Output m_output = Output::Captured;
+    std::chrono::seconds m_limit = std::chrono::minutes(2);
     pid_t m_pid = -1;
     int m_out = -1;
     int m_err = -1;
