@@ -8,11 +8,14 @@
 #include "ClassPath.h"
 #include "JavaError.h"
 #include "Text.h"
+#include "foundation/storage/provider/Exception.h"
+#include "foundation/storage/provider/IConfigurableProvider.h"
 #include "storage/javaprovider/EntryPoints.h"
 #include "storage/jvm/JVMWrapper.h"
 
 namespace jstore {
 
+using foundation::storage::provider::IConfigurableProvider;
 using foundation::storage::provider::IProvider;
 using storage::jvm::EmbeddedJVM;
 using storage::jvm::JVMWrapper;
@@ -40,6 +43,22 @@ std::string reason(const std::string& javaText, const Options& options) {
 CommandError unusable(const Options& options, const std::string& why) {
     const auto text = fmt::format("cannot use provider {}: {}", dotted(options.provider), reason(why, options));
     return CommandError({"Provider", {}, text, ExitCode::Failed});
+}
+
+void configure(IProvider& provider, const Options& options) {
+    if (options.settings.empty()) {
+        return;
+    }
+    try {
+        dynamic_cast<IConfigurableProvider&>(provider).configure(treeOf(options.settings));
+    } catch (const foundation::storage::provider::Exception& error) {
+        const auto& last = options.settings.back();
+        throw usageError(
+            fmt::format("--config {}={}: the back end refuses it ({})", last.key, last.value, toString(error.code())));
+    } catch (const std::exception& error) {
+        const auto text = fmt::format("cannot configure {}: {}", dotted(options.provider), error.what());
+        throw CommandError({"Provider", {}, text, ExitCode::Failed});
+    }
 }
 
 /// Keeps what Java code prints off the terminal: an archive that cannot be written prints stack traces about what it
@@ -87,12 +106,21 @@ BackEnd::BackEnd(std::shared_ptr<EmbeddedJVM> jvm, const Options& options)
         env->DeleteGlobalRef(m_object);
         throw unusable(options, error.what());
     }
+    try {
+        configure(*m_provider, options);
+    } catch (const CommandError&) {
+        release();
+        throw;
+    }
 }
 
 BackEnd::~BackEnd() {
-    if (m_provider == nullptr) {
-        return;
+    if (m_provider != nullptr) {
+        release();
     }
+}
+
+void BackEnd::release() {
     m_provider.reset();
     JVMWrapper attached(m_jvm->getJavaVM());
     attached.getEnv()->ExceptionClear();

@@ -17,7 +17,8 @@ namespace jstore {
 /// reports nothing, and some back ends write at the end only. Used by one thread, which stays attached meanwhile.
 class BackEnd {
 public:
-    /// Makes both. Throws CommandError "Provider" with the reason. Blocks in Java.
+    /// Makes both and hands the settings over. Throws CommandError "Provider" with the reason, and a usage error when the
+    /// back end refuses a setting. Blocks in Java.
     BackEnd(std::shared_ptr<storage::jvm::EmbeddedJVM> jvm, const Options& options);
     /// Ends without telling, unless end() was called.
     ~BackEnd();
@@ -34,6 +35,7 @@ public:
     [[nodiscard]] std::optional<Problem> end();
 
 private:
+    void release();
     [[nodiscard]] std::optional<Problem> closeObject();
 
     std::shared_ptr<storage::jvm::EmbeddedJVM> m_jvm;

@@ -80,6 +80,10 @@ void CommandLine::declareOptions() {
         m_app, "--log", "LEVEL", [this](const std::string& value) { m_options.logLevel = LogLevels.at(value); },
         "Log to standard error: off, failures, progress or trace")
         ->check(oneOf({"off", "failures", "progress", "trace"}));
+    addOption(
+        m_app, "--config", "KEY=VALUE",
+        [this](const std::string& value) { m_options.settings.push_back(parseSetting(value)); },
+        "A setting, such as gds.enableContentCache=true (small files are read once)");
     m_app.add_flag("--json", m_options.json, "Print one JSON object a line for each argument");
     m_app.add_flag_callback(
         "--no-progress", [this] { m_options.progress = false; }, "Draw no progress line on the terminal");

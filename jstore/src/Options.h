@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "Mount.h"
+#include "Setting.h"
 
 namespace jstore {
 
@@ -23,6 +24,7 @@ struct Options {
     std::string environmentClassPath;     ///< JSTORE_CLASS_PATH
     std::filesystem::path installedJars;  ///< the folder of the jars that come with this program
     std::vector<Mount> mounts;
+    std::vector<Setting> settings;
     std::vector<std::string> jvmOptions;
     std::filesystem::path javaHome;  ///< exactly this Java; empty: search for one
     LogLevel logLevel = LogLevel::Off;

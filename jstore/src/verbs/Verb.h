@@ -40,6 +40,7 @@ protected:
 [[nodiscard]] std::unique_ptr<Verb> makeDoctor();
 [[nodiscard]] std::unique_ptr<Verb> makeDu();
 [[nodiscard]] std::unique_ptr<Verb> makeExists();
+[[nodiscard]] std::unique_ptr<Verb> makeFeatures();
 [[nodiscard]] std::unique_ptr<Verb> makeFind();
 [[nodiscard]] std::unique_ptr<Verb> makeLs();
 [[nodiscard]] std::unique_ptr<Verb> makeMkdir();

@@ -16,6 +16,7 @@
 #include <ostream>
 #include <sstream>
 #include <system_error>
+#include <utility>
 
 namespace jstore::test {
 
@@ -91,7 +92,7 @@ int remainingMs(Clock::time_point deadline) {
 
 /// Appends what can be read; closes the end and sets it to -1 when it is exhausted.
 void take(int& end, std::string& text) {
-    std::array<char, 4096> buffer{};
+    std::array<char, 65536> buffer{};
     const auto count = ::read(end, buffer.data(), buffer.size());
     if (count > 0) {
         text.append(buffer.data(), static_cast<std::size_t>(count));
@@ -157,6 +158,11 @@ Jstore& Jstore::within(std::chrono::seconds limit) {
     return *this;
 }
 
+Jstore& Jstore::through(std::vector<std::string> wrapper) {
+    m_wrapper = std::move(wrapper);
+    return *this;
+}
+
 void Jstore::start() {
     const Pipe out;
     const Pipe err;
@@ -178,44 +184,62 @@ void Jstore::start() {
         ::close(m_out);
         m_out = -1;
     }
-    const auto arguments = pointers(m_arguments);
+    auto words = m_wrapper;
+    words.insert(words.end(), m_arguments.begin(), m_arguments.end());
+    const auto arguments = pointers(words);
     const auto environment = pointers(m_environment);
     const int error =
-        ::posix_spawn(&m_pid, JSTORE_PROGRAM, actions.get(), nullptr, arguments.data(), environment.data());
+        ::posix_spawnp(&m_pid, words.front().c_str(), actions.get(), nullptr, arguments.data(), environment.data());
     ::close(out.writer);
     ::close(err.writer);
-    check(error, JSTORE_PROGRAM);
+    check(error, words.front().c_str());
 }
 
-void Jstore::readAll(Outcome& outcome) {
+bool Jstore::readSome(Clock::time_point deadline) {
+    std::array<pollfd, 2> ends{{{m_out, POLLIN, 0}, {m_err, POLLIN, 0}}};
+    if (::poll(ends.data(), ends.size(), remainingMs(deadline)) == 0) {
+        return false;
+    }
+    if (ends[0].revents != 0) {
+        take(m_out, m_outcome.out);
+    }
+    if (ends[1].revents != 0) {
+        take(m_err, m_outcome.err);
+    }
+    return true;
+}
+
+bool Jstore::readUntil(const std::function<bool(const Outcome&)>& condition, std::chrono::milliseconds atMost) {
+    const auto deadline = Clock::now() + atMost;
+    while (!condition(m_outcome)) {
+        if (!isOpen() || !readSome(deadline)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+void Jstore::readAll() {
     const auto deadline = Clock::now() + m_limit;
-    while (m_out >= 0 || m_err >= 0) {
-        std::array<pollfd, 2> ends{{{m_out, POLLIN, 0}, {m_err, POLLIN, 0}}};
-        if (::poll(ends.data(), ends.size(), remainingMs(deadline)) == 0) {
+    while (isOpen()) {
+        if (!readSome(deadline)) {
             ADD_FAILURE() << "jstore did not end within " << m_limit.count() << " s";
             ::kill(m_pid, SIGKILL);
             return;
-        }
-        if (ends[0].revents != 0) {
-            take(m_out, outcome.out);
-        }
-        if (ends[1].revents != 0) {
-            take(m_err, outcome.err);
         }
     }
 }
 
 Outcome Jstore::wait() {
-    Outcome outcome;
-    readAll(outcome);
+    readAll();
     int status = 0;
     rusage used{};
     ::wait4(m_pid, &status, 0, &used);
     m_pid = -1;
-    outcome.peakKiB = used.ru_maxrss;
-    outcome.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    outcome.signal = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
-    return outcome;
+    m_outcome.peakKiB = used.ru_maxrss;
+    m_outcome.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    m_outcome.signal = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
+    return std::move(m_outcome);
 }
 
 Outcome Jstore::run() {

@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <filesystem>
+#include <functional>
 #include <iosfwd>
 #include <string>
 #include <vector>
@@ -44,22 +45,34 @@ public:
     Jstore& outputTo(Output output);
     /// How long wait() waits; two minutes unless told.
     Jstore& within(std::chrono::seconds limit);
+    /// Has another program run jstore: the words go before the name of the program.
+    Jstore& through(std::vector<std::string> wrapper);
 
     void start();
     [[nodiscard]] pid_t pid() const noexcept { return m_pid; }
+    /// Reads what jstore writes until the condition holds for all that it has written so far. False when jstore ends
+    /// before, and after the time given.
+    [[nodiscard]] bool readUntil(const std::function<bool(const Outcome&)>& condition,
+                                 std::chrono::milliseconds atMost = std::chrono::minutes(1));
+    /// What was read so far.
+    [[nodiscard]] const Outcome& soFar() const noexcept { return m_outcome; }
     /// Waits for the end, but not for ever: beyond the limit the test fails and the process is killed.
     [[nodiscard]] Outcome wait();
     /// start() and wait().
     [[nodiscard]] Outcome run();
 
 private:
-    void readAll(Outcome& outcome);
+    [[nodiscard]] bool isOpen() const noexcept { return m_out >= 0 || m_err >= 0; }
+    void readAll();
+    [[nodiscard]] bool readSome(std::chrono::steady_clock::time_point deadline);
 
     std::vector<std::string> m_arguments;
     std::vector<std::string> m_environment;
     std::filesystem::path m_folder;
+    std::vector<std::string> m_wrapper;
     Output m_output = Output::Captured;
     std::chrono::seconds m_limit = std::chrono::minutes(2);
+    Outcome m_outcome;
     pid_t m_pid = -1;
     int m_out = -1;
     int m_err = -1;
