@@ -17,8 +17,8 @@ namespace jstore {
 /// reports nothing, and some back ends write at the end only. Used by one thread, which stays attached meanwhile.
 class BackEnd {
 public:
-    /// Makes both and hands the settings over. Throws CommandError "Provider" with the reason, and a usage error when the
-    /// back end refuses a setting. Blocks in Java.
+    /// Makes both and hands the settings over. Throws CommandError "Provider" with the reason, and a usage error when
+    /// the back end refuses a setting. Blocks in Java.
     BackEnd(std::shared_ptr<storage::jvm::EmbeddedJVM> jvm, const Options& options);
     /// Ends without telling, unless end() was called.
     ~BackEnd();

@@ -4,6 +4,8 @@
 #include <csignal>
 #include <cstdlib>
 
+#include "EventFile.h"
+
 namespace jstore {
 
 namespace {
@@ -12,7 +14,13 @@ namespace {
 std::atomic<bool> interruptArrived = false;
 static_assert(std::atomic<bool>::is_always_lock_free, "only lock-free atomics may be touched in a signal handler");
 
-void onInterrupt(int /*signal*/) { interruptArrived.store(true, std::memory_order_relaxed); }
+// Never deleted: the handler may run until the process has ended.
+const EventFile* interruptEvent = nullptr;
+
+void onInterrupt(int /*signal*/) {
+    interruptArrived.store(true, std::memory_order_relaxed);
+    interruptEvent->signal();
+}
 
 }  // namespace
 
@@ -20,6 +28,9 @@ void watchInterrupt() {
     struct sigaction present = {};
     if (::sigaction(SIGINT, nullptr, &present) != 0 || present.sa_handler == SIG_IGN) {
         return;
+    }
+    if (interruptEvent == nullptr) {
+        interruptEvent = new EventFile;
     }
     struct sigaction action = {};
     action.sa_handler = onInterrupt;
@@ -30,6 +41,8 @@ void watchInterrupt() {
 }
 
 bool interrupted() noexcept { return interruptArrived.load(std::memory_order_relaxed); }
+
+int interruptDescriptor() noexcept { return interruptEvent == nullptr ? -1 : interruptEvent->descriptor(); }
 
 void stopIfInterrupted() {
     if (interrupted()) {

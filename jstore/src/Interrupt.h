@@ -18,6 +18,10 @@ void watchInterrupt();
 /// Whether SIGINT has arrived.
 [[nodiscard]] bool interrupted() noexcept;
 
+/// A file descriptor that becomes readable when SIGINT arrives, for those who wait for something else as well; -1 when
+/// SIGINT is ignored. Valid until the process ends.
+[[nodiscard]] int interruptDescriptor() noexcept;
+
 /// Throws Interruption when SIGINT has arrived.
 void stopIfInterrupted();
 

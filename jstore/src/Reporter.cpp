@@ -54,6 +54,12 @@ void Reporter::failed(const Problem& problem) {
     object({{"ok", false}, {"error", errorFields(problem, {})}});
 }
 
+void Reporter::note(std::string_view text) {
+    if (!m_json) {
+        writeErrorLine({"Note", {}, std::string(text), ExitCode::Done});
+    }
+}
+
 std::unique_lock<std::mutex> Reporter::pause() const { return m_pause ? m_pause() : std::unique_lock<std::mutex>(); }
 
 void Reporter::write(std::string_view text) const {

@@ -51,6 +51,8 @@ public:
     /// The command as a whole failed: an object without a location, and the error line.
     void failed(const Problem& problem);
 
+    /// A line for people on standard error that tells of no failure; not written with JSON.
+    void note(std::string_view text);
     /// A line for people; not written with JSON.
     void line(std::string_view text);
     /// An object of the verb's own; written only with JSON. "verb" goes before the fields.

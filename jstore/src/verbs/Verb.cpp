@@ -17,6 +17,7 @@ std::vector<std::unique_ptr<Verb>> allVerbs() {
     verbs.push_back(makeRm());
     verbs.push_back(makeDu());
     verbs.push_back(makeDf());
+    verbs.push_back(makeWatch());
     verbs.push_back(makeFeatures());
     verbs.push_back(makeDoctor());
     verbs.push_back(makeCompletion());

@@ -49,5 +49,6 @@ protected:
 [[nodiscard]] std::unique_ptr<Verb> makeStat();
 [[nodiscard]] std::unique_ptr<Verb> makeTouch();
 [[nodiscard]] std::unique_ptr<Verb> makeTree();
+[[nodiscard]] std::unique_ptr<Verb> makeWatch();
 
 }  // namespace jstore

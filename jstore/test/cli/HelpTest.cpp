@@ -16,21 +16,22 @@ Outcome withoutJava(std::vector<std::string> arguments) {
 
 TEST(HelpTest, HelpListsVerbsOptionsAndExitCodes) {
     const auto outcome = withoutJava({"--help"});
-    EXPECT_THAT(outcome, Prints(AllOf(HasSubstr("--provider CLASS "), HasSubstr("Usage: jstore [OPTIONS] VERB ..."),
-                                      HasSubstr("--class-path P"), HasSubstr("--mount NAME=URI"),
-                                      HasSubstr("--jvm-option O"), HasSubstr("--java-home PATH"),
-                                      HasSubstr("--log LEVEL"), HasSubstr("--json"), HasSubstr("--no-progress"))));
     EXPECT_THAT(outcome,
-                Prints(AllOf(HasSubstr("exists"), HasSubstr("mkdir"), HasSubstr("touch"), HasSubstr("mv"),
-                             HasSubstr("rm"), HasSubstr("doctor"), HasSubstr("\n  ls "), HasSubstr("\n  tree "),
-                             HasSubstr("\n  find "), HasSubstr("\n  stat "), HasSubstr("\n  cat "),
-                             HasSubstr("\n  cp "), HasSubstr("\n  du "), HasSubstr("\n  df "))));
+                Prints(AllOf(HasSubstr("--provider CLASS "), HasSubstr("Usage: jstore [OPTIONS] VERB ..."),
+                             HasSubstr("--class-path P"), HasSubstr("--mount NAME=URI"), HasSubstr("--jvm-option O"),
+                             HasSubstr("--java-home PATH"), HasSubstr("--log LEVEL"), HasSubstr("--json"),
+                             HasSubstr("--no-progress"), HasSubstr("--config KEY=VALUE"))));
+    EXPECT_THAT(outcome, Prints(AllOf(HasSubstr("exists"), HasSubstr("mkdir"), HasSubstr("touch"), HasSubstr("mv"),
+                                      HasSubstr("rm"), HasSubstr("doctor"), HasSubstr("\n  ls "),
+                                      HasSubstr("\n  tree "), HasSubstr("\n  find "), HasSubstr("\n  stat "),
+                                      HasSubstr("\n  cat "), HasSubstr("\n  cp "), HasSubstr("\n  du "),
+                                      HasSubstr("\n  df "), HasSubstr("\n  watch "), HasSubstr("\n  features "))));
     EXPECT_THAT(outcome, Prints(AllOf(HasSubstr("Exit codes:"), HasSubstr("\n    7  "), HasSubstr("\n  130  "))));
 }
 
 TEST(HelpTest, LinesFitATerminal) {
     for (const auto* const verb : {"", "ls", "tree", "find", "stat", "exists", "cat", "cp", "mkdir", "touch", "mv",
-                                   "rm", "du", "df", "doctor", "completion"}) {
+                                   "rm", "du", "df", "watch", "features", "doctor", "completion"}) {
         const auto outcome = *verb == 0 ? jstore({"--help"}) : jstore({verb, "--help"});
         for (const auto& line : outcome.outLines()) {
             EXPECT_LE(line.size(), 100U) << line;
@@ -58,7 +59,8 @@ INSTANTIATE_TEST_SUITE_P(Verbs, VerbHelpTest,
                                            std::pair("cat", "bytes"), std::pair("cp", "Ctrl-C"),
                                            std::pair("stat", "capacity"), std::pair("df", "how full"),
                                            std::pair("du", "--summary"), std::pair("tree", "FOLDER..."),
-                                           std::pair("find", "--name PATTERN"), std::pair("completion", "bash")),
+                                           std::pair("find", "--name PATTERN"), std::pair("completion", "bash"),
+                                           std::pair("watch", "--exec CMD"), std::pair("features", "yes or no")),
                          [](const auto& value) { return std::string(value.param.first); });
 
 TEST(UsageTest, WrongCommandLinesStartNoJava) {

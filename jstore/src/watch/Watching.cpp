@@ -1,0 +1,246 @@
+#include "watch/Watching.h"
+
+#include <fmt/format.h>
+#include <poll.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <utility>
+
+#include "Entry.h"
+#include "Feature.h"
+#include "Format.h"
+#include "Interrupt.h"
+#include "Refusal.h"
+#include "Text.h"
+#include "foundation/storage/provider/Exception.h"
+#include "verbs/ReportFailure.h"
+
+namespace jstore {
+
+using namespace foundation::storage::provider;
+using foundation::storage::events::Kind;
+using std::chrono::milliseconds;
+
+namespace {
+
+/// Receives events on the back end's threads. Owns its share of the queue, since a back end may go on telling.
+class Receiver {
+public:
+    explicit Receiver(std::shared_ptr<EventQueue> queue) : m_queue(std::move(queue)) {}
+
+    void operator()(const Kind& kind, const StorageIRI& watched, const StorageIRI& changed, const EntryType& type,
+                    const boost::property_tree::ptree& details) const noexcept {
+        try {
+            m_queue->push({kind, watched, changed, type, details.get("originId", std::string()),
+                           boost::posix_time::microsec_clock::universal_time()});
+        } catch (const std::exception&) {
+            m_queue->lose();  // no memory; nothing may be thrown into Java
+        }
+    }
+
+private:
+    std::shared_ptr<EventQueue> m_queue;
+};
+
+}  // namespace
+
+Watching::Watching(Context& context, const std::vector<Location>& locations, WatchOptions options)
+    : m_context(&context), m_options(std::move(options)) {
+    for (const auto& location : locations) {
+        m_places.emplace_back(location);
+    }
+    if (m_options.command) {
+        const bool json = context.reporter().json();
+        m_command.emplace(*m_options.command,
+                          json ? Command::Output::ToStandardError : Command::Output::ToStandardOutput);
+    }
+}
+
+Watching::~Watching() { m_queue->close(); }
+
+ExitCode Watching::run() {
+    startAll();
+    watch();
+    if (interrupted()) {
+        return ExitCode::Interrupted;
+    }
+    stopAll();
+    return outcome();
+}
+
+void Watching::startAll() {
+    for (auto& place : m_places) {
+        if (!interrupted()) {
+            start(place);
+        }
+    }
+}
+
+void Watching::start(Place& place) {
+    try {
+        begin(place.location());
+    } catch (...) {
+        place.code = reportFailure(*m_context, place.location());
+        return;
+    }
+    m_context->reporter().note("watching " + printable(place.location().text()));
+    m_context->reporter().done(place.location(), {{"event", "Watching"}});
+}
+
+void Watching::begin(const Location& location) const {
+    const auto& provider = m_context->provider();
+    if (m_options.recursive && !hasFeature(provider, ExtendedFeature::RecursiveChangeEvents)) {
+        throw refusal(location, ErrorCode::NotSupported,
+                      "the back end tells of nothing deeper than in the folder itself; leave out -r");
+    }
+    try {
+        provider.startChangeNotification(location.iri(), Receiver(m_queue));
+    } catch (const Exception& error) {
+        if (error.code() != ErrorCode::NotSupported) {
+            throw;
+        }
+        throw refusal(location, ErrorCode::NotSupported, "the back end tells of no changes");
+    }
+}
+
+/// A back end that goes on telling does no harm any more, but whoever wrote it wants to know.
+void Watching::stopAll() {
+    for (auto& place : m_places) {
+        if (place.code != ExitCode::Done) {
+            continue;
+        }
+        try {
+            m_context->provider().stopChangeNotification(place.location().iri());
+        } catch (...) {
+            place.code = reportFailure(*m_context, place.location());
+        }
+    }
+}
+
+void Watching::watch() {
+    const auto end = m_options.duration ? std::optional(Clock::now() + *m_options.duration) : std::nullopt;
+    while (!isOver()) {
+        const bool late = end && Clock::now() >= *end;
+        showAll(m_queue->take());
+        if (late) {
+            return;
+        }
+        if (!isOver()) {
+            awaitSomething(end);
+        }
+    }
+}
+
+/// Returns when there are events, SIGINT has arrived or the end has come. A reader who has gone is found out here too,
+/// since a quiet watch would otherwise outlive it for ever.
+void Watching::awaitSomething(const std::optional<Clock::time_point>& end) const {
+    std::array<pollfd, 3> sources{
+        {{m_queue->descriptor(), POLLIN, 0}, {interruptDescriptor(), POLLIN, 0}, {STDOUT_FILENO, 0, 0}}};
+    constexpr milliseconds longest = std::chrono::hours(1);
+    // Rounded up, or the last millisecond would be spent going round.
+    const auto left = end ? std::chrono::ceil<milliseconds>(*end - Clock::now()) : longest;
+    ::poll(sources.data(), sources.size(), static_cast<int>(std::clamp(left, milliseconds(0), longest).count()));
+    if ((static_cast<unsigned>(sources[2].revents) & static_cast<unsigned>(POLLERR)) != 0) {
+        throw OutputError(EPIPE);
+    }
+}
+
+bool Watching::isOver() const {
+    const auto isWatched = [](const Place& place) { return place.code == ExitCode::Done; };
+    return interrupted() || (m_options.count && m_shown >= *m_options.count) ||
+           std::none_of(m_places.begin(), m_places.end(), isWatched);
+}
+
+void Watching::showAll(const EventQueue::Batch& batch) {
+    for (const auto& event : batch.events) {
+        if (isOver()) {
+            return;
+        }
+        show(event);
+    }
+    if (batch.lost != 0) {
+        reportLoss(batch.lost);
+    }
+}
+
+Watching::Place* Watching::placeOf(const StorageIRI& watched) {
+    const auto isIt = [&](const Place& place) { return place.is(watched); };
+    const auto found = std::find_if(m_places.begin(), m_places.end(), isIt);
+    return found == m_places.end() ? nullptr : &*found;
+}
+
+void Watching::show(const Event& event) {
+    auto* const place = placeOf(event.watched);
+    // The bridge passes on whatever a back end tells, also of what nobody has asked for.
+    if (place != nullptr && place->code == ExitCode::Done) {
+        show(event, *place);
+    }
+}
+
+void Watching::show(const Event& event, Place& place) {
+    const auto found = place.find(event.changed);
+    if (found && found->depth > 1 && !m_options.recursive) {
+        return;
+    }
+    const auto changed = found ? found->location : Location(event.changed);
+    ++m_shown;
+    print(event, changed, place.location());
+    if (m_command) {
+        runCommand(event, changed, place.location());
+    }
+    const bool enough = m_options.count && m_shown >= *m_options.count;
+    if (event.kind == Kind::SelfRemoved && !enough) {
+        noteEnd(place);
+    }
+}
+
+void Watching::print(const Event& event, const Location& changed, const Location& watched) {
+    const auto time = timeText(event.time);
+    m_context->reporter().line(fmt::format("{}{:<13}  {:<6}  {}", m_options.times ? time + "  " : "",
+                                           wordFor(event.kind), wordFor(event.type), printable(changed.text())));
+    Reporter::Fields fields = {{"event", wordFor(event.kind)}, {"type", wordFor(event.type)}};
+    fields["watched"] = watched.text();
+    fields["time"] = time;
+    if (!event.originId.empty()) {
+        fields["originId"] = event.originId;
+    }
+    m_context->reporter().done(changed, fields);
+}
+
+void Watching::runCommand(const Event& event, const Location& changed, const Location& watched) {
+    const auto problem = m_command->run({{"JSTORE_EVENT", wordFor(event.kind)},
+                                         {"JSTORE_TYPE", wordFor(event.type)},
+                                         {"JSTORE_LOCATION", changed.text()},
+                                         {"JSTORE_WATCHED", watched.text()},
+                                         {"JSTORE_TIME", timeText(event.time)},
+                                         {"JSTORE_ORIGIN", event.originId}});
+    if (!problem.empty()) {
+        m_failed = true;
+        m_context->reporter().failed(changed, {"Command", changed.text(), "the command " + problem, ExitCode::Failed});
+    }
+}
+
+void Watching::noteEnd(Place& place) {
+    place.code = ExitCode::NotFound;
+    m_context->reporter().failed(place.location(), {std::string(toString(ErrorCode::NotFound)), place.location().text(),
+                                                    "it was removed and is not watched any more", place.code});
+}
+
+void Watching::reportLoss(std::uint64_t lost) {
+    m_failed = true;
+    m_context->reporter().failed({"Lost", {}, fmt::format("{} events came too fast and were lost", lost)});
+}
+
+ExitCode Watching::outcome() const {
+    std::vector<ExitCode> codes;
+    for (const auto& place : m_places) {
+        codes.push_back(place.code);
+    }
+    const auto code = combine(codes);
+    return code == ExitCode::Done && m_failed ? ExitCode::Failed : code;
+}
+
+}  // namespace jstore

@@ -1,0 +1,64 @@
+#include "watch/Command.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <cstdlib>
+
+#include "support/TemporaryFolder.h"
+
+namespace jstore {
+
+using test::contentOf;
+
+namespace {
+
+class CommandTest : public ::testing::Test {
+protected:
+    [[nodiscard]] std::string run(const std::string& text, Command::Variables variables = {}) const {
+        variables.emplace_back("FOLDER", m_folder.path().string());
+        return Command(text, Command::Output::ToStandardOutput).run(variables);
+    }
+
+    test::TemporaryFolder m_folder;
+};
+
+TEST_F(CommandTest, VariablesAreValuesAndNeverCode) {
+    const std::string evil = "$(touch \"$FOLDER/evil\"); `touch \"$FOLDER/evil\"` '\" \n; rm -rf x &";
+    EXPECT_EQ("", run("printf %s \"$VALUE\" > \"$FOLDER/out\"", {{"VALUE", evil}}));
+    EXPECT_EQ(evil, contentOf(m_folder / "out"));
+    EXPECT_FALSE(std::filesystem::exists(m_folder / "evil"));
+}
+
+TEST_F(CommandTest, VariableReplacesThatOfTheProcess) {
+    ::setenv("JSTORE_TEST_VARIABLE", "outer", 1);
+    ::setenv("JSTORE_TEST_VARIABLE_2", "kept", 1);
+    EXPECT_EQ("", run("echo $JSTORE_TEST_VARIABLE $JSTORE_TEST_VARIABLE_2 > \"$FOLDER/out\"",
+                      {{"JSTORE_TEST_VARIABLE", "inner"}}));
+    EXPECT_EQ("inner kept\n", contentOf(m_folder / "out"));
+}
+
+TEST_F(CommandTest, InputIsEmpty) { EXPECT_EQ("", run("! read line")); }
+
+TEST_F(CommandTest, EndIsTold) {
+    EXPECT_EQ("", run("exit 0"));
+    EXPECT_EQ("ended with 3", run("exit 3"));
+    EXPECT_EQ("was killed by signal 9", run("kill -9 $$"));
+    EXPECT_EQ("ended with 127", run("/nonexistent/program 2> \"$FOLDER/err\""));
+}
+
+TEST_F(CommandTest, OutputMayGoToStandardError) {
+    ::testing::internal::CaptureStdout();
+    ::testing::internal::CaptureStderr();
+    EXPECT_EQ("", Command("echo word", Command::Output::ToStandardError).run({}));
+    EXPECT_EQ("", ::testing::internal::GetCapturedStdout());
+    EXPECT_EQ("word\n", ::testing::internal::GetCapturedStderr());
+}
+
+TEST_F(CommandTest, CommandThatIsTooLongIsTold) {
+    EXPECT_EQ("cannot be run: Argument list too long", run("true", {{"VALUE", std::string(1 << 20, 'x')}}));
+}
+
+}  // namespace
+
+}  // namespace jstore
