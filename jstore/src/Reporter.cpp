@@ -56,7 +56,7 @@ void Reporter::failed(const Problem& problem) {
 
 void Reporter::note(std::string_view text) {
     if (!m_json) {
-        writeErrorLine({"Note", {}, std::string(text), ExitCode::Done});
+        writeError({"Note", {}, std::string(text), ExitCode::Done});
     }
 }
 
