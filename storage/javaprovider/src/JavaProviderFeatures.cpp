@@ -39,13 +39,13 @@ const char* javaFeatureName(ExtendedFeature feature) {
 
 /// What Java gave of java.util.HashMap. Every machine has all of it, so what is missing is memory; JNI calls on a null
 /// would end the process.
-template <class Part>
-Part required(const JNIEnvPtr& env, Part part) {
-    if (part == nullptr) {
+template <class Handle>
+Handle required(const JNIEnvPtr& env, Handle handle) {
+    if (handle == nullptr) {
         throwIfOutOfMemory(env);
         throw AnonymousInternalException<std::bad_alloc>(std::bad_alloc());
     }
-    return part;
+    return handle;
 }
 
 /// A new, empty java.util.HashMap.

@@ -31,18 +31,10 @@ Rules guards() {
     };
 }
 
-Rules lookUps() {
+Rules constructorLookUps() {
     const std::string uriConstructor = "GetMethodID com/corvallen/storage/provider/StorageURI <init>";
     const std::string publisherConstructor = "GetMethodID com/corvallen/storage/provider/NativePublisher <init>";
     const std::string backEndConstructor = "GetMethodID com/corvallen/storage/test/data/PublishingProvider <init>";
-    // A class that is not found has no methods.
-    const auto systemClass = [](const std::string& name, SweepRule::Way way, SweepRule::Before before) {
-        return SweepRule{.call = "FindClass " + name,
-                         .way = way,
-                         .before = before,
-                         .ending = Ending::InternalError,
-                         .text = "not found"};
-    };
     return {
         {.call = uriConstructor,
          .way = WithError,
@@ -61,6 +53,19 @@ Rules lookUps() {
          .text = "made",
          .keepsFeatureClass = false,
          .usable = false},
+    };
+}
+
+Rules otherLookUps() {
+    // A class that is not found has no methods.
+    const auto systemClass = [](const std::string& name, SweepRule::Way way, SweepRule::Before before) {
+        return SweepRule{.call = "FindClass " + name,
+                         .way = way,
+                         .before = before,
+                         .ending = Ending::InternalError,
+                         .text = "not found"};
+    };
+    return {
         {.operation = "configure", .call = "GetMethodID", .ending = Ending::InternalBadAlloc},
         {.operation = "refuse a class whose constructor throws",
          .call = "GetMethodID java/lang/IllegalStateException toString",
@@ -86,7 +91,7 @@ Rules lookUps() {
     };
 }
 
-// ---- construction ----
+// ---- making a provider ----
 
 Rules makings() {
     const std::string backEnd = "com/corvallen/storage/test/data/PublishingProvider";
@@ -111,6 +116,11 @@ Rules makings() {
         described("make by factory", "FindClass " + backEnd, notFound),
         described("make by class", "NewObject " + backEnd, Injected),
         described("make by factory", "NewObject " + backEnd, notMade),
+    };
+}
+
+Rules constructions() {
+    return {
         // A null object is no error of construction, whatever made it null.
         {.operation = "make",
          .call = "GetObjectClass",
@@ -332,8 +342,8 @@ bool SweepRule::fits(const SweepPoint& point) const {
 const std::vector<SweepRule>& sweepRules() {
     static const Rules all = [] {
         Rules joined;
-        for (Rules part : {guards(), lookUps(), untestedCalls(), translations(), refusals(), makings(), backEndCalls(),
-                           values(), streamsAndEvents(), texts()}) {
+        for (Rules part : {guards(), constructorLookUps(), otherLookUps(), untestedCalls(), translations(), refusals(),
+                           makings(), constructions(), backEndCalls(), values(), streamsAndEvents(), texts()}) {
             std::move(part.begin(), part.end(), std::back_inserter(joined));
         }
         return joined;
