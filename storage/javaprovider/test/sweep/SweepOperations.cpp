@@ -162,6 +162,12 @@ std::vector<SweepOperation> eventOperations() {
     };
     return {{"start: the first", &SweepStage::makeProvider, start},
             {"start: a later one", started, start},
+            {"start: after the publisher is gone",
+             [started](SweepStage& stage) {
+                 started(stage);
+                 stage.collectPublishers();
+             },
+             start},
             voidOf("start: on the parent", [](auto& p) { p.startChangeNotificationOnParent(A, ignoreEvents); }),
             {"stop", started,
              [](SweepStage& stage) {

@@ -289,8 +289,8 @@ Rules streamsAndEvents() {
          .call = "NewObject com/corvallen/storage/provider/NativePublisher",
          .way = Silently,
          .text = AsEver},
-        {.call = "NewWeakGlobalRef", .way = WithError, .ending = Ending::InternalError, .text = Unexpected},
-        {.call = "NewWeakGlobalRef", .way = Silently, .text = AsEver},
+        // A publisher that cannot be found again is replaced by the next request.
+        {.call = "NewWeakGlobalRef", .text = AsEver},
         {.operation = "start",
          .call = "NewLocalRef",
          .way = WithError,

@@ -50,6 +50,11 @@ void SweepStage::failNext(const std::string& method, const std::string& kind) co
     callStaticVoid(env, "com/corvallen/storage/test/data/MemoryChannel", "failNext", {method, kind, "java://test/a"});
 }
 
+void SweepStage::collectPublishers() const {
+    callStaticVoid(env, "com/corvallen/storage/test/data/Publishers", "forget");
+    callStaticVoid(env, "com/corvallen/storage/test/data/Publishers", "awaitCollection");
+}
+
 jstring SweepStage::text(const char16_t* units) const { return javaString(env, units); }
 
 }  // namespace storage::javaprovider::test

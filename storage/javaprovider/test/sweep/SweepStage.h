@@ -32,6 +32,8 @@ public:
     void answerEverything() const;
     /// The next call of the back end's method throws; `kind` as the fixtures' Failures takes it.
     void failNext(const std::string& method, const std::string& kind) const;
+    /// The back end lets its publishers go, and waits until the machine has collected them.
+    void collectPublishers() const;
     /// Strings that nativePublish gets.
     [[nodiscard]] jstring text(const char16_t* units) const;
 
