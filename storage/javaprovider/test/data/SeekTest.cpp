@@ -73,7 +73,7 @@ TEST_F(SeekTest, NegativePositionGoesToJavaAsItIs) {
 
 TEST_F(SeekTest, UnknownWayCountsAsTheBeginning) {
     seek(50, std::ios_base::beg);
-    for (const int way : {3, 42, -1}) {
+    for (const int way : {3, 42, 1 << 16}) {
         EXPECT_EQ(seek(7, static_cast<std::ios_base::seekdir>(way)), std::streampos(7)) << way;
         EXPECT_THAT(javaCalls(), ElementsAre("position 7")) << way;
     }
