@@ -2,6 +2,7 @@
 option(WARNINGS_AS_ERRORS "Treat compiler warnings as errors" ON)
 set(SANITIZE "" CACHE STRING "Sanitizers to build with, for example address,undefined")
 option(FUZZ "Build the fuzzers and instrument what they exercise (clang)" OFF)
+option(COVERAGE "Count which lines of the foundation and the library are executed (clang)" OFF)
 
 find_program(CCACHE_PROGRAM ccache)
 if(CCACHE_PROGRAM AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
@@ -29,9 +30,14 @@ function(project_options target)
   target_compile_definitions(${target} PRIVATE BOOST_LOG_DYN_LINK)
 endfunction()
 
-# Tells the fuzzers which of the target's branches an input takes. Programs that are no fuzzers work as before.
-function(fuzz_instrumented target)
+# For the code of the product itself, beside project_options: what the fuzzers and the report of line coverage need to
+# know which parts of it run. Programs work as before.
+function(instrumented target)
   if(FUZZ)
     target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link)
+  endif()
+  if(COVERAGE)
+    target_compile_options(${target} PRIVATE -fprofile-instr-generate -fcoverage-mapping)
+    target_link_options(${target} PUBLIC -fprofile-instr-generate)
   endif()
 endfunction()
