@@ -23,7 +23,12 @@ constexpr long DefaultOperations = 250000;
 /// What the process may hold more at the end than after warming up. Memory: the allocator's arenas and the machine's
 /// compiled code settle within it, and over the long run it is less than two bytes an operation. Tasks: a compiler
 /// thread that the machine starts.
+#ifdef SOAK_SANITIZED
+// A sanitizer's own memory grows with what the program touches.
+constexpr long SlackKiB = 512 * 1024;
+#else
 constexpr long SlackKiB = 16 * 1024;
+#endif
 constexpr long SlackTasks = 2;
 
 long numberFromEnvironment(const char* name, long otherwise) {
