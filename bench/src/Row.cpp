@@ -1,0 +1,67 @@
+#include "Row.h"
+
+#include <nlohmann/json.hpp>
+
+#include <fstream>
+#include <stdexcept>
+
+namespace bench {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+Json toJson(const Row& row) {
+    return {{"name", row.name},
+            {"group", row.group},
+            {"unit", row.unit == Unit::Bytes ? "bytes" : "ns"},
+            {"floor", row.floor},
+            {"bridge", row.bridge},
+            {"target", row.target ? Json(*row.target) : Json(nullptr)},
+            {"ratio_low", row.ratioLow},
+            {"ratio_high", row.ratioHigh}};
+}
+
+Row toRow(const Json& json) {
+    Row row;
+    row.name = json.at("name");
+    row.group = json.at("group");
+    row.unit = json.at("unit") == "bytes" ? Unit::Bytes : Unit::Nanoseconds;
+    row.floor = json.at("floor");
+    row.bridge = json.at("bridge");
+    if (!json.at("target").is_null()) {
+        row.target = json.at("target").get<double>();
+    }
+    row.ratioLow = json.at("ratio_low");
+    row.ratioHigh = json.at("ratio_high");
+    return row;
+}
+
+}  // namespace
+
+void writeRows(const std::filesystem::path& file, const std::vector<Row>& rows) {
+    Json json = Json::array();
+    for (const Row& row : rows) {
+        json.push_back(toJson(row));
+    }
+    std::ofstream out(file);
+    out << json.dump(2) << '\n';
+    out.close();
+    if (!out) {
+        throw std::runtime_error("cannot write " + file.string());
+    }
+}
+
+std::vector<Row> readRows(const std::filesystem::path& file) {
+    std::ifstream in(file);
+    if (!in) {
+        throw std::runtime_error("cannot read " + file.string());
+    }
+    std::vector<Row> rows;
+    for (const Json& json : Json::parse(in)) {
+        rows.push_back(toRow(json));
+    }
+    return rows;
+}
+
+}  // namespace bench

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "Machine.h"
+#include "floor/FloorErrors.h"
+#include "floor/FloorEvents.h"
+#include "floor/FloorProvider.h"
+#include "floor/FloorStream.h"
+
+namespace bench {
+
+/// Both sides of every comparison: the library through its provider interface, and the floors. Used on the thread that
+/// made it.
+struct Sides {
+    explicit Sides(const Machine& machine);
+
+    Sides(const Sides&) = delete;
+    Sides& operator=(const Sides&) = delete;
+
+    const Machine& machine;
+    std::unique_ptr<foundation::storage::provider::IProvider> provider;
+    FloorProvider floor;
+    FloorErrors floorErrors;
+    jmethodID floorOpen;
+    FloorStream floorStream;
+    std::unique_ptr<foundation::storage::provider::ByteStream> stream;
+    std::vector<char> buffer;        ///< as large as the largest transfer
+    std::uint64_t bridgeEvents = 0;  ///< how many reached the library's callback
+    std::uint64_t floorEvents = 0;   ///< and the floor's
+    FloorEvents events;
+};
+
+}  // namespace bench
