@@ -7,6 +7,7 @@
 #include <boost/url/rfc/unreserved_chars.hpp>
 
 #include <array>
+#include <cstdint>
 #include <string_view>
 #include <utility>
 
@@ -25,6 +26,29 @@ namespace utf = fl::i18n::detail;
 /// What a URI may hold wherever it stands; `%`, `#` and brackets depend on their place.
 constexpr auto PlainChars =
     urls::unreserved_chars + urls::sub_delim_chars + (urls::gen_delim_chars - urls::grammar::lut_chars("#[]"));
+
+/// For each character of ASCII, whether it is none of the PlainChars.
+constexpr auto NotPlain = [] {
+    std::array<std::uint8_t, 0x80> result{};
+    for (std::size_t i = 0; i < result.size(); ++i) {
+        result[i] = PlainChars(static_cast<unsigned char>(i)) ? 0 : 1;
+    }
+    return result;
+}();
+
+/// Whether the text is in strict ASCII form as it stands. Says no of some that are; those take the longer way.
+/// Nearly every location passes, so units are looked at in fours and without a branch.
+bool isPlainAscii(std::u16string_view text) noexcept {
+    const auto other = [](char16_t unit) { return NotPlain[unit & 0x7FU] | static_cast<unsigned>(unit) >> 7; };
+    unsigned found = 0;
+    for (; text.size() >= 4; text.remove_prefix(4)) {
+        found |= other(text[0]) | other(text[1]) | other(text[2]) | other(text[3]);
+    }
+    for (const char16_t unit : text) {
+        found |= other(unit);
+    }
+    return found == 0;
+}
 
 /// Where the brackets of an IP address in the host stand.
 struct Brackets {
@@ -123,6 +147,12 @@ private:
 
 IRI::IRI(std::u16string text) : m_text(std::move(text)) {}
 
-std::u16string IRI::toAsciiString(bool strict) const { return AsciiForm(m_text, strict).write(); }
+std::u16string IRI::toAsciiString(bool strict) const& {
+    return isPlainAscii(m_text) ? m_text : AsciiForm(m_text, strict).write();
+}
+
+std::u16string IRI::toAsciiString(bool strict) && {
+    return isPlainAscii(m_text) ? std::move(m_text) : AsciiForm(m_text, strict).write();
+}
 
 }  // namespace foundation::network

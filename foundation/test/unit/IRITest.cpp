@@ -177,6 +177,29 @@ TEST(IRITest, StrictFormOfAnyTextIsMadeOfUriCharactersAndStaysAsItIs) {
     }
 }
 
+TEST(IRITest, ObjectThatStaysKeepsItsText) {
+    const IRI plain(u"java:///a/b.txt");
+    EXPECT_EQ(plain.toAsciiString(/*strict=*/true), u"java:///a/b.txt");
+    EXPECT_EQ(plain.text(), u"java:///a/b.txt");
+    const IRI other(u"java:///\u00e4");
+    EXPECT_EQ(other.toAsciiString(/*strict=*/true), u"java:///%C3%A4");
+    EXPECT_EQ(other.text(), u"java:///\u00e4");
+}
+
+TEST(IRITest, OneCharacterAnywhereIsSeen) {
+    // Units are looked at in groups; what needs encoding is found in any place of one, whatever the length.
+    for (std::size_t length = 1; length <= 13; ++length) {
+        for (std::size_t at = 0; at < length; ++at) {
+            for (const char16_t unit : {u' ', u'\u0080', u'\u2026'}) {
+                std::u16string text(length, u'a');
+                text[at] = unit;
+                const std::u16string encoded = unit == u' ' ? u"%20" : (unit == u'\u0080' ? u"%C2%80" : u"%E2%80%A6");
+                EXPECT_EQ(ascii(text), std::u16string(at, u'a') + encoded + std::u16string(length - at - 1, u'a'));
+            }
+        }
+    }
+}
+
 TEST(IRITest, EqualTextsAreEqual) {
     EXPECT_EQ(IRI(u"java:///a"), IRI(u"java:///a"));
     EXPECT_NE(IRI(u"java:///a"), IRI(u"java:///A"));

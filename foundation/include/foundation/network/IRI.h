@@ -20,8 +20,10 @@ public:
     ///
     /// `strict` true gives RFC 3986 text: ASCII that a URI may not hold at its place (space, controls, `"<>\^`{|}`, a
     /// `%` that starts no escape, brackets outside the host, a second `#`) is encoded too; false leaves ASCII as it is.
-    /// Escapes already there are kept as they stand. Text that needs nothing is copied straight.
-    [[nodiscard]] std::u16string toAsciiString(bool strict) const;
+    /// Escapes already there are kept as they stand. Text that needs nothing is copied straight; a temporary gives its
+    /// own away.
+    [[nodiscard]] std::u16string toAsciiString(bool strict) const&;
+    [[nodiscard]] std::u16string toAsciiString(bool strict) &&;
 
     [[nodiscard]] bool operator==(const IRI&) const = default;
 
