@@ -25,7 +25,9 @@ std::basic_string<To> convert(std::basic_string_view<From> text) {
     result.reserve(text.size());
     while (!text.empty()) {
         const auto plain = text.substr(0, asciiPrefix(text));
-        std::transform(plain.begin(), plain.end(), std::back_inserter(result),
+        const std::size_t written = result.size();
+        result.resize(written + plain.size());
+        std::transform(plain.begin(), plain.end(), result.data() + written,
                        [](From unit) { return static_cast<To>(unit); });
         text.remove_prefix(plain.size());
 
