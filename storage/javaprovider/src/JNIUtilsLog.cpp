@@ -8,32 +8,16 @@
 
 namespace storage::javaprovider {
 
-namespace {
+DiagnosticLogger detail::libraryLogger{std::string(ChannelName)};
 
-DiagnosticLogger s_logger{std::string(ChannelName)};
-
-}  // namespace
-
-DiagnosticLogger& logger() noexcept { return s_logger; }
-
-TraceScope::TraceScope(const TraceSite& site)
-    : m_logger(logger()),
-      m_enabled(m_logger.accepts(Severity::Enter)),
-      m_signature(site.signature),
-      m_file(site.file),
-      m_line(site.line),
-      m_uncaught(std::uncaught_exceptions()) {
-    if (m_enabled) {
-        write(Severity::Enter, "");
-        m_logger.indent().increase();
-    }
+void TraceScope::enter() {
+    m_uncaught = std::uncaught_exceptions();
+    write(Severity::Enter, "");
+    logger().indent().increase();
 }
 
-TraceScope::~TraceScope() {
-    if (!m_enabled) {
-        return;
-    }
-    m_logger.indent().decrease();
+void TraceScope::leave() const noexcept {
+    logger().indent().decrease();
     try {
         write(Severity::Exit, std::uncaught_exceptions() > m_uncaught ? " [throw]" : "");
     } catch (...) {
@@ -42,17 +26,17 @@ TraceScope::~TraceScope() {
 }
 
 void TraceScope::write(Severity severity, const char* suffix) const {
-    auto record = m_logger.open_record(severity);
+    auto record = logger().open_record(severity);
     if (!record) {
         return;
     }
     using boost::log::attributes::make_attribute_value;
-    record.attribute_values().insert("File", make_attribute_value(std::string(m_file)));
-    record.attribute_values().insert("Line", make_attribute_value(m_line));
+    record.attribute_values().insert("File", make_attribute_value(std::string(m_site.file)));
+    record.attribute_values().insert("Line", make_attribute_value(m_site.line));
     boost::log::record_ostream stream(record);
-    stream << m_signature << suffix;
+    stream << m_site.signature << suffix;
     stream.detach_from_record();
-    m_logger.push_record(std::move(record));
+    logger().push_record(std::move(record));
 }
 
 }  // namespace storage::javaprovider

@@ -12,8 +12,12 @@ using DiagnosticLogger = foundation::log::basic_diagnostic_logger<char>;
 /// The name of the library's one log channel.
 inline constexpr const char* ChannelName = "storage::javaprovider";
 
+namespace detail {
+extern DiagnosticLogger libraryLogger;
+}
+
 /// The library's logger, made when the library is loaded. Safe from any thread.
-[[nodiscard]] DiagnosticLogger& logger() noexcept;
+[[nodiscard]] inline DiagnosticLogger& logger() noexcept { return detail::libraryLogger; }
 
 /// Where a traced function stands.
 struct TraceSite {
@@ -33,21 +37,29 @@ inline constexpr const char* JavaProviderSource = "storage/javaprovider/src/Java
 /// carry the site's file and line as the attributes "File" and "Line".
 class TraceScope {
 public:
-    explicit TraceScope(const TraceSite& site);
-    ~TraceScope();
+    explicit TraceScope(const TraceSite& site) : m_site(site), m_enabled(logger().accepts(Severity::Enter)) {
+        if (m_enabled) {
+            enter();
+        }
+    }
+    ~TraceScope() {
+        if (m_enabled) {
+            leave();
+        }
+    }
 
     TraceScope(const TraceScope&) = delete;
     TraceScope& operator=(const TraceScope&) = delete;
 
 private:
+    void enter();
+    void leave() const noexcept;
     void write(Severity severity, const char* suffix) const;
 
-    DiagnosticLogger& m_logger;
+    TraceSite m_site;
     bool m_enabled;
-    const char* m_signature;
-    const char* m_file;
-    std::uint32_t m_line;
-    std::int32_t m_uncaught;
+    /// How many exceptions were under way at entry; counted only when the scope writes.
+    std::int32_t m_uncaught = 0;
 };
 
 /// The site of the function that names it, with the compiler's own signature and line.
