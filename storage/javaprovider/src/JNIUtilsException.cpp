@@ -102,9 +102,10 @@ void throwPendingAs(const JNIEnvPtr& env, std::string text) {
 }  // namespace
 
 std::exception_ptr checkJavaException(const JNIEnvPtr& env) {
-    if (env->ExceptionCheck() == JNI_FALSE) {
-        return nullptr;
-    }
+    return env->ExceptionCheck() == JNI_FALSE ? nullptr : detail::translatePendingException(env);
+}
+
+std::exception_ptr detail::translatePendingException(const JNIEnvPtr& env) {
     LocalRef<jthrowable> exception(env, env->ExceptionOccurred());
     if (!exception) {
         return nullptr;
@@ -116,8 +117,8 @@ std::exception_ptr checkJavaException(const JNIEnvPtr& env) {
     return result;
 }
 
-void rethrowJavaException(const JNIEnvPtr& env) {
-    if (const std::exception_ptr exception = checkJavaException(env)) {
+void detail::rethrowPendingException(const JNIEnvPtr& env) {
+    if (const std::exception_ptr exception = translatePendingException(env)) {
         std::rethrow_exception(exception);
     }
 }

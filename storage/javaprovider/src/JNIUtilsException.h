@@ -18,8 +18,19 @@ namespace storage::javaprovider {
 /// ProviderException outside the number table; the Java exception then stays pending.
 [[nodiscard]] std::exception_ptr checkJavaException(const JNIEnvPtr& env);
 
-/// Rethrows what checkJavaException() returns, if anything.
-void rethrowJavaException(const JNIEnvPtr& env);
+namespace detail {
+/// checkJavaException() once ExceptionCheck has said that there is one.
+[[nodiscard]] std::exception_ptr translatePendingException(const JNIEnvPtr& env);
+/// Rethrows that, if anything.
+void rethrowPendingException(const JNIEnvPtr& env);
+}  // namespace detail
+
+/// Rethrows what checkJavaException() returns, if anything. Nearly always there is nothing, which costs one question.
+inline void rethrowJavaException(const JNIEnvPtr& env) {
+    if (env->ExceptionCheck() != JNI_FALSE) {
+        detail::rethrowPendingException(env);
+    }
+}
 
 /// Whether the object is an instance of the class of that name, as the object's own class loader knows it. False when
 /// the class cannot be loaded. Leaves whatever Java exceptions the loaders throw pending.
