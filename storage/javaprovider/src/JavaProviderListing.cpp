@@ -50,9 +50,9 @@ public:
         const LocalRef<jstring> javaName(m_env,
                                          static_cast<jstring>(m_env->CallObjectMethod(element.get(), m_getName)));
         const bool isFolder = m_env->CallBooleanMethod(element.get(), m_isFolder) != JNI_FALSE;
-        const std::u16string name = jstringToUString(m_env, javaName.get());
+        FolderEntry entry(jstringToUString(m_env, javaName.get()), isFolder ? EntryType::Folder : EntryType::File);
         if (boost::logic::indeterminate(m_filesWanted) || m_filesWanted == !isFolder) {
-            entries.push_back(FolderEntry(name, isFolder ? EntryType::Folder : EntryType::File));
+            entries.push_back(std::move(entry));
         }
     }
 
@@ -79,6 +79,8 @@ std::unique_ptr<IFolderEntryIterator> JavaProvider::listFolderContents(const Sto
     std::vector<FolderEntry> entries;
     if (length > 0) {
         const ListingReader reader(env, m_folderListEntryClass, filesWanted);
+        // Grown bit by bit, the list would be there twice in the end.
+        entries.reserve(static_cast<std::size_t>(length));
         for (jsize index = 0; index < length; ++index) {
             reader.read(array, index, entries);
         }
