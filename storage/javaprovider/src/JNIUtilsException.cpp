@@ -66,8 +66,9 @@ std::exception_ptr translateUnexpectedException(const LocalRef<jthrowable>& exce
     const std::string name = callStringMethod(env, cls.get(), getName);
     jmethodID getMessage = getMethodID(env, cls.get(), "getMessage", "()Ljava/lang/String;");
     const std::string message = callStringMethod(env, exception.get(), getMessage);
-    return std::make_exception_ptr(AnonymousInternalException<std::runtime_error>(
-        std::runtime_error("ProviderCallback threw an unexpected " + name + ". The message was: " + message)));
+    std::string report = "ProviderCallback threw an unexpected ";
+    report.append(name).append(". The message was: ").append(message);
+    return std::make_exception_ptr(AnonymousInternalException<std::runtime_error>(std::runtime_error(report)));
 }
 
 /// The throwable's toString() text; empty when toString() gives none.
@@ -101,10 +102,6 @@ void throwPendingAs(const JNIEnvPtr& env, std::string text) {
 
 }  // namespace
 
-std::exception_ptr checkJavaException(const JNIEnvPtr& env) {
-    return env->ExceptionCheck() == JNI_FALSE ? nullptr : detail::translatePendingException(env);
-}
-
 std::exception_ptr detail::translatePendingException(const JNIEnvPtr& env) {
     LocalRef<jthrowable> exception(env, env->ExceptionOccurred());
     if (!exception) {
@@ -115,12 +112,6 @@ std::exception_ptr detail::translatePendingException(const JNIEnvPtr& env) {
                                                                : translateUnexpectedException(exception);
     env->ExceptionClear();
     return result;
-}
-
-void detail::rethrowPendingException(const JNIEnvPtr& env) {
-    if (const std::exception_ptr exception = translatePendingException(env)) {
-        std::rethrow_exception(exception);
-    }
 }
 
 bool isInstanceOfClass(LocalRef<jthrowable>& object, const std::string& className) {
@@ -135,7 +126,10 @@ bool isInstanceOfClass(LocalRef<jthrowable>& object, const std::string& classNam
     return cls && env->IsInstanceOf(object.get(), cls.get()) == JNI_TRUE;
 }
 
-bool isProviderException(LocalRef<jthrowable>& object) { return isInstanceOfClass(object, ProviderExceptionClass); }
+bool isProviderException(LocalRef<jthrowable>& object) {
+    static const std::string name(ProviderExceptionClass);
+    return isInstanceOfClass(object, name);
+}
 
 void throwPendingJavaException(const JNIEnvPtr& env, const std::string& prefix) {
     throwPendingAs(env, prefix.empty() ? prefix : prefix + " ");
