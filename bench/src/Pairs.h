@@ -17,6 +17,8 @@ namespace bench {
 [[nodiscard]] std::vector<Pair> errorPairs(Sides& sides);
 /// Events from Java.
 [[nodiscard]] std::vector<Pair> eventPairs(Sides& sides);
+/// The floor of the existence test with one thing more, of those that the library has to do as well.
+[[nodiscard]] std::vector<Pair> piecePairs(Sides& sides);
 /// A listing. The back end is told to list that many entries, until the next pair of this kind is made.
 [[nodiscard]] Pair listingPair(Sides& sides, int entryCount);
 

@@ -15,10 +15,9 @@ namespace {
 using MeasurePart = std::vector<bench::Row> (*)(const bench::Effort&);
 
 const std::map<std::string, MeasurePart> Parts = {
-    {"operations", bench::measureOperations}, {"listings", bench::measureListings},
-    {"streams", bench::measureStreams},       {"errors", bench::measureErrors},
-    {"events", bench::measureEvents},         {"attachment", bench::measureAttachment},
-    {"threads", bench::measureThreads},       {"log", bench::measureLogLevels},
+    {"operations", bench::measureOperations}, {"listings", bench::measureListings}, {"streams", bench::measureStreams},
+    {"errors", bench::measureErrors},         {"events", bench::measureEvents},     {"pieces", bench::measurePieces},
+    {"attachment", bench::measureAttachment}, {"threads", bench::measureThreads},   {"log", bench::measureLogLevels},
     {"memory", bench::measureMemory},
 };
 

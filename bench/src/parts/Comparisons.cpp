@@ -26,6 +26,8 @@ std::vector<Row> measureErrors(const Effort& effort) { return measureAll(errorPa
 
 std::vector<Row> measureEvents(const Effort& effort) { return measureAll(eventPairs, effort); }
 
+std::vector<Row> measurePieces(const Effort& effort) { return measureAll(piecePairs, effort); }
+
 std::vector<Row> measureListings(const Effort& effort) {
     const Machine machine;
     Sides sides(machine);

@@ -20,8 +20,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::array Parts = {"operations", "listings", "streams", "errors",  "events", "attachment",
-                              "threads",    "log",      "memory",  "startup", "copy"};
+constexpr std::array Parts = {"operations", "listings", "streams", "errors", "events",  "pieces",
+                              "attachment", "threads",  "log",     "memory", "startup", "copy"};
 
 constexpr std::string_view BeginMark = "<!-- figures: begin -->\n";
 constexpr std::string_view EndMark = "<!-- figures: end -->";
@@ -36,7 +36,7 @@ const std::array<ChartPlan, 3>& chartPlans() {
     static const std::array<ChartPlan, 3> plans = {
         {{"performance-operations.svg",
           "Operations of the library beside their hand-written floors",
-          {"operations", "listings", "streams", "errors", "events"}},
+          {"operations", "listings", "streams", "errors", "events", "pieces"}},
          {"performance-conditions.svg",
           "What threads and the log add to an operation",
           {"attachment", "threads", "log levels"}},
@@ -99,7 +99,7 @@ std::vector<Row> collectRows(const fs::path& parts) {
 std::string formatTable(const std::vector<Row>& rows) {
     std::string table;
     const auto addLine = [&table](const std::array<std::string, 6>& cells) {
-        constexpr std::array<std::size_t, 5> Widths = {38, 10, 10, 7, 7};
+        constexpr std::array<std::size_t, 5> Widths = {47, 10, 10, 7, 7};
         for (std::size_t i = 0; i < Widths.size(); ++i) {
             table += padded(cells[i], Widths[i], /*right=*/i > 0) + "  ";
         }
