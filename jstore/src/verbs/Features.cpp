@@ -6,6 +6,7 @@
 
 #include "Arguments.h"
 #include "Feature.h"
+#include "HelpText.h"
 #include "foundation/storage/provider/Exception.h"
 #include "verbs/ForEachLocation.h"
 #include "verbs/Verb.h"
@@ -49,9 +50,10 @@ public:
         addArguments(verb, "LOCATION", m_arguments, "Something that has to be there", /*fewest=*/0)
             .required(false)
             ->expected(0, 1);
-        verb.footer(
+        verb.footer(helpText(
             "Prints each feature with yes or no. They are the back end's as a whole, mounts included, and the\n"
-            "same for every location; one that is given is looked for first.");
+            "same for every location; one that is given is looked for first.",
+            {"jstore features", "jstore --json features backup"}));
         return verb;
     }
 

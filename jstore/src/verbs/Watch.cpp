@@ -6,6 +6,7 @@
 
 #include "Arguments.h"
 #include "Duration.h"
+#include "HelpText.h"
 #include "Text.h"
 #include "verbs/Verb.h"
 
@@ -23,7 +24,7 @@ public:
         verb.add_option("--for", m_duration, "End after that time: 500ms, 10s, 2m, 1h")->type_name("TIME");
         verb.add_option("--count", m_count, "End after N events")->type_name("N");
         verb.add_option("--exec", m_options.command, "Run a shell command for each event")->type_name("CMD");
-        verb.footer(
+        verb.footer(helpText(
             "Once a location is watched, \"jstore: watching LOCATION\" appears on standard error; nothing is\n"
             "missed from then on. Each event is a line: ChildAdded, ChildModified, ChildRemoved, SelfModified\n"
             "or SelfRemoved, then file or folder, then the location. A rename is a removal and an addition.\n"
@@ -34,7 +35,9 @@ public:
             "ends with 1.\n"
             "\n"
             "Ends with 0 after --for or --count, with 130 after Ctrl-C, with 3 when all that is watched is\n"
-            "gone, with 8 when the back end tells of no changes.");
+            "gone, with 8 when the back end tells of no changes.",
+            {"jstore watch -r --for 1s photos",
+             "jstore watch --for 1s --exec 'echo \"$JSTORE_LOCATION\" >>changes' photos"}));
         return verb;
     }
 

@@ -101,6 +101,11 @@ TEST_F(JsonFieldsTest, EveryFieldOfEveryVerbIsAsDocumented) {
     run("rm", {"moved", "none"});
     run("du", {"a", "none"});
     run("df", {"a", "none"});
+    run("features", {"a"});
+    run("features", {"none"});
+    run("watch", {"--for", "100ms", "a", "none"});
+    run("watch", {"--class-path", JSTORE_TEST_BACKENDS, "--provider", "com.corvallen.jstore.test.EventProvider",
+                  "--for", "100ms", "java:///deep"});
     run("doctor", {});
     run("doctor", {"--java-home", "/nonexistent"});
     run("ls", {"--java-home", "/nonexistent", "a"});
