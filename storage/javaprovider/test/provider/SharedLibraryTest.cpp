@@ -85,6 +85,9 @@ TEST(SharedLibraryTest, NeedsNoVirtualMachineToBeLoaded) {
 }
 
 TEST(SharedLibraryTest, AsksForNoEnvironmentVariableAndNoFile) {
+#ifdef COUNTS_COVERAGE
+    GTEST_SKIP() << "what counts the executed lines asks for both";
+#endif
     const auto asked = linesOf("nm -D --undefined-only '" LIBRARY_FILE "'");
     EXPECT_FALSE(asked.empty());
     for (const char* name :

@@ -8,6 +8,7 @@
 #include <iterator>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace storage::javaprovider::test {
 
@@ -32,17 +33,33 @@ long entriesOf(const char* folder) {
     return static_cast<long>(std::distance(begin(entries), end(entries)));
 }
 
+/// What the walk over the roots has met.
+struct Roots {
+    std::vector<jmethodID>
+        localsOf;  ///< for each local reference the method in whose frame it is; null outside of Java
+    long globals = 0;
+};
+
 /// Called for each root of the machine; answering zero keeps it from going on to what the root refers to.
-jint JNICALL countRoot(jvmtiHeapReferenceKind kind, const jvmtiHeapReferenceInfo* /*info*/, jlong /*classTag*/,
+jint JNICALL countRoot(jvmtiHeapReferenceKind kind, const jvmtiHeapReferenceInfo* info, jlong /*classTag*/,
                        jlong /*referrerClassTag*/, jlong /*size*/, jlong* /*tag*/, jlong* /*referrerTag*/,
                        jint /*length*/, void* data) {
-    auto& sample = *static_cast<Sample*>(data);
+    auto& roots = *static_cast<Roots*>(data);
     if (kind == JVMTI_HEAP_REFERENCE_JNI_LOCAL) {
-        ++sample.localReferences;
+        roots.localsOf.push_back(info->jni_local.method);
     } else if (kind == JVMTI_HEAP_REFERENCE_JNI_GLOBAL) {
-        ++sample.globalReferences;
+        ++roots.globals;
     }
     return 0;
+}
+
+/// HotSpot tells the constants of compiled Java methods that are on a stack as local references too.
+bool isReference(jvmtiEnv* jvmti, jmethodID method) {
+    jboolean native = JNI_TRUE;
+    if (method != nullptr) {
+        check(jvmti->IsMethodNative(method, &native), "cannot tell a native method");
+    }
+    return native == JNI_TRUE;
 }
 
 long countJavaThreads(JavaVM* vm, jvmtiEnv* jvmti) {
@@ -82,7 +99,11 @@ Sample Sampler::take() const {
     check(m_jvmti->ForceGarbageCollection(), "cannot collect garbage");
     jvmtiHeapCallbacks callbacks{};
     callbacks.heap_reference_callback = countRoot;
-    check(m_jvmti->FollowReferences(0, nullptr, nullptr, &callbacks, &sample), "cannot walk the references");
+    Roots roots;
+    check(m_jvmti->FollowReferences(0, nullptr, nullptr, &callbacks, &roots), "cannot walk the references");
+    sample.localReferences =
+        std::ranges::count_if(roots.localsOf, [this](jmethodID m) { return isReference(m_jvmti, m); });
+    sample.globalReferences = roots.globals;
     sample.javaThreads = countJavaThreads(m_vm, m_jvmti);
     sample.tasks = entriesOf("/proc/self/task");
     sample.openFiles = entriesOf("/proc/self/fd");
