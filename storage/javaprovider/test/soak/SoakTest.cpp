@@ -21,13 +21,15 @@ constexpr const char* FlakyProvider = "com/corvallen/storage/test/soak/FlakyProv
 constexpr long DefaultOperations = 250000;
 
 /// What the process may hold more at the end than after warming up. Memory: the allocator's arenas and the machine's
-/// compiled code settle within it, and over the long run it is less than two bytes an operation. Tasks: a compiler
+/// compiled code settle within it. Tasks: a compiler
 /// thread that the machine starts.
 #ifdef SOAK_SANITIZED
 // A sanitizer's own memory grows with what the program touches.
-constexpr long SlackKiB = 512 * 1024;
+constexpr long SlackKiB = 512L * 1024;
 #else
-constexpr long SlackKiB = 16 * 1024;
+// The Java heap and the compilers still grow in the short form, the more the busier the computer is. Over ten million
+// operations this is ten bytes for each.
+constexpr long SlackKiB = 96L * 1024;
 #endif
 constexpr long SlackTasks = 2;
 
