@@ -188,7 +188,7 @@ TEST(IRITest, ObjectThatStaysKeepsItsText) {
 
 TEST(IRITest, OneCharacterAnywhereIsSeen) {
     // Units are looked at in groups; what needs encoding is found in any place of one, whatever the length.
-    for (std::size_t length = 1; length <= 13; ++length) {
+    for (std::size_t length = 1; length <= 27; ++length) {
         for (std::size_t at = 0; at < length; ++at) {
             for (const char16_t unit : {u' ', u'\u0080', u'\u2026'}) {
                 std::u16string text(length, u'a');
@@ -197,6 +197,15 @@ TEST(IRITest, OneCharacterAnywhereIsSeen) {
                 EXPECT_EQ(ascii(text), std::u16string(at, u'a') + encoded + std::u16string(length - at - 1, u'a'));
             }
         }
+    }
+}
+
+TEST(IRITest, LongTextIsEncodedLikeShortText) {
+    // Short text is looked at unit by unit.
+    for (unsigned unit = 0; unit <= 0xFFFF; ++unit) {
+        const std::u16string one(1, static_cast<char16_t>(unit));
+        ASSERT_EQ(ascii(u"java:///a/" + one + u"long-tail"), u"java:///a/" + ascii(u"a" + one).substr(1) + u"long-tail")
+            << unit;
     }
 }
 

@@ -12,7 +12,8 @@ namespace foundation::network {
 class FOUNDATION_API IRI {
 public:
     IRI() = default;
-    explicit IRI(std::u16string text);
+    explicit IRI(const std::u16string& text);
+    explicit IRI(std::u16string&& text) noexcept;
 
     [[nodiscard]] const std::u16string& text() const noexcept { return m_text; }
 
@@ -29,6 +30,7 @@ public:
 
 private:
     std::u16string m_text;
+    bool m_plain = true;  ///< the text is in strict ASCII form as it stands
 };
 
 }  // namespace foundation::network

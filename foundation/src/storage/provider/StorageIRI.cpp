@@ -149,10 +149,6 @@ std::u16string normalText(const urls::url_view& url, std::u16string_view ascii) 
 
 }  // namespace
 
-StorageIRI::StorageIRI(std::u16string text) : m_text(std::move(text)) {}
-
-network::IRI StorageIRI::toIRI() const { return network::IRI(m_text); }
-
 StorageIRI StorageIRI::getParent() const {
     detail::PathNames path = detail::splitPath(m_text);
     if (path.names.empty()) {

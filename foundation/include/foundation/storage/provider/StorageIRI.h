@@ -5,6 +5,7 @@
 #include <iosfwd>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "foundation/Export.h"
 #include "foundation/network/IRI.h"
@@ -18,12 +19,12 @@ namespace foundation::storage::provider {
 class FOUNDATION_API StorageIRI {
 public:
     StorageIRI() = default;
-    explicit StorageIRI(std::u16string text);
+    explicit StorageIRI(std::u16string text) noexcept : m_text(std::move(text)) {}
 
     [[nodiscard]] const std::u16string& text() const noexcept { return m_text; }
     [[nodiscard]] bool empty() const noexcept { return m_text.empty(); }
 
-    [[nodiscard]] network::IRI toIRI() const;
+    [[nodiscard]] network::IRI toIRI() const { return network::IRI(m_text); }
 
     /// The location that holds this one, without query and fragment. Empty segments and a trailing slash do not count
     /// as levels, and dot segments are followed. The parent of a root (`java://`, `java:///`, `java://mount`,
