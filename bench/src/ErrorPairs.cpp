@@ -26,11 +26,13 @@ Operation failing(Action action) {
 std::vector<Pair> errorPairs(Sides& sides) {
     constexpr double Target = 1.30;
     return {{"removeFolder/ProviderException", "errors", Target, 1,
-             failing([&sides] { sides.floorErrors.removeFolder(Folder.text); }),
-             failing([&sides] { sides.provider->removeFolder(Folder.iri); })},
+             failing([&sides] { sides.floor.errors.removeFolder(Folder.text); }),
+             failing([&sides] { sides.provider->removeFolder(Folder.iri); }),
+             failing([&sides] { sides.bare.errors.removeFolder(Folder.text); })},
             {"removeFolderRecursive/otherException", "errors", Target, 1,
-             failing([&sides] { sides.floorErrors.removeFolderRecursive(Folder.text); }),
-             failing([&sides] { sides.provider->removeFolderRecursive(Folder.iri); })}};
+             failing([&sides] { sides.floor.errors.removeFolderRecursive(Folder.text); }),
+             failing([&sides] { sides.provider->removeFolderRecursive(Folder.iri); }),
+             failing([&sides] { sides.bare.errors.removeFolderRecursive(Folder.text); })}};
 }
 
 }  // namespace bench

@@ -17,5 +17,6 @@ struct Location {
 inline const Location File{u"java://data/archive/2026/annual-report.txt"};
 inline const Location OtherFile{u"java://data/archive/2026/annual-report-final.txt"};
 inline const Location Folder{u"java://data/archive/2026"};
+inline const Location OtherFolder{u"java://data/archive/2027"};
 
 }  // namespace bench

@@ -80,6 +80,9 @@ Row summarize(const Pair& pair, const Rounds& rounds) {
     row.group = pair.group;
     row.floor = median(rounds.floor) / units;
     row.bridge = median(rounds.bridge) / units;
+    if (!rounds.bare.empty()) {
+        row.bare = median(rounds.bare) / units;
+    }
     row.target = pair.target;
     row.ratioLow = quantile(ratios, 0.25);
     row.ratioHigh = quantile(ratios, 0.75);
@@ -92,14 +95,25 @@ Row measure(const Pair& pair, const Effort& effort) {
     benchmark::ClearRegisteredBenchmarks();
     Side floor(pair.name + "/floor", pair.floor);
     Side bridge(pair.name + "/bridge", pair.bridge);
+    std::optional<Side> bare;
+    if (pair.bare) {
+        bare.emplace(pair.name + "/bare", *pair.bare);
+        warmUp(*pair.bare, effort.warmUp);
+    }
     const auto each = std::max(warmUp(pair.floor, effort.warmUp), warmUp(pair.bridge, effort.warmUp));
     const auto iterations = std::max<std::int64_t>(1, effort.sample / each);
     floor.setIterations(iterations);
     bridge.setIterations(iterations);
+    if (bare) {
+        bare->setIterations(iterations);
+    }
     Rounds rounds;
     for (int round = 0; round < effort.rounds; ++round) {
         rounds.floor.push_back(floor.sample());
         rounds.bridge.push_back(bridge.sample());
+        if (bare) {
+            rounds.bare.push_back(bare->sample());
+        }
     }
     return summarize(pair, rounds);
 }

@@ -1,6 +1,5 @@
 #include "Locations.h"
 #include "Pairs.h"
-#include "storage/jvm/JVMWrapper.h"
 
 namespace bench {
 
@@ -8,16 +7,14 @@ namespace {
 
 constexpr const char* Group = "pieces";
 
-/// The floor of the existence test, beside itself with something more.
+/// The bare existence test, beside itself with something more.
 template <class More>
 Pair piece(const char* name, Sides& sides, More more) {
-    const auto plain = [&sides] { return sides.floor.fileExists(File.text); };
-    return {name, Group, std::nullopt, 1, operation(plain), operation([more, plain] { return more(plain); })};
-}
-
-/// What a guard does before it wraps the environment: its own share of the handle, and two questions.
-JavaVM* lookUp(std::shared_ptr<jvm_interface::JVM> jvm) {
-    return jvm->getJavaVM() == nullptr ? nullptr : jvm->getJavaVM();
+    jmethodID method = sides.floor.provider.java().method(FloorJava::FileExists);
+    const auto bare = [&sides, method](std::u16string_view text) { return sides.bare.provider.exists(method, text); };
+    return {name, Group, std::nullopt, 1, operation([bare] { return bare(File.text); }), operation([more, bare] {
+                return more(bare);
+            })};
 }
 
 std::u16string asciiOf(const foundation::storage::provider::StorageIRI& location) {
@@ -29,30 +26,34 @@ std::u16string asciiOf(const foundation::storage::provider::StorageIRI& location
 std::vector<Pair> piecePairs(Sides& sides) {
     const std::shared_ptr<jvm_interface::JVM> jvm = sides.machine.jvm();
     JNIEnv* env = sides.machine.env();
-    const auto look = [jvm](const auto& plain) {
-        benchmark::DoNotOptimize(lookUp(jvm));
-        return plain();
+    const auto handle = [jvm](const auto& bare) {
+        benchmark::DoNotOptimize(FloorGuard::lookUp(jvm));
+        return bare(File.text);
     };
-    const auto frame = [env](const auto& plain) {
+    const auto environment = [vm = jvm->getJavaVM()](const auto& bare) {
+        benchmark::DoNotOptimize(environmentOf(vm));
+        return bare(File.text);
+    };
+    const auto frame = [env](const auto& bare) {
         env->PushLocalFrame(16);
-        const bool result = plain();
+        const bool result = bare(File.text);
         env->PopLocalFrame(nullptr);
         return result;
     };
-    const auto guard = [jvm](const auto& plain) {
-        const storage::jvm::JVMWrapper wrapper(lookUp(jvm));
-        return plain();
+    const auto search = [&sides](const auto& bare) {
+        benchmark::DoNotOptimize(sides.floor.provider.java().method(FloorJava::FileExists));
+        return bare(File.text);
     };
-    const auto location = [&sides](const auto&) { return sides.floor.fileExists(asciiOf(File.iri)); };
-    const auto both = [jvm, &sides](const auto&) {
-        const storage::jvm::JVMWrapper wrapper(lookUp(jvm));
-        return sides.floor.fileExists(asciiOf(File.iri));
-    };
-    return {piece("fileExists/floor with the look at the machine", sides, look),
-            piece("fileExists/floor with a local frame", sides, frame),
-            piece("fileExists/floor with a guard", sides, guard),
-            piece("fileExists/floor with the location's ASCII form", sides, location),
-            piece("fileExists/floor with guard and ASCII form", sides, both)};
+    const auto floor = [&sides](const auto&) { return sides.floor.provider.fileExists(File.text); };
+    const auto location = [](const auto& bare) { return bare(asciiOf(File.iri)); };
+    const auto library = [&sides](const auto&) { return sides.provider->fileExists(File.iri); };
+    return {piece("bare test with the handle asked", sides, handle),
+            piece("bare test with the environment asked for", sides, environment),
+            piece("bare test in a local frame", sides, frame),
+            piece("bare test with the search for the method", sides, search),
+            piece("the floor: all of these", sides, floor),
+            piece("bare test with the location in ASCII", sides, location),
+            piece("the library", sides, library)};
 }
 
 }  // namespace bench

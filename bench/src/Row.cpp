@@ -11,13 +11,20 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
+Json toJson(const std::optional<double>& figure) { return figure ? Json(*figure) : Json(nullptr); }
+
+std::optional<double> toFigure(const Json& json) {
+    return json.is_null() ? std::nullopt : std::optional(json.get<double>());
+}
+
 Json toJson(const Row& row) {
     return {{"name", row.name},
             {"group", row.group},
             {"unit", row.unit == Unit::Bytes ? "bytes" : "ns"},
             {"floor", row.floor},
             {"bridge", row.bridge},
-            {"target", row.target ? Json(*row.target) : Json(nullptr)},
+            {"bare", toJson(row.bare)},
+            {"target", toJson(row.target)},
             {"ratio_low", row.ratioLow},
             {"ratio_high", row.ratioHigh}};
 }
@@ -29,9 +36,8 @@ Row toRow(const Json& json) {
     row.unit = json.at("unit") == "bytes" ? Unit::Bytes : Unit::Nanoseconds;
     row.floor = json.at("floor");
     row.bridge = json.at("bridge");
-    if (!json.at("target").is_null()) {
-        row.target = json.at("target").get<double>();
-    }
+    row.bare = toFigure(json.at("bare"));
+    row.target = toFigure(json.at("target"));
     row.ratioLow = json.at("ratio_low");
     row.ratioHigh = json.at("ratio_high");
     return row;

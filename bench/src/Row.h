@@ -17,6 +17,7 @@ struct Row {
     Unit unit = Unit::Nanoseconds;   ///< of `floor` and `bridge`
     double floor = 0;                ///< what it is compared with: the hand-written floor unless the group says else
     double bridge = 0;               ///< what the library or the program takes
+    std::optional<double> bare{};    ///< the floor with everything at hand, where there is one
     std::optional<double> target{};  ///< the ratio must not be above it; nothing where there is only a figure
     double ratioLow = 0;             ///< quartiles of the ratios of the single rounds
     double ratioHigh = 0;

@@ -11,12 +11,13 @@ namespace bench {
 
 [[nodiscard]] inline double median(const std::vector<double>& samples) { return quantile(samples, 0.5); }
 
-/// What the two sides of a comparison took, round by round.
+/// What the sides of a comparison took, round by round.
 struct Rounds {
     std::vector<double> floor;
     std::vector<double> bridge;
+    std::vector<double> bare{};
 
-    /// The ratio of each round.
+    /// The ratio of each round, of the bridge to the floor.
     [[nodiscard]] std::vector<double> ratios() const;
 };
 

@@ -10,14 +10,15 @@ constexpr std::size_t LargestTransfer = std::size_t{1} << 20;
 
 }  // namespace
 
+Floors::Floors(const Machine& machine, Lookups lookups)
+    : provider(machine.jvm(), lookups), errors(provider.java()), stream(openReadOnly(provider.java(), File.text)) {}
+
 Sides::Sides(const Machine& theMachine)
     : machine(theMachine),
       provider(theMachine.makeProvider()),
-      floor(theMachine.env()),
-      floorErrors(floor.java()),
-      floorOpen(readOnlyChannelMethod(floor.java())),
-      floorStream(floor.java(), floorOpen, File.text),
       stream(provider->openReadOnlyByteStream(File.iri)),
+      floor(theMachine, Lookups::PerCall),
+      bare(theMachine, Lookups::Kept),
       buffer(LargestTransfer),
       events(theMachine,
              [this](int, const std::u16string&, const std::u16string&, int, const auto&) { ++floorEvents; }) {

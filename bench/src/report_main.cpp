@@ -17,23 +17,41 @@ struct Arguments {
     std::filesystem::path parts;
     std::filesystem::path report;
     std::optional<std::filesystem::path> docs;
+    std::optional<std::filesystem::path> readme;
     std::string heading;
 };
 
-void run(const Arguments& arguments) {
-    const std::vector<bench::Row> rows = bench::collectRows(arguments.parts);
-    std::ofstream out(arguments.report);
+void writeReport(const std::filesystem::path& file, const std::vector<bench::Row>& rows) {
+    std::ofstream out(file);
     out << bench::formatJson(rows);
     out.close();
     if (!out) {
-        throw std::runtime_error("cannot write " + arguments.report.string());
+        throw std::runtime_error("cannot write " + file.string());
+    }
+}
+
+void updateDocs(const Arguments& arguments, const std::vector<bench::Row>& rows) {
+    if (!bench::isComplete(arguments.parts)) {
+        fmt::print(stderr, "The documentation stays as it is: not all parts were measured.\n");
+        return;
     }
     if (arguments.docs) {
         bench::writeCharts(*arguments.docs, rows);
         const std::string heading = arguments.heading.empty() ? "" : "\n" + arguments.heading + "\n";
         bench::replaceFigures(*arguments.docs / "performance.md", heading + bench::formatMarkdown(rows) + "\n");
     }
+    if (arguments.readme) {
+        bench::replaceFigures(*arguments.readme, bench::formatHeadline(rows));
+    }
+}
+
+void run(const Arguments& arguments) {
+    const std::vector<bench::Row> rows = bench::collectRows(arguments.parts);
+    writeReport(arguments.report, rows);
     fmt::print("{}", bench::formatTable(rows));
+    if (arguments.docs || arguments.readme) {
+        updateDocs(arguments, rows);
+    }
 }
 
 }  // namespace
@@ -44,6 +62,7 @@ int main(int argc, char** argv) {
     app.add_option("parts", arguments.parts, "The folder with the rows of the parts")->required();
     app.add_option("report", arguments.report, "Where the report goes, as JSON")->required();
     app.add_option("--docs", arguments.docs, "The folder whose charts and figures are brought up to date");
+    app.add_option("--readme", arguments.readme, "The document whose two headline figures are brought up to date");
     app.add_option("--heading", arguments.heading, "A line on the computer, above the figures of the documentation");
     CLI11_PARSE(app, argc, argv);
     try {

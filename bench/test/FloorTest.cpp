@@ -27,12 +27,12 @@ protected:
     Sides m_sides{machine()};
 };
 
-/// What an operation calls, but for the frame around it and the call into Java that sets off events.
-std::vector<std::string> callsOf(const Operation& operation) {
+/// What an operation calls, but for the call into Java that sets off events.
+std::vector<std::string> callsOf(const Operation& operation, bool localFrames = true) {
     operation.once();  // looks up what is looked up once
     JniRecorder recorder(machine().jvm()->getJavaVM());
     operation.once();
-    std::vector<std::string> calls = recorder.calls({.localFrames = false});
+    std::vector<std::string> calls = recorder.calls({.localFrames = localFrames});
     std::erase_if(calls, [](const std::string& call) { return call.starts_with("CallStaticVoidMethod"); });
     return calls;
 }
@@ -42,6 +42,10 @@ void expectSameCalls(const Pair& pair) {
     const std::vector<std::string> floor = callsOf(pair.floor);
     EXPECT_THAT(floor, Not(IsEmpty()));
     EXPECT_THAT(floor, ElementsAreArray(callsOf(pair.bridge)));
+    if (pair.bare) {
+        // Who has the environment at hand needs no frame.
+        EXPECT_THAT(callsOf(*pair.bare), ElementsAreArray(callsOf(pair.bridge, /*localFrames=*/false)));
+    }
 }
 
 void expectSameCalls(const std::vector<Pair>& pairs) {
@@ -64,15 +68,22 @@ TEST_F(FloorTest, ListingsMakeTheCallsOfTheLibrary) {
 }
 
 TEST_F(FloorTest, AttributesAreThoseOfTheLibrary) {
-    const auto floor = m_sides.floor.getFileAttributes(File.text);
+    const auto floor = m_sides.floor.provider.getFileAttributes(File.text);
     const auto bridge = m_sides.provider->getFileAttributes(File.iri);
     EXPECT_EQ(floor.size, bridge.size());
     EXPECT_EQ(floor.lastModified, bridge.lastModified());
     EXPECT_EQ(floor.writable, bridge.writable());
 }
 
+TEST_F(FloorTest, FolderAttributesAreThoseOfTheLibrary) {
+    const auto floor = m_sides.floor.provider.getFolderAttributes(Folder.text);
+    const auto bridge = m_sides.provider->getFolderAttributes(Folder.iri);
+    EXPECT_EQ(floor.lastModified, bridge.lastModified());
+    EXPECT_EQ(floor.writable, bridge.writable());
+}
+
 TEST_F(FloorTest, ExtendedAttributesAreThoseOfTheLibrary) {
-    const auto floor = m_sides.floor.getExtendedAttributes(File.text);
+    const auto floor = m_sides.floor.provider.getExtendedAttributes(File.text);
     const auto bridge = m_sides.provider->getExtendedAttributes(File.iri).all();
     ASSERT_EQ(floor.size(), bridge.size());
     for (const auto& [name, value] : floor) {
@@ -81,7 +92,7 @@ TEST_F(FloorTest, ExtendedAttributesAreThoseOfTheLibrary) {
 }
 
 TEST_F(FloorTest, StorageInformationIsThatOfTheLibrary) {
-    const auto [capacity, occupied] = m_sides.floor.getProviderStorageInfo(Folder.text);
+    const auto [capacity, occupied] = m_sides.floor.provider.getProviderStorageInfo(Folder.text);
     const auto bridge = m_sides.provider->getProviderStorageInfo(Folder.iri);
     EXPECT_EQ(capacity, bridge.storageCapacity());
     EXPECT_EQ(occupied, bridge.spaceOccupied());
@@ -89,7 +100,7 @@ TEST_F(FloorTest, StorageInformationIsThatOfTheLibrary) {
 
 TEST_F(FloorTest, ListingIsThatOfTheLibrary) {
     machine().setListing(25);
-    const auto floor = m_sides.floor.listAll(Folder.text);
+    const auto floor = m_sides.floor.provider.listAll(Folder.text);
     const auto bridge = m_sides.provider->listAll(Folder.iri);
     for (const FloorProvider::Entry& entry : floor) {
         ASSERT_TRUE(bridge->hasMore());
@@ -101,15 +112,15 @@ TEST_F(FloorTest, ListingIsThatOfTheLibrary) {
 }
 
 TEST_F(FloorTest, StreamsMoveWhatTheyAreAskedFor) {
-    EXPECT_EQ(m_sides.floorStream.read(m_sides.buffer.data(), 4096), 4096);
+    EXPECT_EQ(m_sides.floor.stream->read(m_sides.buffer.data(), 4096), 4096);
     EXPECT_EQ(m_sides.stream->read(m_sides.buffer.data(), 4096), 4096);
-    EXPECT_EQ(m_sides.floorStream.write(m_sides.buffer.data(), 1 << 20), 1 << 20);
+    EXPECT_EQ(m_sides.floor.stream->write(m_sides.buffer.data(), 1 << 20), 1 << 20);
     EXPECT_EQ(m_sides.stream->write(m_sides.buffer.data(), 1 << 20), 1 << 20);
 }
 
 TEST_F(FloorTest, ProviderExceptionTellsNumberAndLocation) {
     try {
-        m_sides.floorErrors.removeFolder(Folder.text);
+        m_sides.floor.errors.removeFolder(Folder.text);
         ADD_FAILURE() << "nothing was thrown";
     } catch (const FloorError& error) {
         EXPECT_EQ(error.number(), 6);
@@ -119,7 +130,7 @@ TEST_F(FloorTest, ProviderExceptionTellsNumberAndLocation) {
 
 TEST_F(FloorTest, OtherExceptionTellsClassAndMessage) {
     try {
-        m_sides.floorErrors.removeFolderRecursive(Folder.text);
+        m_sides.floor.errors.removeFolderRecursive(Folder.text);
         ADD_FAILURE() << "nothing was thrown";
     } catch (const FloorError& error) {
         EXPECT_EQ(error.number(), -1);

@@ -69,6 +69,7 @@ TEST_F(ReportTest, RowsSurviveTheirFile) {
     written.unit = Unit::Bytes;
     written.ratioLow = 1.01;
     written.ratioHigh = 1.04;
+    written.bare = 98.5;
     writeRows(m_folder / "listings.json", {written, row("plain", 1, 2, std::nullopt)});
     const std::vector<Row> rows = readRows(m_folder / "listings.json");
     ASSERT_EQ(rows.size(), 2U);
@@ -76,10 +77,12 @@ TEST_F(ReportTest, RowsSurviveTheirFile) {
     EXPECT_EQ(rows[0].unit, Unit::Bytes);
     EXPECT_EQ(rows[0].floor, 100.5);
     EXPECT_EQ(rows[0].bridge, 103.25);
+    EXPECT_EQ(rows[0].bare, 98.5);
     EXPECT_EQ(rows[0].target, 1.05);
     EXPECT_EQ(rows[0].ratioLow, 1.01);
     EXPECT_EQ(rows[0].ratioHigh, 1.04);
     EXPECT_EQ(rows[1].target, std::nullopt);
+    EXPECT_EQ(rows[1].bare, std::nullopt);
 }
 
 TEST_F(ReportTest, MissingRowsAreAnError) {
@@ -95,19 +98,46 @@ TEST_F(ReportTest, PartsComeInTheOrderOfTheReport) {
     EXPECT_EQ(rows[1].name, "last");
 }
 
+TEST_F(ReportTest, FolderIsCompleteWithAllParts) {
+    for (const char* part : {"operations", "listings", "streams", "errors", "events", "pieces", "attachment", "threads",
+                             "log", "memory", "startup"}) {
+        writeRows(m_folder / (std::string(part) + ".json"), {});
+    }
+    EXPECT_FALSE(isComplete(m_folder));
+    writeRows(m_folder / "copy.json", {});
+    EXPECT_TRUE(isComplete(m_folder));
+}
+
 TEST_F(ReportTest, PartThatNobodyKnowsIsAnError) {
     writeRows(m_folder / "mystery.json", {});
     EXPECT_THROW(static_cast<void>(collectRows(m_folder)), std::runtime_error);
 }
 
-TEST(ReportTextTest, JsonHoldsFourFiguresForEachName) {
-    Row memory = row("bytes", 1, 1, 1.3);
+TEST(ReportTextTest, JsonHoldsTheFiguresOfEachName) {
+    Row memory = row("listing", 1000, 1200, 1.3);
     memory.unit = Unit::Bytes;
-    const auto json =
-        nlohmann::json::parse(formatJson({row("fileExists", 400, 440, 1.15), row("plain", 10, 20, {}), memory}));
+    Row exists = row("fileExists", 400, 440, 1.15);
+    exists.bare = 350;
+    const auto json = nlohmann::json::parse(formatJson({exists, row("plain", 10, 20, {}), memory}));
     EXPECT_EQ(json, nlohmann::json::parse(R"({
-        "fileExists": {"floor_ns": 400.0, "bridge_ns": 440.0, "ratio": 1.1, "target": 1.15},
-        "plain": {"floor_ns": 10.0, "bridge_ns": 20.0, "ratio": 2.0, "target": null}})"));
+        "fileExists": {"floor_ns": 400.0, "bridge_ns": 440.0, "ratio": 1.1, "target": 1.15, "bare_ns": 350.0},
+        "plain": {"floor_ns": 10.0, "bridge_ns": 20.0, "ratio": 2.0, "target": null},
+        "listing": {"floor_bytes": 1000.0, "bridge_bytes": 1200.0, "ratio": 1.2, "target": 1.3}})"));
+}
+
+TEST(ReportTextTest, HeadlineTellsTwoRatios) {
+    const std::vector<Row> rows = {row("fileExists", 400, 440, 1.15), row("listAll/100000", 100, 99, 1.05)};
+    EXPECT_EQ(formatHeadline(rows),
+              "An existence test costs **1.10** of its floor, an entry in a listing of 100,000 **0.99**.\n");
+    EXPECT_THROW(static_cast<void>(formatHeadline({rows[0]})), std::runtime_error);
+}
+
+TEST(ReportTextTest, TablesShowTheBareFloorWhereThereIsOne) {
+    Row exists = row("fileExists", 400, 440, 1.15);
+    EXPECT_THAT(formatMarkdown({exists}), HasSubstr("| `fileExists` | – | 400 ns | 440 ns |"));
+    exists.bare = 350;
+    EXPECT_THAT(formatMarkdown({exists}), HasSubstr("| `fileExists` | 350 ns | 400 ns | 440 ns |"));
+    EXPECT_THAT(formatTable({exists}), HasSubstr("350 ns"));
 }
 
 TEST(ReportTextTest, TableTellsWhetherTheTargetIsMet) {

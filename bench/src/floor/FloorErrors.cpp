@@ -21,26 +21,19 @@ jmethodID providerExceptionMethod(JNIEnv* env, const char* name, const char* sig
 
 FloorErrors::FloorErrors(const FloorJava& java)
     : m_java(java),
-      m_removeFolder(java.method("removeFolder", "(Lcom/corvallen/storage/provider/StorageURI;)V")),
-      m_removeFolderRecursively(
-          java.method("removeFolderRecursively", "(Lcom/corvallen/storage/provider/StorageURI;)V")),
       m_getLocationString(providerExceptionMethod(java.env(), "getLocationString", "()Ljava/lang/String;")),
       m_getErrorCodeNumber(providerExceptionMethod(java.env(), "getErrorCodeNumber", "()I")) {}
 
-void FloorErrors::call(jmethodID method, std::u16string_view location) const {
-    JNIEnv* env = m_java.env();
-    env->PushLocalFrame(16);
+void FloorErrors::call(FloorJava::Method method, std::u16string_view location) const {
+    const FloorGuard env(m_java);
     jobject uri = m_java.newUri(location);
-    env->CallVoidMethod(m_java.provider(), method, uri);
-    const bool failed = env->ExceptionCheck() == JNI_TRUE;
-    if (!failed) {
+    env->CallVoidMethod(m_java.provider(), m_java.method(method), uri);
+    if (env->ExceptionCheck() == JNI_FALSE) {
         env->DeleteLocalRef(uri);
-        env->PopLocalFrame(nullptr);
         return;
     }
     FloorError error = take();
     env->DeleteLocalRef(uri);
-    env->PopLocalFrame(nullptr);
     throw error;
 }
 
@@ -72,15 +65,14 @@ bool FloorErrors::isProviderException(jthrowable error) const {
 jobject FloorErrors::loaderOf(jclass cls) const {
     JNIEnv* env = m_java.env();
     jclass classClass = env->FindClass("java/lang/Class");
-    return env->CallObjectMethod(cls, env->GetMethodID(classClass, "getClassLoader", "()Ljava/lang/ClassLoader;"));
+    return env->CallObjectMethod(cls, m_java.ask(classClass, "getClassLoader", "()Ljava/lang/ClassLoader;"));
 }
 
 jclass FloorErrors::loadProviderException(jobject loader) const {
     JNIEnv* env = m_java.env();
     jmethodID loadClass =
-        env->GetMethodID(env->FindClass("java/lang/ClassLoader"), "loadClass", "(Ljava/lang/String;)Ljava/lang/Class;");
-    jmethodID getParent =
-        env->GetMethodID(env->FindClass("java/lang/ClassLoader"), "getParent", "()Ljava/lang/ClassLoader;");
+        m_java.ask(env->FindClass("java/lang/ClassLoader"), "loadClass", "(Ljava/lang/String;)Ljava/lang/Class;");
+    jmethodID getParent = m_java.ask(env->FindClass("java/lang/ClassLoader"), "getParent", "()Ljava/lang/ClassLoader;");
     jstring name = env->NewStringUTF(ProviderExceptionName);
     while (loader != nullptr) {
         if (jobject found = env->CallObjectMethod(loader, loadClass, name)) {
@@ -104,11 +96,11 @@ FloorError FloorErrors::readOtherException(jthrowable error) const {
     JNIEnv* env = m_java.env();
     jclass cls = env->GetObjectClass(error);
     jclass classClass = env->GetObjectClass(cls);
-    jmethodID getName = env->GetMethodID(classClass, "getName", "()Ljava/lang/String;");
+    jmethodID getName = m_java.ask(classClass, "getName", "()Ljava/lang/String;");
     auto* name = static_cast<jstring>(env->CallObjectMethod(cls, getName));
     std::string text = narrow(m_java.text(name));
     env->DeleteLocalRef(name);
-    jmethodID getMessage = env->GetMethodID(cls, "getMessage", "()Ljava/lang/String;");
+    jmethodID getMessage = m_java.ask(cls, "getMessage", "()Ljava/lang/String;");
     auto* message = static_cast<jstring>(env->CallObjectMethod(error, getMessage));
     text += ": ";
     text += narrow(m_java.text(message));

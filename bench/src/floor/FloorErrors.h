@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "floor/FloorJava.h"
+#include "floor/FloorGuard.h"
 
 namespace bench {
 
@@ -30,12 +30,14 @@ public:
     explicit FloorErrors(const FloorJava& java);
 
     /// Throws FloorError for the back end's ProviderException.
-    void removeFolder(std::u16string_view location) const { call(m_removeFolder, location); }
+    void removeFolder(std::u16string_view location) const { call(FloorJava::RemoveFolder, location); }
     /// Throws FloorError for the back end's IllegalStateException.
-    void removeFolderRecursive(std::u16string_view location) const { call(m_removeFolderRecursively, location); }
+    void removeFolderRecursive(std::u16string_view location) const {
+        call(FloorJava::RemoveFolderRecursively, location);
+    }
 
 private:
-    void call(jmethodID method, std::u16string_view location) const;
+    void call(FloorJava::Method method, std::u16string_view location) const;
     [[nodiscard]] FloorError take() const;
     [[nodiscard]] bool isProviderException(jthrowable error) const;
     [[nodiscard]] jobject loaderOf(jclass cls) const;
@@ -44,8 +46,6 @@ private:
     [[nodiscard]] FloorError readOtherException(jthrowable error) const;
 
     const FloorJava& m_java;
-    jmethodID m_removeFolder;
-    jmethodID m_removeFolderRecursively;
     jmethodID m_getLocationString;
     jmethodID m_getErrorCodeNumber;
 };

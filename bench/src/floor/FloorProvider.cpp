@@ -1,8 +1,5 @@
 #include "floor/FloorProvider.h"
 
-#define BENCH_URI "Lcom/corvallen/storage/provider/StorageURI;"
-#define BENCH_CONTRACT "Lcom/corvallen/storage/provider/"
-
 namespace bench {
 
 namespace {
@@ -29,52 +26,46 @@ std::string narrow(const std::u16string& text) {
     return result;
 }
 
-FloorProvider::FloorProvider(JNIEnv* env)
-    : m_java(env),
-      m_entryClass(holdEntryClass(env)),
-      m_fileExists(m_java.method("fileExists", "(" BENCH_URI ")Z")),
-      m_createFile(m_java.method("createFile", "(" BENCH_URI ")V")),
-      m_removeFile(m_java.method("removeFile", "(" BENCH_URI ")V")),
-      m_moveFile(m_java.method("moveFile", "(" BENCH_URI BENCH_URI "Z)V")),
-      m_getFileAttributes(m_java.method("getFileAttributes", "(" BENCH_URI ")" BENCH_CONTRACT "FileAttributes;")),
-      m_setLastModified(m_java.method("setLastModified", "(" BENCH_URI "J)V")),
-      m_getExtendedAttributes(
-          m_java.method("getExtendedAttributes", "(" BENCH_URI ")" BENCH_CONTRACT "ExtendedAttributes;")),
-      m_getProviderStorageInfo(
-          m_java.method("getProviderStorageInfo", "(" BENCH_URI ")" BENCH_CONTRACT "ProviderStorageInfo;")),
-      m_listFolder(m_java.method("listFolder", "(" BENCH_URI ")[" BENCH_CONTRACT "FolderListEntry;")) {}
+FloorProvider::FloorProvider(const std::shared_ptr<jvm_interface::JVM>& jvm, Lookups lookups)
+    : m_java(jvm, lookups), m_entryClass(holdEntryClass(m_java.env())) {}
 
-void FloorProvider::callVoid(jmethodID method, std::u16string_view location) const {
-    JNIEnv* env = m_java.env();
+void FloorProvider::callVoid(FloorJava::Method method, std::u16string_view location) const {
+    const FloorGuard env(m_java);
     jobject uri = m_java.newUri(location);
-    env->CallVoidMethod(m_java.provider(), method, uri);
+    env->CallVoidMethod(m_java.provider(), m_java.method(method), uri);
     m_java.check();
     env->DeleteLocalRef(uri);
 }
 
-bool FloorProvider::fileExists(std::u16string_view location) const {
+bool FloorProvider::exists(FloorJava::Method method, std::u16string_view location) const {
+    const FloorGuard guard(m_java);
+    return exists(m_java.method(method), location);
+}
+
+bool FloorProvider::exists(jmethodID method, std::u16string_view location) const {
     JNIEnv* env = m_java.env();
     jobject uri = m_java.newUri(location);
-    const jboolean result = env->CallBooleanMethod(m_java.provider(), m_fileExists, uri);
+    const jboolean result = env->CallBooleanMethod(m_java.provider(), method, uri);
     m_java.check();
     env->DeleteLocalRef(uri);
     return result != JNI_FALSE;
 }
 
-void FloorProvider::moveFile(std::u16string_view source, std::u16string_view destination, bool replace) const {
-    JNIEnv* env = m_java.env();
+void FloorProvider::move(FloorJava::Method method, std::u16string_view source, std::u16string_view destination,
+                         bool replace) const {
+    const FloorGuard env(m_java);
     jobject from = m_java.newUri(source);
     jobject to = m_java.newUri(destination);
-    env->CallVoidMethod(m_java.provider(), m_moveFile, from, to, replace ? JNI_TRUE : JNI_FALSE);
+    env->CallVoidMethod(m_java.provider(), m_java.method(method), from, to, replace ? JNI_TRUE : JNI_FALSE);
     m_java.check();
     env->DeleteLocalRef(to);
     env->DeleteLocalRef(from);
 }
 
 FloorProvider::FileAttributes FloorProvider::getFileAttributes(std::u16string_view location) const {
-    JNIEnv* env = m_java.env();
+    const FloorGuard env(m_java);
     jobject uri = m_java.newUri(location);
-    jobject attributes = env->CallObjectMethod(m_java.provider(), m_getFileAttributes, uri);
+    jobject attributes = env->CallObjectMethod(m_java.provider(), m_java.method(FloorJava::GetFileAttributes), uri);
     m_java.check();
     const bool writable = m_java.readBoolean(attributes, "isWritable");
     const jlong modified = m_java.readLong(attributes, "getLastModified");
@@ -84,35 +75,45 @@ FloorProvider::FileAttributes FloorProvider::getFileAttributes(std::u16string_vi
     return {static_cast<std::uint64_t>(size), toTime(modified), writable};
 }
 
-void FloorProvider::setLastModified(std::u16string_view location, jlong millis) const {
-    JNIEnv* env = m_java.env();
+FloorProvider::FolderAttributes FloorProvider::getFolderAttributes(std::u16string_view location) const {
+    const FloorGuard env(m_java);
     jobject uri = m_java.newUri(location);
-    env->CallVoidMethod(m_java.provider(), m_setLastModified, uri, millis);
+    jobject attributes = env->CallObjectMethod(m_java.provider(), m_java.method(FloorJava::GetFolderAttributes), uri);
+    m_java.check();
+    const bool writable = m_java.readBoolean(attributes, "isWritable");
+    const jlong modified = m_java.readLong(attributes, "getLastModified");
+    env->DeleteLocalRef(attributes);
+    env->DeleteLocalRef(uri);
+    return {toTime(modified), writable};
+}
+
+void FloorProvider::setLastModified(std::u16string_view location, jlong millis) const {
+    const FloorGuard env(m_java);
+    jobject uri = m_java.newUri(location);
+    env->CallVoidMethod(m_java.provider(), m_java.method(FloorJava::SetLastModified), uri, millis);
     m_java.check();
     env->DeleteLocalRef(uri);
 }
 
 std::map<std::string, boost::any> FloorProvider::getExtendedAttributes(std::u16string_view location) const {
-    JNIEnv* env = m_java.env();
-    env->PushLocalFrame(16);
+    const FloorGuard env(m_java);
     jobject uri = m_java.newUri(location);
-    jobject attributes = env->CallObjectMethod(m_java.provider(), m_getExtendedAttributes, uri);
+    jobject attributes = env->CallObjectMethod(m_java.provider(), m_java.method(FloorJava::GetExtendedAttributes), uri);
     m_java.check();
     auto result = readAttributes(attributes);
     env->DeleteLocalRef(attributes);
     env->DeleteLocalRef(uri);
-    env->PopLocalFrame(nullptr);
     return result;
 }
 
 std::map<std::string, boost::any> FloorProvider::readAttributes(jobject attributes) const {
     JNIEnv* env = m_java.env();
     jclass cls = env->GetObjectClass(attributes);
-    jmethodID getAll = env->GetMethodID(cls, "getAllAttributes", "()[" BENCH_CONTRACT "ExtendedAttribute;");
+    jmethodID getAll = m_java.ask(cls, "getAllAttributes", "()[Lcom/corvallen/storage/provider/ExtendedAttribute;");
     // Left to the frame, as the library does.
     jclass attributeClass = env->FindClass("com/corvallen/storage/provider/ExtendedAttribute");
-    jmethodID getName = env->GetMethodID(attributeClass, "getName", "()Ljava/lang/String;");
-    jmethodID getValue = env->GetMethodID(attributeClass, "getValue", "()Ljava/lang/String;");
+    jmethodID getName = m_java.ask(attributeClass, "getName", "()Ljava/lang/String;");
+    jmethodID getValue = m_java.ask(attributeClass, "getValue", "()Ljava/lang/String;");
     auto* array = static_cast<jobjectArray>(env->CallObjectMethod(attributes, getAll));
     const jsize length = env->GetArrayLength(array);
     std::map<std::string, boost::any> result;
@@ -142,13 +143,13 @@ std::pair<std::string, std::string> FloorProvider::readAttribute(jobject attribu
 }
 
 std::pair<std::uint64_t, std::uint64_t> FloorProvider::getProviderStorageInfo(std::u16string_view location) const {
-    JNIEnv* env = m_java.env();
+    const FloorGuard env(m_java);
     jobject uri = m_java.newUri(location);
-    jobject info = env->CallObjectMethod(m_java.provider(), m_getProviderStorageInfo, uri);
+    jobject info = env->CallObjectMethod(m_java.provider(), m_java.method(FloorJava::GetProviderStorageInfo), uri);
     m_java.check();
     jclass cls = env->GetObjectClass(info);
-    jmethodID getCapacity = env->GetMethodID(cls, "getStorageCapacity", "()J");
-    jmethodID getOccupied = env->GetMethodID(cls, "getSpaceOccupied", "()J");
+    jmethodID getCapacity = m_java.ask(cls, "getStorageCapacity", "()J");
+    jmethodID getOccupied = m_java.ask(cls, "getSpaceOccupied", "()J");
     const auto capacity = static_cast<std::uint64_t>(env->CallLongMethod(info, getCapacity));
     const auto occupied = static_cast<std::uint64_t>(env->CallLongMethod(info, getOccupied));
     env->DeleteLocalRef(cls);
@@ -158,16 +159,17 @@ std::pair<std::uint64_t, std::uint64_t> FloorProvider::getProviderStorageInfo(st
 }
 
 std::vector<FloorProvider::Entry> FloorProvider::listAll(std::u16string_view location) const {
-    JNIEnv* env = m_java.env();
+    const FloorGuard env(m_java);
     jobject uri = m_java.newUri(location);
-    auto* listing = static_cast<jobjectArray>(env->CallObjectMethod(m_java.provider(), m_listFolder, uri));
+    auto* listing =
+        static_cast<jobjectArray>(env->CallObjectMethod(m_java.provider(), m_java.method(FloorJava::ListFolder), uri));
     m_java.check();
     const jsize length = env->GetArrayLength(listing);
     std::vector<Entry> entries;
     entries.reserve(static_cast<std::size_t>(length));
     if (length > 0) {
-        jmethodID getName = env->GetMethodID(m_entryClass, "getName", "()Ljava/lang/String;");
-        jmethodID isFolder = env->GetMethodID(m_entryClass, "isFolder", "()Z");
+        jmethodID getName = m_java.ask(m_entryClass, "getName", "()Ljava/lang/String;");
+        jmethodID isFolder = m_java.ask(m_entryClass, "isFolder", "()Z");
         for (jsize index = 0; index < length; ++index) {
             readEntry(listing, index, getName, isFolder, entries);
         }

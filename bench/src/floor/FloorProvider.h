@@ -10,19 +10,22 @@
 #include <utility>
 #include <vector>
 
-#include "floor/FloorJava.h"
+#include "floor/FloorGuard.h"
 
 namespace bench {
 
 /// The operations of a provider as a careful engineer would write them for this one back end: the same JNI calls in the
-/// same order as the library has to make, the same results, and nothing else.
+/// same order as the library has to make, the same results, and nothing else but the lookups it is told to make.
 ///
-/// Locations come as the text that Java gets, times as Java's milliseconds. Where an operation leaves references to
-/// the local frame it brings a frame of its own. Used on one thread.
+/// Locations come as the text that Java gets, times as Java's milliseconds. Used on the thread that made it.
 class FloorProvider {
 public:
     struct FileAttributes {
         std::uint64_t size;
+        boost::posix_time::ptime lastModified;
+        bool writable;
+    };
+    struct FolderAttributes {
         boost::posix_time::ptime lastModified;
         bool writable;
     };
@@ -31,23 +34,41 @@ public:
         std::int32_t type;
     };
 
-    explicit FloorProvider(JNIEnv* env);
+    FloorProvider(const std::shared_ptr<jvm_interface::JVM>& jvm, Lookups lookups);
 
     [[nodiscard]] const FloorJava& java() const noexcept { return m_java; }
 
-    [[nodiscard]] bool fileExists(std::u16string_view location) const;
-    void createFile(std::u16string_view location) const { callVoid(m_createFile, location); }
-    void removeFile(std::u16string_view location) const { callVoid(m_removeFile, location); }
-    void moveFile(std::u16string_view source, std::u16string_view destination, bool replace) const;
+    [[nodiscard]] bool fileExists(std::u16string_view location) const {
+        return exists(FloorJava::FileExists, location);
+    }
+    [[nodiscard]] bool folderExists(std::u16string_view location) const {
+        return exists(FloorJava::FolderExists, location);
+    }
+    void createFile(std::u16string_view location) const { callVoid(FloorJava::CreateFile, location); }
+    void createFolder(std::u16string_view location) const { callVoid(FloorJava::CreateFolder, location); }
+    void removeFile(std::u16string_view location) const { callVoid(FloorJava::RemoveFile, location); }
+    void moveFile(std::u16string_view source, std::u16string_view destination, bool replace) const {
+        move(FloorJava::MoveFile, source, destination, replace);
+    }
+    void moveFolder(std::u16string_view source, std::u16string_view destination, bool replace) const {
+        move(FloorJava::MoveFolder, source, destination, replace);
+    }
     [[nodiscard]] FileAttributes getFileAttributes(std::u16string_view location) const;
+    [[nodiscard]] FolderAttributes getFolderAttributes(std::u16string_view location) const;
     void setLastModified(std::u16string_view location, jlong millis) const;
     [[nodiscard]] std::map<std::string, boost::any> getExtendedAttributes(std::u16string_view location) const;
     /// Capacity and occupied space.
     [[nodiscard]] std::pair<std::uint64_t, std::uint64_t> getProviderStorageInfo(std::u16string_view location) const;
     [[nodiscard]] std::vector<Entry> listAll(std::u16string_view location) const;
 
+    /// The existence test alone, without a guard and with a method at hand.
+    [[nodiscard]] bool exists(jmethodID method, std::u16string_view location) const;
+
 private:
-    void callVoid(jmethodID method, std::u16string_view location) const;
+    [[nodiscard]] bool exists(FloorJava::Method method, std::u16string_view location) const;
+    void callVoid(FloorJava::Method method, std::u16string_view location) const;
+    void move(FloorJava::Method method, std::u16string_view source, std::u16string_view destination,
+              bool replace) const;
     [[nodiscard]] std::pair<std::string, std::string> readAttribute(jobject attribute, jmethodID getName,
                                                                     jmethodID getValue) const;
     [[nodiscard]] std::map<std::string, boost::any> readAttributes(jobject attributes) const;
@@ -56,15 +77,6 @@ private:
 
     FloorJava m_java;
     jclass m_entryClass;
-    jmethodID m_fileExists;
-    jmethodID m_createFile;
-    jmethodID m_removeFile;
-    jmethodID m_moveFile;
-    jmethodID m_getFileAttributes;
-    jmethodID m_setLastModified;
-    jmethodID m_getExtendedAttributes;
-    jmethodID m_getProviderStorageInfo;
-    jmethodID m_listFolder;
 };
 
 /// ASCII text as narrow text.

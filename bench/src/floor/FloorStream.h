@@ -1,17 +1,18 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string_view>
 
-#include "floor/FloorJava.h"
+#include "floor/FloorGuard.h"
 
 namespace bench {
 
-/// One open file of the back end, and how it comes to be. Used on one thread.
+/// One open file of the back end. Used on one thread.
 class FloorStream {
 public:
-    /// Asks the back end for the file, looks the channel's six methods up, and keeps the channel.
-    FloorStream(const FloorJava& java, jmethodID getReadOnlyChannel, std::u16string_view location);
+    /// Asks the channel's class for its six methods, and keeps the channel with a reference of its own.
+    FloorStream(const FloorJava& java, jobject channel);
     ~FloorStream();
 
     FloorStream(const FloorStream&) = delete;
@@ -22,19 +23,17 @@ public:
     void close() const;
 
 private:
-    [[nodiscard]] std::int64_t transfer(jmethodID method, void* memory, std::int64_t count) const;
+    enum Method : std::size_t { Read, Write, GetPosition, SetPosition, Size, Close, MethodCount };
+    static const FloorMethods<MethodCount>::Names Names;
+
+    [[nodiscard]] std::int64_t transfer(Method method, void* memory, std::int64_t count) const;
 
     const FloorJava& m_java;
     jobject m_channel;
-    jmethodID m_read;
-    jmethodID m_write;
-    jmethodID m_getPosition;
-    jmethodID m_setPosition;
-    jmethodID m_size;
-    jmethodID m_close;
+    FloorMethods<MethodCount> m_methods;
 };
 
-/// The back end's method that opens a file for reading.
-[[nodiscard]] jmethodID readOnlyChannelMethod(const FloorJava& java);
+/// Opens a file of the back end for reading.
+[[nodiscard]] std::unique_ptr<FloorStream> openReadOnly(const FloorJava& java, std::u16string_view location);
 
 }  // namespace bench

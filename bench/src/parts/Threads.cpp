@@ -17,7 +17,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 /// Makes what a thread calls over and over, on that thread.
-using MakeCall = std::function<std::function<void()>(JNIEnv*)>;
+using MakeCall = std::function<std::function<void()>()>;
 
 /// Calls until told to stop; how many calls that were.
 std::int64_t callUntil(const std::atomic<bool>& stop, const std::function<void()>& call) {
@@ -42,7 +42,7 @@ double timeBetweenCalls(const Machine& machine, const MakeCall& makeCall, int th
     for (int i = 0; i < threadCount; ++i) {
         threads.emplace_back([&] {
             const storage::jvm::ThreadAttachment attachment(machine.jvm());
-            const auto call = makeCall(environmentOf(machine.jvm()->getJavaVM()));
+            const auto call = makeCall();
             ready.arrive_and_wait();
             calls += callUntil(stop, call);
         });
@@ -83,11 +83,10 @@ std::vector<Row> measureThreads(const Effort& effort) {
     constexpr double Target = 1 / 1.8;
     const Machine machine;
     const auto provider = machine.makeProvider();
-    const auto bridge = [&provider](JNIEnv*) {
-        return [&provider] { static_cast<void>(provider->fileExists(File.iri)); };
-    };
-    const auto floor = [](JNIEnv* env) {
-        return [java = FloorProvider(env)] { static_cast<void>(java.fileExists(File.text)); };
+    const auto bridge = [&provider] { return [&provider] { static_cast<void>(provider->fileExists(File.iri)); }; };
+    const auto floor = [&machine] {
+        return
+            [java = FloorProvider(machine.jvm(), Lookups::PerCall)] { static_cast<void>(java.fileExists(File.text)); };
     };
     return {compare(machine, "fileExists/2 threads", bridge, Target, effort),
             compare(machine, "floor's fileExists/2 threads", floor, std::nullopt, effort)};

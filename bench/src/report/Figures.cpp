@@ -33,6 +33,8 @@ std::string formatFigure(double value, Unit unit) {
 
 std::string formatRatio(double ratio) { return fmt::format("{:.{}f}", ratio, ratio < 10 ? 2 : 1); }
 
+std::string formatBare(const Row& row) { return row.bare ? formatFigure(*row.bare, row.unit) : "–"; }
+
 std::string formatTarget(const Row& row) { return row.target ? formatRatio(*row.target) : "–"; }
 
 std::string verdict(const Row& row) {

@@ -10,6 +10,8 @@ namespace bench {
 
 /// With its unit and three digits or so: "417 ns", "29.9 µs", "1.2 s", "74 MiB".
 [[nodiscard]] std::string formatFigure(double value, Unit unit);
+/// The figure of the floor with everything at hand, or a dash where there is none.
+[[nodiscard]] std::string formatBare(const Row& row);
 /// "1.15".
 [[nodiscard]] std::string formatRatio(double ratio);
 /// "1.15", or a dash for a row without a target.

@@ -12,14 +12,20 @@ namespace bench {
 /// that are not known are an error (std::runtime_error).
 [[nodiscard]] std::vector<Row> collectRows(const std::filesystem::path& parts);
 
+/// Whether the folder holds every part, so that documents made of them leave nothing out.
+[[nodiscard]] bool isComplete(const std::filesystem::path& parts);
+
 /// The rows as a table for a terminal.
 [[nodiscard]] std::string formatTable(const std::vector<Row>& rows);
 
 /// The rows as Markdown tables, one for each group.
 [[nodiscard]] std::string formatMarkdown(const std::vector<Row>& rows);
 
-/// `{"name": {"floor_ns": …, "bridge_ns": …, "ratio": …, "target": …}}` of the rows measured in time; the target is
-/// null where there is none.
+/// One sentence with the two figures that the README shows. Throws std::runtime_error when one was not measured.
+[[nodiscard]] std::string formatHeadline(const std::vector<Row>& rows);
+
+/// `{"name": {"floor_ns": …, "bridge_ns": …, "ratio": …, "target": …}}`; the target is null where there is none, what
+/// is measured in bytes ends in `_bytes`, and `bare_ns` stands where the floor was measured with everything at hand.
 [[nodiscard]] std::string formatJson(const std::vector<Row>& rows);
 
 /// Draws the charts into the folder; a chart without rows is left as it is.

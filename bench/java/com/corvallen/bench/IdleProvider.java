@@ -81,6 +81,9 @@ public final class IdleProvider implements StorageProvider {
     public void moveFile(StorageURI source, StorageURI target, boolean replace) {}
 
     @Override
+    public void moveFolder(StorageURI source, StorageURI target, boolean replace) {}
+
+    @Override
     public FileAttributes getFileAttributes(StorageURI location) {
         return FILE;
     }
