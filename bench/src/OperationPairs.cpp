@@ -8,7 +8,6 @@ namespace {
 using foundation::storage::provider::IProvider;
 using foundation::storage::provider::ReplacementPolicy;
 
-constexpr jlong Millis = 1'700'000'000'123;
 /// How many the idle back end gives.
 constexpr std::int64_t AttributeCount = 16;
 
@@ -46,7 +45,7 @@ std::vector<Pair> filePairs(Sides& sides) {
             sides, "getFileAttributes", [](const FloorProvider& floor) { return floor.getFileAttributes(File.text); },
             [](const IProvider& provider) { return provider.getFileAttributes(File.iri); }),
         comparison(
-            sides, "setLastModified", [](const FloorProvider& floor) { floor.setLastModified(File.text, Millis); },
+            sides, "setLastModified", [time](const FloorProvider& floor) { floor.setLastModified(File.text, time); },
             [time](const IProvider& provider) { provider.setLastModified(File.iri, time); })};
 }
 

@@ -9,6 +9,11 @@ boost::posix_time::ptime toTime(jlong millis) {
     return {epoch, boost::posix_time::time_duration(0, 0, 0, millis * 1000)};
 }
 
+jlong toMillis(const boost::posix_time::ptime& time) {
+    static const boost::posix_time::ptime epoch(boost::gregorian::date(1970, 1, 1));
+    return static_cast<jlong>((time - epoch).total_milliseconds());
+}
+
 jclass holdEntryClass(JNIEnv* env) {
     jclass found = env->FindClass("com/corvallen/storage/provider/FolderListEntry");
     auto* held = static_cast<jclass>(env->NewGlobalRef(found));
@@ -87,10 +92,10 @@ FloorProvider::FolderAttributes FloorProvider::getFolderAttributes(std::u16strin
     return {toTime(modified), writable};
 }
 
-void FloorProvider::setLastModified(std::u16string_view location, jlong millis) const {
+void FloorProvider::setLastModified(std::u16string_view location, const boost::posix_time::ptime& time) const {
     const FloorGuard env(m_java);
     jobject uri = m_java.newUri(location);
-    env->CallVoidMethod(m_java.provider(), m_java.method(FloorJava::SetLastModified), uri, millis);
+    env->CallVoidMethod(m_java.provider(), m_java.method(FloorJava::SetLastModified), uri, toMillis(time));
     m_java.check();
     env->DeleteLocalRef(uri);
 }

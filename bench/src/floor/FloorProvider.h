@@ -17,7 +17,7 @@ namespace bench {
 /// The operations of a provider as a careful engineer would write them for this one back end: the same JNI calls in the
 /// same order as the library has to make, the same results, and nothing else but the lookups it is told to make.
 ///
-/// Locations come as the text that Java gets, times as Java's milliseconds. Used on the thread that made it.
+/// Locations come as the text that Java gets. Used on the thread that made it.
 class FloorProvider {
 public:
     struct FileAttributes {
@@ -55,7 +55,7 @@ public:
     }
     [[nodiscard]] FileAttributes getFileAttributes(std::u16string_view location) const;
     [[nodiscard]] FolderAttributes getFolderAttributes(std::u16string_view location) const;
-    void setLastModified(std::u16string_view location, jlong millis) const;
+    void setLastModified(std::u16string_view location, const boost::posix_time::ptime& time) const;
     [[nodiscard]] std::map<std::string, boost::any> getExtendedAttributes(std::u16string_view location) const;
     /// Capacity and occupied space.
     [[nodiscard]] std::pair<std::uint64_t, std::uint64_t> getProviderStorageInfo(std::u16string_view location) const;
