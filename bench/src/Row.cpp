@@ -2,6 +2,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
+#include <array>
 #include <fstream>
 #include <stdexcept>
 
@@ -10,6 +12,16 @@ namespace bench {
 namespace {
 
 using Json = nlohmann::ordered_json;
+
+constexpr std::array Units = {Unit::Nanoseconds, Unit::Bytes, Unit::Instructions};
+
+Unit toUnit(const std::string& name) {
+    const auto* unit = std::find_if(Units.begin(), Units.end(), [&name](Unit one) { return unitName(one) == name; });
+    if (unit == Units.end()) {
+        throw std::runtime_error("no unit: " + name);
+    }
+    return *unit;
+}
 
 Json toJson(const std::optional<double>& figure) { return figure ? Json(*figure) : Json(nullptr); }
 
@@ -20,7 +32,7 @@ std::optional<double> toFigure(const Json& json) {
 Json toJson(const Row& row) {
     return {{"name", row.name},
             {"group", row.group},
-            {"unit", row.unit == Unit::Bytes ? "bytes" : "ns"},
+            {"unit", unitName(row.unit)},
             {"floor", row.floor},
             {"bridge", row.bridge},
             {"bare", toJson(row.bare)},
@@ -33,7 +45,7 @@ Row toRow(const Json& json) {
     Row row;
     row.name = json.at("name");
     row.group = json.at("group");
-    row.unit = json.at("unit") == "bytes" ? Unit::Bytes : Unit::Nanoseconds;
+    row.unit = toUnit(json.at("unit"));
     row.floor = json.at("floor");
     row.bridge = json.at("bridge");
     row.bare = toFigure(json.at("bare"));
@@ -44,6 +56,17 @@ Row toRow(const Json& json) {
 }
 
 }  // namespace
+
+const char* unitName(Unit unit) {
+    switch (unit) {
+        case Unit::Bytes:
+            return "bytes";
+        case Unit::Instructions:
+            return "instructions";
+        default:
+            return "ns";
+    }
+}
 
 void writeRows(const std::filesystem::path& file, const std::vector<Row>& rows) {
     Json json = Json::array();

@@ -8,7 +8,10 @@
 namespace bench {
 
 /// How the two figures of a row are to be read.
-enum class Unit { Nanoseconds, Bytes };
+enum class Unit { Nanoseconds, Bytes, Instructions };
+
+/// "ns", "bytes", "instructions".
+[[nodiscard]] const char* unitName(Unit unit);
 
 /// One measured comparison.
 struct Row {

@@ -8,6 +8,7 @@
 #include <map>
 #include <string>
 
+#include "InstructionCounter.h"
 #include "parts/Parts.h"
 
 namespace {
@@ -18,8 +19,11 @@ const std::map<std::string, MeasurePart> Parts = {
     {"operations", bench::measureOperations}, {"listings", bench::measureListings}, {"streams", bench::measureStreams},
     {"errors", bench::measureErrors},         {"events", bench::measureEvents},     {"pieces", bench::measurePieces},
     {"attachment", bench::measureAttachment}, {"threads", bench::measureThreads},   {"log", bench::measureLogLevels},
-    {"memory", bench::measureMemory},
+    {"memory", bench::measureMemory},         {"counts", bench::measureCounts},
 };
+
+/// The exit code when this computer cannot measure the part.
+constexpr int Unsupported = 77;
 
 struct Arguments {
     std::string part;
@@ -50,6 +54,9 @@ int main(int argc, char** argv) {
     try {
         bench::writeRows(arguments.output, Parts.at(arguments.part)(effortOf(arguments)));
         return 0;
+    } catch (const bench::NoInstructionCounter& error) {
+        fmt::print(stderr, "{}: {}\n", arguments.part, error.what());
+        return Unsupported;
     } catch (const std::exception& error) {
         fmt::print(stderr, "{}: {}\n", arguments.part, error.what());
         return 1;

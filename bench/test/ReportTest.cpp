@@ -85,6 +85,17 @@ TEST_F(ReportTest, RowsSurviveTheirFile) {
     EXPECT_EQ(rows[1].bare, std::nullopt);
 }
 
+TEST_F(ReportTest, UnitsSurviveTheirFile) {
+    Row counted = row("counted", 1, 2, std::nullopt);
+    counted.unit = Unit::Instructions;
+    writeRows(m_folder / "counts.json", {counted, row("timed", 1, 2, std::nullopt)});
+    const std::vector<Row> rows = readRows(m_folder / "counts.json");
+    EXPECT_EQ(rows.at(0).unit, Unit::Instructions);
+    EXPECT_EQ(rows.at(1).unit, Unit::Nanoseconds);
+    write("odd.json", R"([{"name": "n", "group": "g", "unit": "miles"}])");
+    EXPECT_THROW(static_cast<void>(readRows(m_folder / "odd.json")), std::runtime_error);
+}
+
 TEST_F(ReportTest, MissingRowsAreAnError) {
     EXPECT_THROW(static_cast<void>(readRows(m_folder / "nothing.json")), std::runtime_error);
 }
@@ -151,6 +162,7 @@ TEST(ReportTextTest, FiguresHaveTheUnitThatFitsThem) {
     EXPECT_EQ(formatFigure(29'861, Unit::Nanoseconds), "29.9 µs");
     EXPECT_EQ(formatFigure(1.25e9, Unit::Nanoseconds), "1.25 s");
     EXPECT_EQ(formatFigure(74.0 * 1024 * 1024, Unit::Bytes), "74.0 MiB");
+    EXPECT_EQ(formatFigure(5349.2, Unit::Instructions), "5349");
 }
 
 TEST(ChartTest, MissedTargetHasAColourOfItsOwn) {

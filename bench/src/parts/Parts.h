@@ -17,6 +17,8 @@ namespace bench {
 [[nodiscard]] std::vector<Row> measureEvents(const Effort& effort);
 /// What the parts of the way cost that an operation has in common with the others.
 [[nodiscard]] std::vector<Row> measurePieces(const Effort& effort);
+/// Instructions of each operation, which are the same in every run. Throws NoInstructionCounter where none are counted.
+[[nodiscard]] std::vector<Row> measureCounts(const Effort& effort);
 /// A thread that is attached for every call against one that stays attached.
 [[nodiscard]] std::vector<Row> measureAttachment(const Effort& effort);
 /// Two threads against one: nanoseconds from one operation to the next, whichever thread makes it.

@@ -28,7 +28,14 @@ std::string scaled(double value, const std::array<Scale, Count>& scales) {
 std::string formatFigure(double value, Unit unit) {
     static constexpr std::array<Scale, 4> Times = {{{1, "ns"}, {1e3, "µs"}, {1e6, "ms"}, {1e9, "s"}}};
     static constexpr std::array<Scale, 3> Sizes = {{{1, "B"}, {1024, "KiB"}, {1024 * 1024, "MiB"}}};
-    return unit == Unit::Bytes ? scaled(value, Sizes) : scaled(value, Times);
+    switch (unit) {
+        case Unit::Bytes:
+            return scaled(value, Sizes);
+        case Unit::Instructions:
+            return fmt::format("{:.0f}", value);
+        default:
+            return scaled(value, Times);
+    }
 }
 
 std::string formatRatio(double ratio) { return fmt::format("{:.{}f}", ratio, ratio < 10 ? 2 : 1); }

@@ -8,7 +8,7 @@ namespace bench {
 
 // Figures as people read them, the same in table, charts and document.
 
-/// With its unit and three digits or so: "417 ns", "29.9 µs", "1.2 s", "74 MiB".
+/// With its unit and three digits or so: "417 ns", "29.9 µs", "1.2 s", "74 MiB"; instructions as a plain number.
 [[nodiscard]] std::string formatFigure(double value, Unit unit);
 /// The figure of the floor with everything at hand, or a dash where there is none.
 [[nodiscard]] std::string formatBare(const Row& row);

@@ -20,8 +20,11 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::array Parts = {"operations", "listings", "streams", "errors", "events",  "pieces",
+constexpr std::array Parts = {"operations", "listings", "streams", "errors", "events",  "pieces", "counts",
                               "attachment", "threads",  "log",     "memory", "startup", "copy"};
+
+/// Not every computer counts instructions.
+constexpr std::string_view OptionalPart = "counts";
 
 constexpr std::string_view BeginMark = "<!-- figures: begin -->\n";
 constexpr std::string_view EndMark = "<!-- figures: end -->";
@@ -84,8 +87,9 @@ std::string padded(const std::string& text, std::size_t width, bool right) {
 }  // namespace
 
 bool isComplete(const fs::path& parts) {
-    return std::all_of(Parts.begin(), Parts.end(),
-                       [&parts](const char* part) { return fs::exists(parts / (std::string(part) + ".json")); });
+    return std::all_of(Parts.begin(), Parts.end(), [&parts](const char* part) {
+        return part == OptionalPart || fs::exists(parts / (std::string(part) + ".json"));
+    });
 }
 
 std::vector<Row> collectRows(const fs::path& parts) {
@@ -152,7 +156,7 @@ std::string formatHeadline(const std::vector<Row>& rows) {
 std::string formatJson(const std::vector<Row>& rows) {
     nlohmann::ordered_json report = nlohmann::ordered_json::object();
     for (const Row& row : rows) {
-        const std::string unit = row.unit == Unit::Bytes ? "_bytes" : "_ns";
+        const std::string unit = std::string("_") + unitName(row.unit);
         auto& figures = report[row.name];
         figures = {{"floor" + unit, row.floor}, {"bridge" + unit, row.bridge}, {"ratio", row.ratio()}};
         figures["target"] = row.target ? nlohmann::ordered_json(*row.target) : nullptr;

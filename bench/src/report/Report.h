@@ -12,7 +12,7 @@ namespace bench {
 /// that are not known are an error (std::runtime_error).
 [[nodiscard]] std::vector<Row> collectRows(const std::filesystem::path& parts);
 
-/// Whether the folder holds every part, so that documents made of them leave nothing out.
+/// Whether the folder holds every part that any computer can measure, so that documents made of them leave nothing out.
 [[nodiscard]] bool isComplete(const std::filesystem::path& parts);
 
 /// The rows as a table for a terminal.
@@ -24,8 +24,9 @@ namespace bench {
 /// One sentence with the two figures that the README shows. Throws std::runtime_error when one was not measured.
 [[nodiscard]] std::string formatHeadline(const std::vector<Row>& rows);
 
-/// `{"name": {"floor_ns": …, "bridge_ns": …, "ratio": …, "target": …}}`; the target is null where there is none, what
-/// is measured in bytes ends in `_bytes`, and `bare_ns` stands where the floor was measured with everything at hand.
+/// `{"name": {"floor_ns": …, "bridge_ns": …, "ratio": …, "target": …}}`; the target is null where there is none,
+/// figures in other units end in `_bytes` or `_instructions`, and `bare_ns` stands where the floor was measured with
+/// everything at hand.
 [[nodiscard]] std::string formatJson(const std::vector<Row>& rows);
 
 /// Draws the charts into the folder; a chart without rows is left as it is.
