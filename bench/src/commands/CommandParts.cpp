@@ -100,7 +100,7 @@ std::vector<Row> measureCopies(const Programs& programs) {
     writeSmallFiles(small, fileCount);
     const auto tidy = [&target] { fs::remove_all(target); };
     const std::string jstore = programs.jstore.string();
-    const int roundCount = std::min(programs.rounds, 3);
+    const int roundCount = std::min(programs.rounds, 5);
     return {compare("jstore cp/1 GiB", "copies", std::nullopt, roundCount, {"cp", large.string(), target.string()},
                     {jstore, "cp", large.string(), toJava(target)}, tidy),
             compare("jstore cp -r/20000 files", "copies", std::nullopt, roundCount,

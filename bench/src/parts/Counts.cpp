@@ -57,7 +57,7 @@ std::vector<Row> measureCounts(const Effort& effort) {
     // As many as take about a second, a microsecond each; enough for Java to have compiled what it calls.
     const auto calls = std::max<std::int64_t>(1, effort.warmUp.count() / 5);
     std::vector<Row> rows;
-    for (auto* makePairs : {operationPairs, streamPairs}) {
+    for (auto* makePairs : {operationPairs, streamPairs, piecePairs}) {
         for (const Pair& pair : makePairs(sides)) {
             rows.push_back(countedRow(pair, calls, counter));
         }
