@@ -139,6 +139,8 @@ std::vector<std::string> JniRecorder::leaks() const {
     return m_recording->ledger([](const ReferenceLedger& ledger) { return ledger.leaks(); });
 }
 
+std::vector<std::string> JniRecorder::takeLeftToFrames() { return m_recording->takeLeftToFrames(); }
+
 void JniRecorder::fail(JniFault fault) {
     requireFallible(fault.call);
     PlannedFailure failure;

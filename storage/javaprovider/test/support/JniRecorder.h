@@ -67,7 +67,11 @@ public:
     [[nodiscard]] long liveLocals(ThreadNumber thread) const;
     /// The most local references that the calling thread had live at a time since the start or the last clear().
     [[nodiscard]] long peakLocals() const;
-    /// The same for the whole process: global references, weak global references, and string characters that
+    /// One line for each local reference that was live when its frame was popped, on any thread, since the start or the
+    /// last time that this was asked (not the last clear()): the calls it comes from. What code releases itself is not
+    /// among them.
+    [[nodiscard]] std::vector<std::string> takeLeftToFrames();
+    /// Counted for the whole process: global references, weak global references, and string characters that
     /// GetStringChars and GetStringUTFChars gave.
     [[nodiscard]] long liveGlobals() const;
     [[nodiscard]] long liveWeaks() const;

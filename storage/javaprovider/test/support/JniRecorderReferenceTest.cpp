@@ -57,7 +57,20 @@ TEST_F(JniRecorderReferenceTest, APoppedFrameReleasesWhatIsLeftInIt) {
     EXPECT_EQ(recorder.liveLocals(), 3);
     env()->PopLocalFrame(nullptr);
     EXPECT_EQ(recorder.liveLocals(), 1);
+    EXPECT_THAT(recorder.takeLeftToFrames(), ElementsAre("FindClass java/util/HashMap", "NewStringUTF left"));
     env()->DeleteLocalRef(outer);
+}
+
+TEST_F(JniRecorderReferenceTest, WhatIsReleasedOneByOneIsNotLeftToTheFrame) {
+    ASSERT_EQ(env()->PushLocalFrame(8), JNI_OK);
+    env()->DeleteLocalRef(env()->NewStringUTF("released"));
+    const jclass map = env()->FindClass("java/util/HashMap");
+    (void)env()->GetObjectClass(map);
+    env()->DeleteLocalRef(map);
+    env()->PopLocalFrame(nullptr);
+    recorder.clear();
+    EXPECT_THAT(recorder.takeLeftToFrames(), ElementsAre("GetObjectClass of FindClass java/util/HashMap"));
+    EXPECT_THAT(recorder.takeLeftToFrames(), IsEmpty());
 }
 
 TEST_F(JniRecorderReferenceTest, TheResultOfAPoppedFrameLivesOnOutside) {
@@ -66,8 +79,10 @@ TEST_F(JniRecorderReferenceTest, TheResultOfAPoppedFrameLivesOnOutside) {
     const jstring inner = env()->NewStringUTF("kept");
     const jobject kept = env()->PopLocalFrame(inner);
     EXPECT_EQ(recorder.liveLocals(), 1);
+    EXPECT_THAT(recorder.takeLeftToFrames(), IsEmpty());
     env()->PopLocalFrame(nullptr);
     EXPECT_EQ(recorder.liveLocals(), 0);
+    EXPECT_THAT(recorder.takeLeftToFrames(), ElementsAre("PopLocalFrame"));
     EXPECT_NE(kept, nullptr);
 }
 
@@ -88,6 +103,7 @@ TEST_F(JniRecorderReferenceTest, AFrameThatWasPushedUnseenIsPoppedAllTheSame) {
     (void)env()->NewStringUTF("left");
     env()->PopLocalFrame(nullptr);
     EXPECT_EQ(recorder.liveLocals(), 0);
+    EXPECT_THAT(recorder.takeLeftToFrames(), ElementsAre("NewStringUTF left"));
 }
 
 TEST_F(JniRecorderReferenceTest, AFailedFrameOpensNothing) {

@@ -126,6 +126,11 @@ std::size_t Recording::fallibleCalls() const {
     return m_plan.fallibleCalls(thisThread());
 }
 
+std::vector<std::string> Recording::takeLeftToFrames() {
+    const std::lock_guard lock(m_mutex);
+    return m_ledger.takeLeftToFrames();
+}
+
 void Recording::clear() {
     const std::lock_guard lock(m_mutex);
     m_firstSerial += m_calls.size();

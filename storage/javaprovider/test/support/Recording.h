@@ -49,6 +49,7 @@ public:
     void addFault(JniFault fault, PlannedFailure failure);
     [[nodiscard]] std::size_t faultsLeft() const;
     [[nodiscard]] std::size_t fallibleCalls() const;
+    [[nodiscard]] std::vector<std::string> takeLeftToFrames();
     void clear();
     void keepCalls(bool keep);
 

@@ -1,7 +1,7 @@
 #include "support/ReferenceLedger.h"
 
 #include <algorithm>
-#include <string_view>
+#include <utility>
 
 namespace storage::javaprovider::test {
 
@@ -34,9 +34,23 @@ void ReferenceLedger::Locals::popFrame() {
     }
 }
 
+void ReferenceLedger::noteLeft(const Frame& frame, const void* kept) {
+    std::map<ReferenceNumber, std::string> lines;
+    for (const auto& [reference, made] : frame.set.made()) {
+        if (reference != kept) {
+            lines[made.number] = made.by;
+        }
+    }
+    for (auto& [number, line] : lines) {
+        m_left.push_back(std::move(line));
+    }
+}
+
 void ReferenceLedger::beforeCall(const JniCall& call) {
     if (call.function->effect == ReferenceEffect::PopsFrame) {
-        m_locals[call.thread].popFrame();
+        Locals& locals = m_locals[call.thread];
+        noteLeft(locals.frames.back(), call.target);
+        locals.popFrame();
         return;
     }
     if (call.released == nullptr) {
@@ -89,8 +103,9 @@ ReferenceSet* ReferenceLedger::setFor(const JniCall& call) {
 }
 
 std::string ReferenceLedger::originOf(const JniCall& call) const {
-    const bool copies = std::string_view(call.name()).starts_with("New") && call.name().ends_with("Ref");
-    const ReferenceSet::Made* source = copies ? find(call.thread, call.target) : nullptr;
+    const bool copies = call.name().starts_with("New") && call.name().ends_with("Ref");
+    const bool derives = copies || call.name() == "GetObjectClass";
+    const ReferenceSet::Made* source = derives ? find(call.thread, call.target) : nullptr;
     return source == nullptr ? call.toString() : call.toString() + " of " + source->by;
 }
 

@@ -6,6 +6,7 @@
 #include <map>
 #include <string>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "support/JniCall.h"
@@ -59,7 +60,11 @@ public:
     [[nodiscard]] long weaks() const { return m_weaks.live(); }
     [[nodiscard]] long chars() const { return m_chars.live(); }
     [[nodiscard]] std::vector<std::string> leaks() const;
+    /// The calls that each reference comes from that was live when its frame was popped, in order of popping and
+    /// making; on all threads, since the last time that this was asked.
+    [[nodiscard]] std::vector<std::string> takeLeftToFrames() { return std::exchange(m_left, {}); }
 
+    /// Forgets all but what was left to frames.
     void clear();
 
 private:
@@ -84,6 +89,8 @@ private:
         [[nodiscard]] long live() const;
     };
 
+    /// Notes what is left in a frame but `kept`, which moves to the outer one.
+    void noteLeft(const Frame& frame, const void* kept);
     [[nodiscard]] const ReferenceSet::Made* find(ThreadNumber thread, const void* reference) const;
     [[nodiscard]] std::string originOf(const JniCall& call) const;
     /// Where a reference that the function makes belongs; null when it makes none.
@@ -93,6 +100,7 @@ private:
     Shared m_globals;
     Shared m_weaks;
     Shared m_chars;
+    std::vector<std::string> m_left;
     ReferenceNumber m_last = 0;
 };
 
