@@ -71,6 +71,8 @@ jmethodID getMethodID(const JNIEnvPtr& env, jclass cls, const std::string& metho
     return nullptr;
 }
 
+void throwMethodLacking(const std::string& name) { throwInternalError("Method " + name + " not found."); }
+
 jobject getClassLoader(const JNIEnvPtr& env, jclass cls) {
     jclass classClass = env->FindClass("java/lang/Class");
     jmethodID method = getMethodID(env, classClass, "getClassLoader", "()Ljava/lang/ClassLoader;");

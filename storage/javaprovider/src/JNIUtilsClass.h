@@ -2,6 +2,7 @@
 
 #include <jni.h>
 
+#include <map>
 #include <string>
 
 #include "JNIUtilsEnv.h"
@@ -15,6 +16,22 @@ namespace storage::javaprovider {
 /// initialised.
 [[nodiscard]] jmethodID getMethodID(const JNIEnvPtr& env, jclass cls, const std::string& methodName,
                                     const std::string& signature);
+
+/// Method IDs by name, as getMethodID() gave them.
+using MethodTable = std::map<std::string, jmethodID>;
+
+/// Throws AnonymousInternalException<std::runtime_error> "Method … not found.".
+[[noreturn]] void throwMethodLacking(const std::string& name);
+
+/// The ID under `name`, which is in the table. Throws like throwMethodLacking() for a method that Java lacked without a
+/// reason, since a call of it would end the process.
+[[nodiscard]] inline jmethodID methodIn(const MethodTable& table, const std::string& name) {
+    jmethodID method = table.find(name)->second;
+    if (method == nullptr) {
+        throwMethodLacking(name);
+    }
+    return method;
+}
 
 /// The class's loader as a local reference; null for a class of the bootstrap loader.
 [[nodiscard]] jobject getClassLoader(const JNIEnvPtr& env, jclass cls);

@@ -96,7 +96,7 @@ std::optional<std::string> takePendingDescription(const JNIEnvPtr& env) {
 /// Throws `text` followed by the description of the pending Java exception; returns when none is pending.
 void throwPendingAs(const JNIEnvPtr& env, std::string text) {
     if (const auto description = takePendingDescription(env)) {
-        throw AnonymousInternalException<std::runtime_error>(std::runtime_error(text.append(*description)));
+        throwInternalError(text.append(*description));
     }
 }
 
@@ -112,6 +112,10 @@ std::exception_ptr detail::translatePendingException(const JNIEnvPtr& env) {
                                                                : translateUnexpectedException(exception);
     env->ExceptionClear();
     return result;
+}
+
+void throwInternalError(const std::string& text) {
+    throw AnonymousInternalException<std::runtime_error>(std::runtime_error(text));
 }
 
 bool isInstanceOfClass(LocalRef<jthrowable>& object, const std::string& className) {

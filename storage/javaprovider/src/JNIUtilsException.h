@@ -40,6 +40,9 @@ inline void rethrowJavaException(const JNIEnvPtr& env) {
 /// Whether the object is a ProviderException.
 [[nodiscard]] bool isProviderException(LocalRef<jthrowable>& object);
 
+/// Throws AnonymousInternalException<std::runtime_error> with the text.
+[[noreturn]] void throwInternalError(const std::string& text);
+
 /// If a Java exception is pending, clears it and throws AnonymousInternalException<std::runtime_error> with the prefix,
 /// a blank (neither if the prefix is empty) and the exception's toString() text. Otherwise returns.
 void throwPendingJavaException(const JNIEnvPtr& env, const std::string& prefix);

@@ -4,11 +4,11 @@
 
 #include <boost/logic/tribool.hpp>
 
-#include <map>
 #include <memory>
 #include <mutex>
 #include <string>
 
+#include "JNIUtilsClass.h"
 #include "JNIUtilsEnv.h"
 #include "JavaProviderOnceLatch.h"
 #include "foundation/storage/provider/IConfigurableProvider.h"
@@ -91,10 +91,13 @@ private:
     void dispose();
 
     /// The ID of a method of the contract. Every name of the contract is there after a successful construction.
-    [[nodiscard]] jmethodID method(const std::string& name) const { return m_methods.find(name)->second; }
+    [[nodiscard]] jmethodID method(const std::string& name) const { return methodIn(m_methods, name); }
 
-    /// Throws AnonymousInternalException<std::runtime_error> when construction found no Java object to work with.
+    /// Throws AnonymousInternalException<std::runtime_error> when construction found no Java object to work with, or
+    /// could not hold the class of locations.
     void requireUsable() const;
+    /// The same when construction could not hold that class of the contract.
+    static void requireClass(jclass held);
 
     /// The location as a new Java StorageURI, a local reference that the caller owns.
     ///
@@ -133,7 +136,7 @@ private:
     /// Written by the last step of construction only, and never released: whoever holds a feature constant beyond the
     /// provider's life can count on its class.
     jclass m_extendedFeatureClass;
-    std::map<std::string, jmethodID> m_methods;
+    MethodTable m_methods;
 
     // The event bridge's state.
     mutable std::unique_ptr<ChangeCallback> m_publisherCallback;

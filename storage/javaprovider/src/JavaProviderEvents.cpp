@@ -80,6 +80,7 @@ void JNICALL nativePublishImpl(JNIEnv* env, jobject /*self*/, jlong handle, jstr
 }
 
 void JavaProvider::setUpPublisher(const JNIEnvPtr& env, const ChangeCallback& callback) const {
+    requireClass(m_nativePublisherClass);
     // JNI's table wants mutable text that it does not change.
     const JNINativeMethod publish = {
         const_cast<char*>("nativePublish"),

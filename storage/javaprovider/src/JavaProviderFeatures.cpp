@@ -62,6 +62,7 @@ jobject JavaProvider::createFeatureConstant(const JNIEnvPtr& env, const Extended
         return nullptr;
     }
     requireUsable();
+    requireClass(m_extendedFeatureClass);
     // A contract without the constant would end the process here: the contract that a process loads has all four.
     jfieldID field =
         env->GetStaticFieldID(m_extendedFeatureClass, name, "Lcom/corvallen/storage/provider/ExtendedFeature;");

@@ -78,6 +78,7 @@ std::unique_ptr<IFolderEntryIterator> JavaProvider::listFolderContents(const Sto
     const jsize length = env->GetArrayLength(array);
     std::vector<FolderEntry> entries;
     if (length > 0) {
+        requireClass(m_folderListEntryClass);
         const ListingReader reader(env, m_folderListEntryClass, filesWanted);
         // Grown bit by bit, the list would be there twice in the end.
         entries.reserve(static_cast<std::size_t>(length));

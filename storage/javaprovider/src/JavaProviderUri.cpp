@@ -1,5 +1,4 @@
 #include <new>
-#include <stdexcept>
 #include <string>
 
 #include "JNIUtilsException.h"
@@ -7,13 +6,14 @@
 #include "JNIUtilsRef.h"
 #include "JNIUtilsText.h"
 #include "JavaProvider.h"
-#include "foundation/core/except/AnonymousInternalException.h"
 
 namespace storage::javaprovider {
 
-using foundation::core::except::detail::AnonymousInternalException;
-
 namespace {
+
+[[noreturn]] void throwIncomplete() {
+    throwInternalError("The provider was made without a Java object or without the classes of its contract");
+}
 
 void logNoString() { FOUNDATION_LOG(logger(), Severity::Failure) << "Failed to create String for IRI."; }
 
@@ -30,9 +30,15 @@ jstring createIriString(const JNIEnvPtr& env, const std::u16string& text) {
 }  // namespace
 
 void JavaProvider::requireUsable() const {
-    if (m_provider == nullptr || m_storageUriClass == nullptr) {
-        throw AnonymousInternalException<std::runtime_error>(
-            std::runtime_error("The provider was made without a Java object or without the classes of its contract"));
+    if (m_provider == nullptr) {
+        throwIncomplete();
+    }
+    requireClass(m_storageUriClass);
+}
+
+void JavaProvider::requireClass(jclass held) {
+    if (held == nullptr) {
+        throwIncomplete();
     }
 }
 

@@ -54,6 +54,13 @@ ProviderChannelByteStream::~ProviderChannelByteStream() {
     }
 }
 
+jobject ProviderChannelByteStream::channel() const {
+    if (m_channel == nullptr) {
+        throwInternalError("The stream was made without a channel");
+    }
+    return m_channel;
+}
+
 std::streamsize ProviderChannelByteStream::read(char* destination, std::streamsize count) {
     return transfer("read", destination, count);
 }
@@ -65,12 +72,13 @@ std::streamsize ProviderChannelByteStream::write(const char* source, std::stream
 
 std::streamsize ProviderChannelByteStream::transfer(const std::string& key, void* memory, std::streamsize count) const {
     const JNIEnvPtr env(m_jvm);
+    jobject target = channel();
     // Not LocalRef: only success deletes the reference, a failure leaves it to the local frame.
     jobject buffer = env->NewDirectByteBuffer(memory, std::min(count, MaxCapacity));
     if (buffer == nullptr) {
         throwIfOutOfMemory(env);
     }
-    const jint transferred = env->CallIntMethod(m_channel, method(key), buffer);
+    const jint transferred = env->CallIntMethod(target, method(key), buffer);
     rethrowJavaException(env);
     if (buffer != nullptr) {
         env->DeleteLocalRef(buffer);
@@ -94,24 +102,24 @@ std::streampos ProviderChannelByteStream::seek(std::streamoff offset, std::ios_b
 
 void ProviderChannelByteStream::close() {
     const JNIEnvPtr env(m_jvm);
-    env->CallVoidMethod(m_channel, method("close"));
+    env->CallVoidMethod(channel(), method("close"));
     rethrowJavaException(env);
 }
 
 jlong ProviderChannelByteStream::position(const JNIEnvPtr& env) const {
-    const jlong result = env->CallLongMethod(m_channel, method("get_position"));
+    const jlong result = env->CallLongMethod(channel(), method("get_position"));
     rethrowJavaException(env);
     return result;
 }
 
 jlong ProviderChannelByteStream::size(const JNIEnvPtr& env) const {
-    const jlong result = env->CallLongMethod(m_channel, method("size"));
+    const jlong result = env->CallLongMethod(channel(), method("size"));
     rethrowJavaException(env);
     return result;
 }
 
 void ProviderChannelByteStream::setPosition(const JNIEnvPtr& env, jlong position) const {
-    env->CallVoidMethod(m_channel, method("set_position"), position);
+    env->CallVoidMethod(channel(), method("set_position"), position);
     rethrowJavaException(env);
 }
 

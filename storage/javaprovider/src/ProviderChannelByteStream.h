@@ -2,10 +2,10 @@
 
 #include <jni.h>
 
-#include <map>
 #include <memory>
 #include <string>
 
+#include "JNIUtilsClass.h"
 #include "JNIUtilsEnv.h"
 #include "foundation/storage/provider/ByteStream.h"
 
@@ -49,7 +49,10 @@ public:
     void close() override;
 
 private:
-    [[nodiscard]] jmethodID method(const std::string& key) const { return m_methods.find(key)->second; }
+    [[nodiscard]] jmethodID method(const std::string& key) const { return methodIn(m_methods, key); }
+    /// The channel. Throws AnonymousInternalException<std::runtime_error> when construction could not hold it and Java
+    /// gave no reason.
+    [[nodiscard]] jobject channel() const;
     std::streamsize transfer(const std::string& key, void* memory, std::streamsize count) const;
     [[nodiscard]] jlong position(const JNIEnvPtr& env) const;
     [[nodiscard]] jlong size(const JNIEnvPtr& env) const;
@@ -57,7 +60,7 @@ private:
 
     std::shared_ptr<jvm_interface::JVM> m_jvm;
     jobject m_channel;
-    std::map<std::string, jmethodID> m_methods;
+    MethodTable m_methods;
 };
 
 }  // namespace storage::javaprovider
