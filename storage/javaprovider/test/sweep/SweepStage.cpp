@@ -1,5 +1,8 @@
 #include "sweep/SweepStage.h"
 
+#include <cstddef>
+#include <vector>
+
 #include "JavaProvider.h"
 #include "provider/Script.h"
 #include "support/JavaHelpers.h"
@@ -53,6 +56,22 @@ void SweepStage::failNext(const std::string& method, const std::string& kind) co
 void SweepStage::collectPublishers() const {
     callStaticVoid(env, "com/corvallen/storage/test/data/Publishers", "forget");
     callStaticVoid(env, "com/corvallen/storage/test/data/Publishers", "awaitCollection");
+}
+
+std::string SweepStage::told(const std::function<void()>& action) const {
+    const std::size_t before = script::calls(env).size();
+    action();
+    const std::vector<std::string> calls = script::calls(env);
+    std::string text;
+    for (std::size_t i = before; i < calls.size(); ++i) {
+        text += (text.empty() ? "" : "; ") + calls[i];
+    }
+    return text;
+}
+
+bool SweepStage::gavePublisher() const {
+    const auto numbers = callStaticStrings(env, "com/corvallen/storage/test/data/Publishers", "numbers");
+    return !numbers.empty() && numbers.back() != "null";
 }
 
 jstring SweepStage::text(const char16_t* units) const { return javaString(env, units); }

@@ -2,6 +2,7 @@
 
 #include <jni.h>
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -34,6 +35,10 @@ public:
     void failNext(const std::string& method, const std::string& kind) const;
     /// The back end lets its publishers go, and waits until the machine has collected them.
     void collectPublishers() const;
+    /// What the back end and its channels were told while the action ran: the methods and their arguments.
+    [[nodiscard]] std::string told(const std::function<void()>& action) const;
+    /// Whether the last request to start gave the back end a publisher.
+    [[nodiscard]] bool gavePublisher() const;
     /// Strings that nativePublish gets.
     [[nodiscard]] jstring text(const char16_t* units) const;
 
