@@ -96,6 +96,7 @@ TEST_F(OnParentTest, GoesThroughTheStartOfWhateverTheProviderIs) {
 }
 
 TEST_F(OnParentTest, FailuresArrive) {
+    mayLeave(fixture::MakingOfUri);
     script::failNext(env(), "publishEventsFor", "ACCESS_DENIED", "java://mount");
     EXPECT_TRUE(throwsExactly<ProviderError>(
         [&] { provider->startChangeNotificationOnParent(StorageIRI(u"java://mount/one"), log.callback()); }));
@@ -145,6 +146,7 @@ TEST_F(StopTest, LeavesPublisherCallbackAndLatchAlone) {
 }
 
 TEST_F(StopTest, ProviderExceptionBecomesTheFrameworksErrorAndTheLocationGoesWithTheFrame) {
+    mayLeave(fixture::MakingOfUri);
     script::failNext(env(), "stopPublishingEventsFor", "NOT_FOUND", "java://test/a");
     recorder.clear();
     const auto error = thrownBy<ProviderError>([&] { stop(); });
@@ -158,6 +160,7 @@ TEST_F(StopTest, ProviderExceptionBecomesTheFrameworksErrorAndTheLocationGoesWit
 }
 
 TEST_F(StopTest, AnyOtherExceptionIsAnInternalError) {
+    mayLeave(fixture::MakingOfUri);
     script::failNext(env(), "stopPublishingEventsFor", "runtime", "a bug");
     EXPECT_EQ(internalErrorOf([&] { stop(); }),
               "ProviderCallback threw an unexpected java.lang.IllegalStateException. The message was: a bug");

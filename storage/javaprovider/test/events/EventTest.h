@@ -22,6 +22,8 @@ namespace fixture {
 inline constexpr const char* Publishers = "com/corvallen/storage/test/data/Publishers";
 inline constexpr const char* PublishingProvider = "com/corvallen/storage/test/data/PublishingProvider";
 inline constexpr const char* NativePublisher = "com/corvallen/storage/provider/NativePublisher";
+/// Makes the reference that a request leaves to its frame when it fails.
+inline constexpr const char* MakingOfUri = "NewObject com/corvallen/storage/provider/StorageURI";
 }  // namespace fixture
 
 using foundation::storage::events::Kind;

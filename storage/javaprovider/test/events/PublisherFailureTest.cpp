@@ -26,6 +26,11 @@ constexpr const char* Construction = "NewObject com/corvallen/storage/provider/N
 
 class PublisherFailureTest : public EventTest {
 protected:
+    void SetUp() override {
+        EventTest::SetUp();
+        mayLeave(fixture::MakingOfUri);
+    }
+
     void failOnce(const std::string& call, const JniFailure& failure) {
         recorder.fail({.call = call, .failure = failure});
     }

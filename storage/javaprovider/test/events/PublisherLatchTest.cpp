@@ -121,6 +121,7 @@ TEST_F(PublisherLatchTest, RequestsWaitForTheOneThatMakesThePublisher) {
 }
 
 TEST_F(PublisherLatchTest, RequestsThatWaitAreWokenWhenTheMakingFailsAndOneTriesAgain) {
+    mayLeave(fixture::MakingOfUri);
     askWhileHeld(/*throws=*/true);
     EXPECT_EQ(firstError, "cannot be copied");
     EXPECT_EQ(done, Waiting);
@@ -132,6 +133,7 @@ TEST_F(PublisherLatchTest, RequestsThatWaitAreWokenWhenTheMakingFailsAndOneTries
 }
 
 TEST_F(PublisherLatchTest, ErrorOfTheCopyLeavesAsItIs) {
+    mayLeave(fixture::MakingOfUri);
     CopyGate gate;
     gate.throws = true;
     gate.letGo();

@@ -1,9 +1,29 @@
 #include "provider/ProviderTest.h"
 
+#include <algorithm>
+#include <array>
+#include <string_view>
+
 #include "JavaProvider.h"
 #include "support/JavaHelpers.h"
 
 namespace storage::javaprovider::test {
+
+namespace {
+
+/// The calls that make what operations leave to their frames on purpose.
+constexpr std::array<std::string_view, 14> LeftOnPurpose = {
+    // The search for a class; construction keeps what it finds by references of its own.
+    "FindClass java/lang/Class", "FindClass java/lang/ClassLoader", "NewStringUTF com", "CallObjectMethod getParent",
+    "CallObjectMethod getClassLoader", "CallObjectMethod loadClass", "FindClass com/corvallen/storage/provider/",
+    // The back end that is made by its class.
+    "FindClass com/corvallen/storage/test/", "NewObject com/corvallen/storage/test/",
+    // The description of a Java error.
+    "ExceptionOccurred", "GetObjectClass of ExceptionOccurred", "CallObjectMethod toString",
+    // Configuration, and the publisher of events.
+    "FindClass java/util/HashMap", "NewObject com/corvallen/storage/provider/NativePublisher"};
+
+}  // namespace
 
 void ProviderTest::SetUp() {
     RecordedJvmTest::SetUp();
@@ -13,7 +33,17 @@ void ProviderTest::SetUp() {
 
 void ProviderTest::TearDown() {
     script::reset(env());
+    expectNothingElseLeftToFrames();
     RecordedJvmTest::TearDown();
+}
+
+void ProviderTest::expectNothingElseLeftToFrames() {
+    for (const std::string& left : recorder.takeLeftToFrames()) {
+        const auto begins = [&left](const auto& call) { return left.starts_with(call); };
+        EXPECT_TRUE(std::any_of(LeftOnPurpose.begin(), LeftOnPurpose.end(), begins) ||
+                    std::any_of(m_mayBeLeft.begin(), m_mayBeLeft.end(), begins))
+            << "left to a frame: " << left;
+    }
 }
 
 jobject ProviderTest::newBackEnd() const {

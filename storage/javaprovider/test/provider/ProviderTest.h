@@ -21,6 +21,8 @@ using foundation::storage::provider::StorageIRI;
 inline constexpr const char* ScriptedProviderClass = "com/corvallen/storage/test/ScriptedProvider";
 
 /// A test with scripted back ends, a recorder, and a handle that can lose its machine.
+///
+/// After each test it fails the test when an operation left a local reference to its frame that is not left on purpose.
 class ProviderTest : public RecordedJvmTest {
 protected:
     void SetUp() override;
@@ -33,7 +35,16 @@ protected:
 
     [[nodiscard]] std::vector<std::string> javaCalls() const { return script::calls(env()); }
 
+    /// From now on operations of this test may leave local references to their frames that calls made which begin so.
+    /// Those that operations always leave are known.
+    void mayLeave(const std::string& call) { m_mayBeLeft.push_back(call); }
+
     std::shared_ptr<FakeJVM> handle;
+
+private:
+    void expectNothingElseLeftToFrames();
+
+    std::vector<std::string> m_mayBeLeft;
 };
 
 }  // namespace storage::javaprovider::test
