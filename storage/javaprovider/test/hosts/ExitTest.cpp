@@ -10,6 +10,7 @@
 #include <thread>
 
 #include "hosts/HostProcess.h"
+#include "hosts/KeptInJava.h"
 
 namespace storage::javaprovider::test {
 namespace {
@@ -50,7 +51,7 @@ TEST(ExitTest, HostExitsFromAnotherThreadWhileTheFirstWorks) {
         Code);
 }
 
-TEST(ExitTest, HostExitsWhileAThreadIsKeptInJava) {
+TEST(ExitTest, HostExitsWhileAThreadWrites) {
     expectSilentExit(
         [](const fs::path& data) {
             auto* life = new Life(data);  // not destroyed: the process ends around it
@@ -63,6 +64,16 @@ TEST(ExitTest, HostExitsWhileAThreadIsKeptInJava) {
             }).detach();
             working.wait();
             std::exit(Code);
+        },
+        Code);
+}
+
+TEST(ExitTest, HostExitsWhileAThreadIsKeptInJava) {
+    expectSilentExit(
+        [](const fs::path& data) {
+            Life life(data);
+            KeptInJava kept(life.jvm);
+            std::exit(Code);  // destroys neither
         },
         Code);
 }

@@ -1,14 +1,19 @@
-// Hosts with signal handlers of their own, installed before the machine starts.
+// Hosts with signal handlers of their own, installed before or after the machine starts.
 #include <gtest/gtest.h>
 #include <jni.h>
+#include <pthread.h>
 #include <signal.h>
 #include <unistd.h>
 
 #include <array>
 #include <atomic>
+#include <latch>
+#include <thread>
 
 #include "hosts/HostProcess.h"
+#include "hosts/KeptInJava.h"
 #include "storage/jvm/JVMWrapper.h"
+#include "support/Eventually.h"
 
 namespace storage::javaprovider::test {
 namespace {
@@ -33,11 +38,13 @@ int timesCaught(int signal) { return caught.at(static_cast<std::size_t>(signal))
 
 /// A NullPointerException that the machine makes out of a fault, as it does for a check that the program does not have.
 void dereferenceNullInJava(JNIEnv* env) {
+    ASSERT_EQ(env->PushLocalFrame(4), 0);
     jclass string = env->FindClass("java/lang/String");
     jmethodID concat = env->GetMethodID(string, "concat", "(Ljava/lang/String;)Ljava/lang/String;");
     env->CallObjectMethod(env->NewStringUTF("x"), concat, nullptr);
     ASSERT_EQ(env->ExceptionCheck(), JNI_TRUE);
     env->ExceptionClear();
+    env->PopLocalFrame(nullptr);
 }
 
 TEST(SignalsTest, HostsHandlersForTheEndAreStillItsOwn) {
@@ -53,6 +60,46 @@ TEST(SignalsTest, HostsHandlersForTheEndAreStillItsOwn) {
         EXPECT_EQ(timesCaught(SIGTERM), 2);
         EXPECT_EQ(timesCaught(SIGINT), 1);
         expectWorks(*provider, data, u"b");
+    });
+}
+
+/// Sends both signals to the thread and to the process, time and again, each when the one before was caught.
+void expectSignalsAreCaught(pthread_t thread) {
+    for (int time = 0; time < 200; ++time) {
+        const int signal = time % 2 == 0 ? SIGTERM : SIGINT;
+        const int before = timesCaught(signal);
+        ASSERT_EQ(time % 4 < 2 ? pthread_kill(thread, signal) : kill(getpid(), signal), 0);
+        ASSERT_TRUE(eventually([&] { return timesCaught(signal) == before + 1; }));
+    }
+}
+
+// The handlers interrupt system calls instead of having them restarted, as sigaction() does when not told otherwise.
+TEST(SignalsTest, HandlersInstalledAfterTheStartAreCalledWhileAThreadWorksInJava) {
+    expectSilentExit([](const fs::path& data) {
+        const auto jvm = startMachine();
+        const auto provider = makeProvider(jvm);
+        handle(SIGTERM, count);
+        handle(SIGINT, count);
+        std::latch working(1);
+        std::jthread worker([&](const std::stop_token& stop) {
+            expectWorks(*provider, data, u"a");
+            for (working.count_down(); !stop.stop_requested();) {
+                expectWorks(*provider, data, u"a");
+            }
+        });
+        working.wait();
+        expectSignalsAreCaught(worker.native_handle());
+    });
+}
+
+TEST(SignalsTest, HandlersInstalledAfterTheStartAreCalledWhileAThreadIsKeptInJava) {
+    expectSilentExit([](const fs::path& /*data*/) {
+        const auto jvm = startMachine();
+        KeptInJava kept(jvm);
+        handle(SIGTERM, count);
+        handle(SIGINT, count);
+        expectSignalsAreCaught(kept.thread());
+        kept.letGo();
     });
 }
 
@@ -81,6 +128,20 @@ TEST(SignalsTest, HostsHandlerForFaultsIsNotCalledForThoseOfJava) {
         expectWorks(*provider, data, u"a");
         EXPECT_EQ(timesCaught(SIGSEGV), 0);
     });
+}
+
+// The trap: the machine's own handler is replaced. It also shows that what is asked above does make faults.
+TEST(SignalsTest, HandlerForFaultsInstalledAfterTheStartIsCalledForThoseOfJava) {
+    expectSilentExit(
+        [](const fs::path& data) {
+            const auto jvm = startMachine();
+            const auto provider = makeProvider(jvm);
+            expectWorks(*provider, data, u"a");
+            handle(SIGSEGV, endByFault);
+            storage::jvm::JVMWrapper wrapper(jvm->getJavaVM());
+            dereferenceNullInJava(wrapper.getEnv());
+        },
+        CaughtFault);
 }
 
 TEST(SignalsTest, HostsHandlerForFaultsIsCalledForItsOwn) {
