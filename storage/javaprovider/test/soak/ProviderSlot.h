@@ -19,6 +19,7 @@ public:
     /// Makes the first provider; needs a virtual machine with FlakyProvider on its class path.
     explicit ProviderSlot(std::shared_ptr<jvm_interface::JVM> jvm);
 
+    [[nodiscard]] JavaVM* vm() const { return m_jvm->getJavaVM(); }
     [[nodiscard]] ProviderPtr get() const;
     void replace();
 

@@ -1,5 +1,6 @@
 #include "soak/Sample.h"
 
+#include <malloc.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -26,6 +27,12 @@ long residentKiB() {
     long resident = 0;
     in >> total >> resident;
     return resident * (sysconf(_SC_PAGESIZE) / 1024);
+}
+
+/// Over all arenas; what the allocator keeps for later is not in it.
+long nativeKiB() {
+    const auto use = mallinfo2();
+    return static_cast<long>((use.uordblks + use.hblkhd) / 1024);
 }
 
 long entriesOf(const char* folder) {
@@ -78,9 +85,10 @@ long countJavaThreads(JavaVM* vm, jvmtiEnv* jvmti) {
 }  // namespace
 
 std::ostream& operator<<(std::ostream& out, const Sample& sample) {
-    return out << "resident " << sample.residentKiB << " KiB, references " << sample.localReferences << " local "
-               << sample.globalReferences << " global, threads " << sample.javaThreads << " Java " << sample.tasks
-               << " system, " << sample.openFiles << " open files";
+    return out << "resident " << sample.residentKiB << " KiB, native " << sample.nativeKiB << " KiB, references "
+               << sample.localReferences << " local " << sample.globalReferences << " global " << sample.weakReferences
+               << " weak, threads " << sample.javaThreads << " Java " << sample.tasks << " system, " << sample.openFiles
+               << " open files";
 }
 
 Sampler::Sampler(JavaVM* vm) : m_vm(vm) {
@@ -90,9 +98,13 @@ Sampler::Sampler(JavaVM* vm) : m_vm(vm) {
     jvmtiCapabilities wanted{};
     wanted.can_tag_objects = 1;
     check(m_jvmti->AddCapabilities(&wanted), "the machine cannot walk its references");
+    m_weakReferences.emplace(m_jvmti);
 }
 
-Sampler::~Sampler() { m_jvmti->DisposeEnvironment(); }
+Sampler::~Sampler() {
+    m_weakReferences.reset();
+    m_jvmti->DisposeEnvironment();
+}
 
 Sample Sampler::take() const {
     Sample sample;
@@ -104,9 +116,11 @@ Sample Sampler::take() const {
     sample.localReferences =
         std::ranges::count_if(roots.localsOf, [this](jmethodID m) { return isReference(m_jvmti, m); });
     sample.globalReferences = roots.globals;
+    sample.weakReferences = WeakReferences::live();
     sample.javaThreads = countJavaThreads(m_vm, m_jvmti);
     sample.tasks = entriesOf("/proc/self/task");
     sample.openFiles = entriesOf("/proc/self/fd");
+    sample.nativeKiB = nativeKiB();
     sample.residentKiB = residentKiB();
     return sample;
 }

@@ -3,15 +3,20 @@
 #include <jni.h>
 #include <jvmti.h>
 
+#include <optional>
 #include <ostream>
+
+#include "soak/WeakReferences.h"
 
 namespace storage::javaprovider::test {
 
 /// What a process holds at one moment.
 struct Sample {
     long residentKiB = 0;
+    long nativeKiB = 0;         ///< in use by malloc(), of the program and of the machine
     long localReferences = 0;   ///< of all attached threads
     long globalReferences = 0;  ///< strong ones
+    long weakReferences = 0;    ///< those made since the Sampler was
     long javaThreads = 0;       ///< those that the machine knows: its own and the attached ones
     long tasks = 0;             ///< threads as the kernel counts them
     long openFiles = 0;
@@ -23,6 +28,7 @@ std::ostream& operator<<(std::ostream& out, const Sample& sample);
 class Sampler {
 public:
     /// Needs an attached thread. Throws std::runtime_error when the machine cannot tell its references.
+    /// One at a time.
     explicit Sampler(JavaVM* vm);
     ~Sampler();
 
@@ -35,6 +41,7 @@ public:
 private:
     JavaVM* m_vm;
     jvmtiEnv* m_jvmti = nullptr;
+    std::optional<WeakReferences> m_weakReferences;
 };
 
 }  // namespace storage::javaprovider::test

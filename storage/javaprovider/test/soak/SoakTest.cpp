@@ -19,18 +19,21 @@ namespace {
 
 constexpr const char* FlakyProvider = "com/corvallen/storage/test/soak/FlakyProvider";
 constexpr long DefaultOperations = 250000;
+constexpr long EnoughForAllKinds = 40000;  ///< less may miss those that rarely succeed
 
-/// What the process may hold more at the end than after warming up. Memory: the allocator's arenas and the machine's
-/// compiled code settle within it. Tasks: a compiler
-/// thread that the machine starts.
+// What the process may hold more at the end than after warming up.
 #ifdef SOAK_SANITIZED
 // A sanitizer's own memory grows with what the program touches.
-constexpr long SlackKiB = 512L * 1024;
+constexpr long SlackNativeKiB = 512L * 1024;
+constexpr long SlackResidentKiB = 512L * 1024;
 #else
-// The Java heap and the compilers still grow in the short form, the more the busier the computer is. Over ten million
-// operations this is ten bytes for each.
-constexpr long SlackKiB = 96L * 1024;
+// Measured: some 50 KiB, whether over a hundred thousand operations or over millions. What leaks eight bytes with each
+// operation exceeds it in the short form.
+constexpr long SlackNativeKiB = 768;
+// Compiled code and what the allocator keeps, which malloc() does not count.
+constexpr long SlackResidentKiB = 8L * 1024;
 #endif
+// A compiler thread that the machine starts.
 constexpr long SlackTasks = 2;
 
 long numberFromEnvironment(const char* name, long otherwise) {
@@ -68,7 +71,9 @@ protected:
         for (const auto& [name, count] : successes) {
             EXPECT_GT(count, operations / 50000) << name;
         }
-        EXPECT_EQ(successes.size(), 21U) << "each kind of operation succeeds at times";
+        if (operations >= EnoughForAllKinds) {
+            EXPECT_EQ(successes.size(), 21U) << "each kind of operation succeeds at times";
+        }
     }
 };
 
@@ -90,10 +95,14 @@ TEST_F(SoakTest, NothingGrowsWhileABackEndFailsAtRandom) {
 
     std::cout << "after warming up: " << warm << "\nat the end:       " << end << '\n';
     report(soak, std::chrono::steady_clock::now() - begin);
-    EXPECT_LE(end.residentKiB, warm.residentKiB + SlackKiB);
+    EXPECT_LE(end.nativeKiB, warm.nativeKiB + SlackNativeKiB);
+    EXPECT_LE(end.residentKiB, warm.residentKiB + SlackResidentKiB);
     EXPECT_EQ(end.localReferences, warm.localReferences);
     // Each provider leaves one reference to the class ExtendedFeature for good; see JavaProvider.h.
     EXPECT_EQ(end.globalReferences - warm.globalReferences, soak.slot().made() - providersWarm);
+    // Each watching provider makes one and takes it along; at rest there is one provider.
+    EXPECT_GT(WeakReferences::made(), 0);
+    EXPECT_LE(end.weakReferences, 1);
     EXPECT_EQ(end.javaThreads, warm.javaThreads);
     EXPECT_LE(end.tasks, warm.tasks + SlackTasks);
     EXPECT_EQ(end.openFiles, warm.openFiles);

@@ -1,5 +1,7 @@
 #include "soak/Worker.h"
 
+#include <jni.h>
+
 #include <boost/date_time/posix_time/posix_time_types.hpp>
 #include <boost/property_tree/ptree.hpp>
 
@@ -26,6 +28,23 @@ constexpr unsigned ProviderLastsOperations = 20000;
 constexpr ByteStreamOpenOptions CreateIfMissing{.creation = ByteStreamOpenOptions::Creation::CreateIfMissing};
 
 std::u16string numbered(char16_t letter, unsigned number) { return {letter, static_cast<char16_t>(u'0' + number)}; }
+
+/// Clears what an operation leaves behind on an attached thread, as hosts must.
+class ExceptionCleared {
+public:
+    explicit ExceptionCleared(JavaVM* vm) : m_vm(vm) {}
+    ~ExceptionCleared() {
+        void* env = nullptr;
+        if (m_vm->GetEnv(&env, JNI_VERSION_1_8) == JNI_OK) {
+            static_cast<JNIEnv*>(env)->ExceptionClear();
+        }
+    }
+    ExceptionCleared(const ExceptionCleared&) = delete;
+    ExceptionCleared& operator=(const ExceptionCleared&) = delete;
+
+private:
+    JavaVM* m_vm;
+};
 
 template <class IteratorPtr>
 void exhaust(const IteratorPtr& entries) {
@@ -63,6 +82,7 @@ const Worker::Operation Worker::Operations[] = {
 
 void Worker::work(long operations) {
     for (long i = 0; i < operations; ++i) {
+        const ExceptionCleared clearedAtTheEnd(m_slot.vm());
         if (below(ProviderLastsOperations) == 0) {
             m_slot.replace();
         }
