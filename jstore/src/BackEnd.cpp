@@ -72,8 +72,12 @@ void silenceErrors(JNIEnv* env) {
         return;
     }
     auto* const nothing = env->GetStaticMethodID(stream, "nullOutputStream", "()Ljava/io/OutputStream;");
-    auto* const printer = env->NewObject(print, env->GetMethodID(print, "<init>", "(Ljava/io/OutputStream;)V"),
-                                         env->CallStaticObjectMethod(stream, nothing));
+    auto* const sink = env->CallStaticObjectMethod(stream, nothing);
+    if (env->ExceptionCheck() == JNI_TRUE) {
+        env->ExceptionClear();
+        return;
+    }
+    auto* const printer = env->NewObject(print, env->GetMethodID(print, "<init>", "(Ljava/io/OutputStream;)V"), sink);
     if (printer != nullptr) {
         env->CallStaticVoidMethod(system, env->GetStaticMethodID(system, "setErr", "(Ljava/io/PrintStream;)V"),
                                   printer);

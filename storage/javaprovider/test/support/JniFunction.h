@@ -20,8 +20,8 @@ enum class ReferenceEffect {
 /// Whether a test can make a JNI function fail.
 enum class Fallibility {
     Never,   ///< it has no way to report a failure
-    ByName,  ///< it gives null only for a null or by a broken promise: fails when it is named, never in a sweep
-    Always,  ///< it may fail in every program: a sweep over all calls covers it
+    ByName,  ///< it gives null only for a null or by a broken promise: fails when a JniFault names it
+    Always,  ///< it may fail in every program: fails for a JniFault that names no call, too
 };
 
 /// What the recorder knows about one JNI function. There is one object for each; it lives for ever.
