@@ -61,6 +61,14 @@ public abstract class CreateFileContract extends OperationContract {
     }
 
     @Test
+    void missingParentBelowAFileIsNotFound() throws Exception {
+        StorageURI file = file("x", "file");
+        StorageURI a = at("file", "missing", "a");
+        assertFails(ErrorCode.NOT_FOUND, a, () -> provider.createFile(a));
+        assertFile("x", file);
+    }
+
+    @Test
     void fileForAParentIsNotAFolder() throws Exception {
         StorageURI parent = file("x", "parent");
         StorageURI a = at("parent", "a");

@@ -64,6 +64,14 @@ public abstract class CreateFolderContract extends OperationContract {
     }
 
     @Test
+    void missingParentBelowAFileIsNotFound() throws Exception {
+        StorageURI file = file("x", "file");
+        StorageURI a = at("file", "missing", "a");
+        assertFails(ErrorCode.NOT_FOUND, a, () -> provider.createFolder(a));
+        assertFile("x", file);
+    }
+
+    @Test
     void fileForAParentIsNotAFolder() throws Exception {
         StorageURI parent = file("x", "parent");
         StorageURI a = at("parent", "a");

@@ -110,6 +110,17 @@ public abstract class MoveFileContract extends OperationContract {
 
     @ParameterizedTest
     @ValueSource(booleans = {false, true})
+    void missingParentOfTheTargetBelowAFileIsNotFound(boolean replace) throws Exception {
+        StorageURI a = file("x", "a");
+        StorageURI file = file("y", "file");
+        StorageURI b = at("file", "missing", "b");
+        assertFails(ErrorCode.NOT_FOUND, b, () -> provider.moveFile(a, b, replace));
+        assertFile("x", a);
+        assertFile("y", file);
+    }
+
+    @ParameterizedTest
+    @ValueSource(booleans = {false, true})
     void fileForAParentOfTheTargetIsNotAFolder(boolean replace) throws Exception {
         StorageURI a = file("x", "a");
         StorageURI parent = file("y", "parent");

@@ -187,6 +187,17 @@ public abstract class MoveFolderContract extends OperationContract {
 
     @ParameterizedTest
     @ValueSource(booleans = {false, true})
+    void missingParentOfTheTargetBelowAFileIsNotFound(boolean replace) throws Exception {
+        StorageURI a = tree("a");
+        StorageURI file = file("y", "file");
+        StorageURI b = at("file", "missing", "b");
+        assertFails(ErrorCode.NOT_FOUND, b, () -> provider.moveFolder(a, b, replace));
+        assertTree("a", a);
+        assertFile("y", file);
+    }
+
+    @ParameterizedTest
+    @ValueSource(booleans = {false, true})
     void fileForAParentOfTheTargetIsNotAFolder(boolean replace) throws Exception {
         StorageURI a = tree("a");
         StorageURI parent = file("y", "parent");

@@ -30,6 +30,8 @@ public abstract class RemoveFileContract extends OperationContract {
         StorageURI a = file("x", "a");
         StorageURI below = at("a", "b");
         assertFails(ErrorCode.NOT_FOUND, below, () -> provider.removeFile(below));
+        StorageURI deeper = at("a", "b", "c");
+        assertFails(ErrorCode.NOT_FOUND, deeper, () -> provider.removeFile(deeper));
         assertFile("x", a);
     }
 

@@ -11,6 +11,7 @@ import java.nio.file.Files;
 import java.nio.file.OpenOption;
 import java.nio.file.Path;
 import java.nio.file.StandardOpenOption;
+import java.nio.file.attribute.BasicFileAttributes;
 import java.util.Set;
 
 /** Opens files. */
@@ -56,19 +57,25 @@ final class ChannelOpening {
     }
 
     private Found find(boolean create) throws IOException, ProviderException {
-        Path path = mount.follow(location);
-        if (EntryKind.of(path) == EntryKind.MISSING) {
-            new Entry(location, path, mount).requireParentFolder();
-            if (create) {
-                Creation.createIfMissing(path);
-            }
-        }
-        Found found = Found.at(location, mount).requireFile();
+        Found found = findOrCreate(create).requireFile();
         if (found.attributes.isOther()) {
             // To open a pipe blocks until someone opens its other end, and a device does as it likes.
             throw failure(ErrorCode.NOT_SUPPORTED, "is neither a file nor a folder");
         }
         return found;
+    }
+
+    private Found findOrCreate(boolean create) throws IOException, ProviderException {
+        Path path = mount.follow(location);
+        BasicFileAttributes attributes = EntryKind.attributesOf(path);
+        if (attributes != null) {
+            return new Found(location, path, attributes);
+        }
+        new Entry(location, path, mount).requireParentFolder();
+        if (create) {
+            Creation.createIfMissing(path);
+        }
+        return Found.at(location, mount);
     }
 
     private OpenFiles.Use begin(Found found, OpenFiles.Mode mode) throws ProviderException {

@@ -4,6 +4,7 @@ import com.corvallen.storage.provider.ProviderException;
 import java.io.IOException;
 import java.nio.channels.FileChannel;
 import java.nio.file.FileAlreadyExistsException;
+import java.nio.file.FileSystemException;
 import java.nio.file.Files;
 import java.nio.file.Path;
 import java.nio.file.StandardOpenOption;
@@ -24,17 +25,27 @@ final class Creation {
         if (entry.isRoot()) {
             throw new FileAlreadyExistsException(entry.path.toString());
         }
-        entry.requireParentFolder();
         if (FileSystemTraits.createsExclusively(entry.fileSystem())) {
-            action.run();
+            createAtOnce(entry, action);
             return;
         }
+        entry.requireParentFolder();
         FileSystemLocks.locked(entry.fileSystem(), () -> {
             if (EntryKind.isTaken(entry.path)) {
                 throw new FileAlreadyExistsException(entry.path.toString());
             }
             action.run();
         });
+    }
+
+    /** The system looks for the parent itself; which of its faults it has met is found out afterwards. */
+    private static void createAtOnce(Entry entry, IoAction action) throws IOException, ProviderException {
+        try {
+            action.run();
+        } catch (FileSystemException e) {
+            entry.requireParentFolder();
+            throw e;
+        }
     }
 
     /** Creates an empty file unless one is there; through a link that leads nowhere, the one that it names. */

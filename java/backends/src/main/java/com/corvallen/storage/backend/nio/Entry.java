@@ -5,12 +5,15 @@ import com.corvallen.storage.provider.ProviderException;
 import com.corvallen.storage.provider.StorageURI;
 import java.io.IOException;
 import java.nio.file.FileSystem;
+import java.nio.file.FileSystemException;
 import java.nio.file.Files;
+import java.nio.file.LinkOption;
 import java.nio.file.Path;
+import java.nio.file.attribute.BasicFileAttributes;
 
 /**
  * The name in a folder that an operation acts on, existing or not. If it is a link, it is the link: links on the way
- * are resolved, the last is not. So two entries are the same name if their paths are equal.
+ * are followed, the last is not.
  */
 final class Entry {
     final StorageURI location;
@@ -35,10 +38,25 @@ final class Entry {
         return Files.isSymbolicLink(path);
     }
 
+    /** Returns the path without a link on the way: two entries are the same name if these are equal. */
+    Path realPath() throws IOException {
+        Path parent = path.getParent();
+        if (parent == null) {
+            return path;
+        }
+        try {
+            return parent.toRealPath().resolve(path.getFileName());
+        } catch (FileSystemException e) {
+            // There is no way there, which whoever uses the path finds out.
+            return path;
+        }
+    }
+
     /** Tells what is here. A link counts as what it leads to, and as a file if it leads nowhere or out of the mount. */
     EntryKind kind() throws IOException {
-        if (!isLink()) {
-            return EntryKind.of(path);
+        BasicFileAttributes own = EntryKind.attributesOf(path, LinkOption.NOFOLLOW_LINKS);
+        if (own == null || !own.isSymbolicLink()) {
+            return EntryKind.of(own);
         }
         return mount.leadsToFolder(location) ? EntryKind.FOLDER : EntryKind.FILE;
     }

@@ -4,6 +4,7 @@ import com.corvallen.storage.provider.ErrorCode;
 import com.corvallen.storage.provider.ProviderException;
 import java.io.IOException;
 import java.nio.file.AtomicMoveNotSupportedException;
+import java.nio.file.FileAlreadyExistsException;
 import java.nio.file.Files;
 import java.nio.file.LinkOption;
 import java.nio.file.Path;
@@ -14,39 +15,58 @@ final class FileMove {
 
     static void move(Entry source, Entry target, boolean replace) throws IOException, ProviderException {
         source.requireFile();
-        if (source.path.equals(target.path)) {
+        if (!replace && takesFreeName(source, target)) {
+            return;
+        }
+        EntryKind present = target.kind();
+        if (present != EntryKind.MISSING && source.realPath().equals(target.realPath())) {
             return;
         }
         target.requireParentFolder();
-        requireRoom(target, replace);
+        requireRoom(present, target, replace);
         source.requireNotPinned();
         target.requireNotPinned();
-        if (source.fileSystem().equals(target.fileSystem())) {
-            moveWithin(source, target, replace);
-        } else {
+        if (!source.fileSystem().equals(target.fileSystem())) {
             transfer(source, target, replace);
+        } else if (present != EntryKind.MISSING && areHardLinks(source, target)) {
+            // A rename does nothing between two names of one file; the target holds what it should already.
+            Files.delete(source.path);
+        } else {
+            rename(source, target, replace);
         }
     }
 
-    private static void requireRoom(Entry target, boolean replace) throws IOException, ProviderException {
-        EntryKind kind = target.kind();
-        if (kind == EntryKind.MISSING) {
+    /**
+     * Moves to a name that nothing has, as most moves do. The system looks at the target better than this class could
+     * before; what it refuses is left for the checks.
+     *
+     * @return false if nothing has happened
+     */
+    private static boolean takesFreeName(Entry source, Entry target) throws IOException {
+        if (!source.fileSystem().equals(target.fileSystem())
+                || !FileSystemTraits.createsExclusively(source.fileSystem())) {
+            return false;
+        }
+        try {
+            return Renaming.linked(source.path, target.path);
+        } catch (FileAlreadyExistsException e) {
+            return false;
+        }
+    }
+
+    private static void requireRoom(EntryKind present, Entry target, boolean replace) throws ProviderException {
+        if (present == EntryKind.MISSING) {
             return;
         }
         if (!replace) {
             throw target.failure(ErrorCode.ALREADY_EXISTS, "exists");
         }
-        if (kind == EntryKind.FOLDER) {
+        if (present == EntryKind.FOLDER) {
             throw target.failure(ErrorCode.NOT_A_FILE, "is a folder, which a file does not replace");
         }
     }
 
-    private static void moveWithin(Entry source, Entry target, boolean replace) throws IOException, ProviderException {
-        if (replace && areHardLinks(source, target)) {
-            // A rename does nothing between two names of one file; the target holds what it should already.
-            Files.delete(source.path);
-            return;
-        }
+    private static void rename(Entry source, Entry target, boolean replace) throws IOException, ProviderException {
         try {
             Renaming.rename(source.path, target.path, replace);
         } catch (AtomicMoveNotSupportedException e) {

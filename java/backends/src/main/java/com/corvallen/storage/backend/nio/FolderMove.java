@@ -15,10 +15,12 @@ final class FolderMove {
     static void move(Entry source, Entry target, boolean replace) throws IOException, ProviderException {
         source.requireFolder();
         source.requireNotRoot();
-        if (source.path.equals(target.path)) {
+        Path from = source.realPath();
+        Path to = target.realPath();
+        if (from.equals(to)) {
             return;
         }
-        requireApart(source, target);
+        requireApart(from, to, target);
         target.requireParentFolder();
         boolean occupied = requireRoom(target, replace);
         Transfers.requireMovable(source);
@@ -32,14 +34,14 @@ final class FolderMove {
     }
 
     /** Paths of different zip archives compare as if they were of one. */
-    private static void requireApart(Entry source, Entry target) throws ProviderException {
-        if (!source.fileSystem().equals(target.fileSystem())) {
+    private static void requireApart(Path from, Path to, Entry target) throws ProviderException {
+        if (!from.getFileSystem().equals(to.getFileSystem())) {
             return;
         }
-        if (target.path.startsWith(source.path)) {
+        if (to.startsWith(from)) {
             throw target.failure(ErrorCode.INVALID_LOCATION, "lies inside the folder to be moved");
         }
-        if (source.path.startsWith(target.path)) {
+        if (from.startsWith(to)) {
             throw target.failure(ErrorCode.INVALID_LOCATION, "holds the folder to be moved");
         }
     }

@@ -4,7 +4,6 @@ import com.corvallen.storage.provider.ProviderException;
 import com.corvallen.storage.provider.StorageURI;
 import java.io.IOException;
 import java.nio.file.FileSystems;
-import java.nio.file.NoSuchFileException;
 import java.nio.file.Path;
 import java.util.List;
 
@@ -49,7 +48,7 @@ final class Mount implements AutoCloseable {
     /** Returns what an operation on the name itself acts on. */
     Entry entry(StorageURI location) throws IOException, ProviderException {
         Path path = pathOf(location);
-        return new Entry(location, jail == null ? withRealParent(path) : jail.followParent(path), this);
+        return new Entry(location, jail == null ? path : jail.followParent(path), this);
     }
 
     /** Tells whether a link counts as a folder. One that cannot be followed is there all the same, and is a file. */
@@ -68,19 +67,6 @@ final class Mount implements AutoCloseable {
             path = Names.child(path, segment);
         }
         return path;
-    }
-
-    private static Path withRealParent(Path path) throws IOException {
-        Path parent = path.getParent();
-        if (parent == null) {
-            return path;
-        }
-        try {
-            return parent.toRealPath().resolve(path.getFileName());
-        } catch (NoSuchFileException e) {
-            // Nothing is there then, which whoever uses the path finds out.
-            return path;
-        }
     }
 
     @Override

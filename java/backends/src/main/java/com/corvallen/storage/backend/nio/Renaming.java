@@ -57,20 +57,17 @@ final class Renaming {
             Files.delete(from);
             return;
         }
-        FileTime time = Files.getLastModifiedTime(from, LinkOption.NOFOLLOW_LINKS);
+        boolean keepsTime = FileSystemTraits.renamesWithTime(from.getFileSystem());
+        FileTime time = keepsTime ? null : Files.getLastModifiedTime(from, LinkOption.NOFOLLOW_LINKS);
         try {
             Files.move(from, to, StandardCopyOption.ATOMIC_MOVE, StandardCopyOption.REPLACE_EXISTING);
-            keepTime(to, time);
+            if (!keepsTime) {
+                Files.setLastModifiedTime(to, time);
+            }
         } catch (ReadOnlyFileSystemException e) {
             throw e;
         } catch (UnsupportedOperationException e) {
             throw new AtomicMoveNotSupportedException(from.toString(), to.toString(), e.getMessage());
-        }
-    }
-
-    private static void keepTime(Path path, FileTime time) throws IOException {
-        if (!FileSystemTraits.renamesWithTime(path.getFileSystem())) {
-            Files.setLastModifiedTime(path, time);
         }
     }
 
@@ -80,7 +77,7 @@ final class Renaming {
      *
      * @return false if the file system has no hard links, or not here; nothing has happened then
      */
-    private static boolean linked(Path from, Path to) throws IOException {
+    static boolean linked(Path from, Path to) throws IOException {
         try {
             Files.createLink(to, from);
         } catch (FileAlreadyExistsException e) {

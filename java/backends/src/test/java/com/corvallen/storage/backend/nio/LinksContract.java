@@ -18,6 +18,8 @@ import java.util.Arrays;
 import java.util.Map;
 import java.util.TreeMap;
 import org.junit.jupiter.api.Test;
+import org.junit.jupiter.params.ParameterizedTest;
+import org.junit.jupiter.params.provider.ValueSource;
 
 /** Links that stay inside: followed on the way, and removed or moved themselves where an operation acts on them. */
 abstract class LinksContract extends NioTestCase {
@@ -186,14 +188,30 @@ abstract class LinksContract extends NioTestCase {
         assertFile("x", a);
     }
 
-    @Test
-    void moveToItselfByAnotherWayDoesNothing() throws Exception {
+    @ParameterizedTest
+    @ValueSource(booleans = {false, true})
+    void fileMovesThroughLinks(boolean replace) throws Exception {
+        folder("folder");
+        folder("other");
+        file("x", "folder", "file");
+        StorageURI from = link("folder", "from");
+        StorageURI to = link("other", "to");
+        provider.moveFile(at("from", "file"), at("to", "moved"), replace);
+        assertFile("x", at("other", "moved"));
+        assertNothing(at("folder", "file"));
+        assertLink(from);
+        assertLink(to);
+    }
+
+    @ParameterizedTest
+    @ValueSource(booleans = {false, true})
+    void moveToItselfByAnotherWayDoesNothing(boolean replace) throws Exception {
         folder("folder");
         StorageURI file = file("x", "folder", "file");
         link("folder", "link");
-        provider.moveFile(file, at("link", "file"), /* replace= */ true);
+        provider.moveFile(file, at("link", "file"), replace);
         assertFile("x", file);
-        provider.moveFolder(folder("folder", "sub"), at("link", "sub"), /* replace= */ true);
+        provider.moveFolder(folder("folder", "sub"), at("link", "sub"), replace);
         assertFolder(at("folder", "sub"));
     }
 
