@@ -47,7 +47,12 @@ final class LocationParser {
     }
 
     private static boolean isScheme(String scheme) {
-        return isLetter(scheme.charAt(0)) && scheme.chars().allMatch(LocationParser::isSchemeCharacter);
+        for (int at = 0; at < scheme.length(); at++) {
+            if (!isSchemeCharacter(scheme.charAt(at))) {
+                return false;
+            }
+        }
+        return isLetter(scheme.charAt(0));
     }
 
     private static boolean isLetter(int c) {
@@ -60,9 +65,12 @@ final class LocationParser {
 
     private List<String> rawSegments(int path) {
         List<String> raw = new ArrayList<>();
-        for (String segment : text.substring(path).split("/")) {
-            if (!segment.isEmpty()) {
-                raw.add(segment);
+        int end;
+        for (int start = path; start < text.length(); start = end + 1) {
+            int slash = text.indexOf('/', start);
+            end = slash < 0 ? text.length() : slash;
+            if (end > start) {
+                raw.add(text.substring(start, end));
             }
         }
         return raw;

@@ -5,7 +5,6 @@ import com.corvallen.storage.provider.StorageURI;
 import java.io.IOException;
 import java.nio.file.FileSystems;
 import java.nio.file.Path;
-import java.util.List;
 
 /** A tree that locations are resolved in: the whole default file system, or a mount, which nothing leads out of. */
 final class Mount implements AutoCloseable {
@@ -61,12 +60,7 @@ final class Mount implements AutoCloseable {
     }
 
     private Path pathOf(StorageURI location) throws ProviderException {
-        Path path = root;
-        List<String> segments = location.getSegments();
-        for (String segment : segments) {
-            path = Names.child(path, segment);
-        }
-        return path;
+        return Names.below(root, location.getSegments());
     }
 
     @Override

@@ -2,6 +2,7 @@ package com.corvallen.storage.backend.nio;
 
 import java.nio.file.InvalidPathException;
 import java.nio.file.Path;
+import java.util.List;
 
 /** Joins a folder and the name of a child, so that the name stays one name. */
 final class Names {
@@ -22,6 +23,19 @@ final class Names {
             throw new InvalidPathException(name, "not one name in this file system");
         }
         return folder.resolve(child);
+    }
+
+    /** Returns the path that names below a folder lead to: {@link #child} for one after the other. */
+    static Path below(Path folder, List<String> names) {
+        String joined = String.join("/", names);
+        if (RawNames.isPlain(folder.getFileSystem(), joined)) {
+            return folder.resolve(joined);
+        }
+        Path path = folder;
+        for (String name : names) {
+            path = child(path, name);
+        }
+        return path;
     }
 
     /** Returns the last name of a path, such that {@link #child} finds it again. */

@@ -44,7 +44,21 @@ final class RawNames {
 
     /** Tells whether a name cannot be left to {@link FileSystem#getPath}. */
     static boolean isRaw(FileSystem system, String text) {
-        return areBytes(system) && (text.chars().anyMatch(RawNames::isReserved) || !isUnderstood(system, text));
+        return areBytes(system) && (holdsReserved(text) || !isUnderstood(system, text));
+    }
+
+    /**
+     * Tells whether names with slashes between them are, all at once, what they are one by one: on such a system
+     * nothing but a slash separates names.
+     */
+    static boolean isPlain(FileSystem system, String names) {
+        try {
+            return areBytes(system)
+                    && !holdsReserved(names)
+                    && system.getPath(names).toString().equals(names);
+        } catch (InvalidPathException e) {
+            return false;
+        }
     }
 
     /** Returns the name, as a relative path, that has a text. */
@@ -58,6 +72,15 @@ final class RawNames {
             uri.append(String.format("%%%02X", b));
         }
         return Path.of(URI.create(uri.toString())).getFileName();
+    }
+
+    private static boolean holdsReserved(String text) {
+        for (int at = 0; at < text.length(); at++) {
+            if (isReserved(text.charAt(at))) {
+                return true;
+            }
+        }
+        return false;
     }
 
     private static boolean isReserved(int c) {
