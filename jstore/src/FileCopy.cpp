@@ -15,16 +15,23 @@ using namespace foundation::storage::provider;
 namespace {
 
 /// Refuses before any byte is copied; the move that ends the copy is what decides.
-void requireRoom(const IProvider& provider, const Location& target, bool replace) {
-    const auto present = provider.existsExtended(target.iri());
+void requireRoom(const IProvider& provider, const Location& source, const CopyTarget& target) {
+    if (target.inNewFolder) {
+        return;
+    }
+    const auto& location = target.location;
+    const auto present = provider.existsExtended(location.iri());
     if (!present) {
         return;
     }
-    if (!replace) {
-        throw Exception(ErrorCode::AlreadyExists, target.iri());
+    if (!target.replace) {
+        throw Exception(ErrorCode::AlreadyExists, location.iri());
     }
     if (*present == EntryType::Folder) {
-        throw refusal(target, ErrorCode::NotAFile, "a file never replaces a folder");
+        throw refusal(location, ErrorCode::NotAFile, "a file never replaces a folder");
+    }
+    if (source.iri().normalized() == location.iri().normalized()) {
+        throw refusal(location, ErrorCode::AlreadyExists, "source and destination are the same file");
     }
 }
 
@@ -58,24 +65,21 @@ void requireWhole(const Location& source, const std::optional<std::uint64_t>& cl
 
 }  // namespace
 
-std::uint64_t copyOneFile(const IProvider& provider, const Location& source, const Location& target, bool replace,
+std::uint64_t copyOneFile(const IProvider& provider, const Location& source, const CopyTarget& target,
                           Progress& progress) {
     const auto attributes = provider.getFileAttributes(source.iri());
     progress.atFile(source, attributes.size());
-    requireRoom(provider, target, replace);
-    if (source.iri().normalized() == target.iri().normalized()) {
-        throw refusal(target, ErrorCode::AlreadyExists, "source and destination are the same file");
-    }
-    PartialFile file(provider, target.iri());
+    requireRoom(provider, source, target);
+    PartialFile file(provider, target.location.iri());
     const auto count =
         file.use([&](const StorageIRI& hidden) { return copyBytes(provider, source, hidden, progress); });
     requireWhole(source, attributes.size(), count);
     const auto written = file.use([&](const StorageIRI& hidden) { return provider.getFileAttributes(hidden).size(); });
     if (written) {
-        requireCount(target, "the storage took", count, *written);
+        requireCount(target.location, "the storage took", count, *written);
     }
     file.use([&](const StorageIRI& hidden) { keepTime(provider, hidden, attributes.lastModified()); });
-    file.takePlace(replace ? ReplacementPolicy::ReplaceExistingFile : ReplacementPolicy::KeepExisting);
+    file.takePlace(target.replace ? ReplacementPolicy::ReplaceExistingFile : ReplacementPolicy::KeepExisting);
     progress.countItem();
     return count;
 }

@@ -18,21 +18,21 @@ namespace {
 class FolderCopy final : public TreeWalk {
 public:
     FolderCopy(Context& context, const Location& target, bool replace)
-        : TreeWalk(context), m_targets{target}, m_replace(replace) {}
+        : TreeWalk(context), m_targets{{target, replace}} {}
 
     [[nodiscard]] std::uint64_t bytes() const noexcept { return m_bytes; }
 
 protected:
     void enter(const Entry& folder, const std::vector<Entry>& /*entries*/) override {
-        const auto target = targetOf(folder);
-        createFolder(target);
+        auto target = targetOf(folder);
+        target.inNewFolder = createFolder(target);
         m_targets.resize(folder.depth, m_targets.front());
-        m_targets.push_back(target);
+        m_targets.push_back(std::move(target));
     }
 
     void visit(const Entry& entry) override {
         if (!entry.isFolder()) {
-            m_bytes += copyOneFile(provider(), entry.location, targetOf(entry), m_replace, context().progress());
+            m_bytes += copyOneFile(provider(), entry.location, targetOf(entry), context().progress());
         }
     }
 
@@ -43,24 +43,30 @@ protected:
     /// Last, since what is created in a folder changes its time.
     void leave(const Entry& folder) override {
         const auto attributes = provider().getFolderAttributes(folder.location.iri());
-        keepTime(provider(), m_targets[folder.depth].iri(), attributes.lastModified());
+        keepTime(provider(), m_targets[folder.depth].location.iri(), attributes.lastModified());
     }
 
 private:
-    [[nodiscard]] Location targetOf(const Entry& entry) const {
-        return entry.depth == 0 ? m_targets.front() : Location(m_targets[entry.depth - 1].iri().getChild(entry.name));
+    [[nodiscard]] CopyTarget targetOf(const Entry& entry) const {
+        if (entry.depth == 0) {
+            return m_targets.front();
+        }
+        auto target = m_targets[entry.depth - 1];
+        target.location = Location(target.location.iri().getChild(entry.name));
+        return target;
     }
 
-    void createFolder(const Location& target) const {
-        if (m_replace && provider().folderExists(target.iri())) {
-            return;
+    /// False if the folder is there already and may be added to.
+    [[nodiscard]] bool createFolder(const CopyTarget& target) const {
+        if (target.replace && provider().folderExists(target.location.iri())) {
+            return false;
         }
-        provider().createFolder(target.iri());
+        provider().createFolder(target.location.iri());
+        return true;
     }
 
     /// The targets of the folders along the present path.
-    std::vector<Location> m_targets;
-    bool m_replace;
+    std::vector<CopyTarget> m_targets;
     std::uint64_t m_bytes = 0;
 };
 
@@ -97,7 +103,8 @@ private:
         const auto& provider = context.provider();
         if (!entryAt(provider, source).isFolder()) {
             context.progress().begin("files", /*single=*/m_arguments.size() == 2);
-            return done(context, source, target, copyOneFile(provider, source, target, m_replace, context.progress()));
+            return done(context, source, target,
+                        copyOneFile(provider, source, {target, m_replace}, context.progress()));
         }
         if (!m_recursive) {
             throw refusal(source, ErrorCode::NotAFile, "it is a folder; use cp -r to copy it with all it holds");

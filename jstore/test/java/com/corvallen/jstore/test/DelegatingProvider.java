@@ -12,7 +12,15 @@ import com.corvallen.storage.provider.StorageURI;
 
 /** A back end that leaves everything to another one. Those below it change what they are about. */
 public class DelegatingProvider implements StorageProvider {
-    protected final StorageProvider real = new NioProvider();
+    protected final StorageProvider real;
+
+    protected DelegatingProvider() {
+        this(new NioProvider());
+    }
+
+    protected DelegatingProvider(StorageProvider real) {
+        this.real = real;
+    }
 
     @Override
     public boolean fileExists(StorageURI location) throws ProviderException {

@@ -1,0 +1,73 @@
+#include <fstream>
+#include <map>
+
+#include "support/Matchers.h"
+#include "support/TemporaryFolder.h"
+
+namespace jstore::test {
+
+namespace {
+
+using Counts = std::map<std::string, int>;
+
+/// What a copy asks of a back end. Each call may be a way to another computer, so none is made without need.
+class CopyCallsTest : public ::testing::Test {
+protected:
+    /// The calls that a run makes, by name.
+    [[nodiscard]] Counts callsOf(std::vector<std::string> arguments) const {
+        const auto file = m_folder / "counts";
+        std::vector<std::string> all{"--class-path", JSTORE_TEST_BACKENDS,
+                                     "--provider",   "com.corvallen.jstore.test.CountingProvider",
+                                     "--jvm-option", "-Djstore.test.counts=" + file.string()};
+        all.insert(all.end(), arguments.begin(), arguments.end());
+        EXPECT_THAT(jstore(all), IsSilentlyDone());
+        Counts counts;
+        std::ifstream in(file);
+        std::string name;
+        for (int count = 0; in >> name >> count;) {
+            counts[name] = count;
+        }
+        return counts;
+    }
+
+    /// The calls that copying a folder makes when it holds that many files, and `present` is there before.
+    [[nodiscard]] Counts callsOfCopy(int files, std::string_view present) const {
+        std::filesystem::remove_all(m_folder / "to");
+        m_folder.folder(present);
+        for (int i = 0; i < files; ++i) {
+            m_folder.file("many/" + std::to_string(i), "content");
+        }
+        return callsOf({"cp", "-r", "--replace", m_folder.location("many"), m_folder.location("to")});
+    }
+
+    /// The calls that one more file in a folder takes.
+    [[nodiscard]] Counts callsOfOneFile(std::string_view present) const {
+        m_folder.folder("many");
+        const auto less = callsOfCopy(1, present);
+        auto calls = callsOfCopy(2, present);
+        for (const auto& [name, count] : less) {
+            calls[name] -= count;
+        }
+        std::erase_if(calls, [](const auto& call) { return call.second == 0; });
+        return calls;
+    }
+
+    TemporaryFolder m_folder;
+};
+
+const Counts OfOneFile{{"channel.close", 2},      {"channel.read", 2}, {"channel.write", 1},
+                       {"createFile", 1},         {"getChannel", 1},   {"getFileAttributes", 2},
+                       {"getReadOnlyChannel", 1}, {"moveFile", 1},     {"setLastModified", 1}};
+
+TEST_F(CopyCallsTest, FileInANewFolderIsNotLookedForThere) { EXPECT_EQ(OfOneFile, callsOfOneFile("to")); }
+
+TEST_F(CopyCallsTest, FileInAFolderThatWasThereIsLookedFor) {
+    auto expected = OfOneFile;
+    expected["fileExists"] = 1;
+    expected["folderExists"] = 1;
+    EXPECT_EQ(expected, callsOfOneFile("to/many"));
+}
+
+}  // namespace
+
+}  // namespace jstore::test
