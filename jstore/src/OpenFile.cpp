@@ -15,7 +15,7 @@ using foundation::storage::provider::StorageIRI;
 
 namespace {
 
-constexpr std::size_t PortionBytes = std::size_t{256} * 1024;
+constexpr std::size_t PortionBytes = std::size_t{128} * 1024;
 
 /// How many operations in a row may move nothing before a stream is given up.
 constexpr int Patience = 100;

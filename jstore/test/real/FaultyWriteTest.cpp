@@ -64,7 +64,7 @@ TEST_P(FaultyWriteTest, InAnyWriteLeavesTheOldFile) {
         EXPECT_THAT(outcome, FailsWith(1, StartsWith("jstore: " + std::string(GetParam().says)))) << write;
         expectTheOldFileAlone();
     }
-    EXPECT_EQ(5, write) << "a million bytes are four portions";
+    EXPECT_EQ(9, write) << "a million bytes are eight portions";
     expectTheNewFileAlone();
 }
 
