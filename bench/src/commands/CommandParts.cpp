@@ -20,17 +20,17 @@ namespace {
 namespace fs = std::filesystem;
 using CommandLine = std::vector<std::string>;
 
-/// Runs both commands in turn; `tidy` before each of them, not counted.
-Row compare(std::string name, std::string group, std::optional<double> target, int roundCount, const CommandLine& floor,
-            const CommandLine& bridge, const std::function<void()>& tidy) {
+/// Makes the command of one run; each run has a number of its own.
+using MakeCommand = std::function<CommandLine(int)>;
+
+/// Runs both commands in turn.
+Row compare(std::string name, std::string group, std::optional<double> target, int roundCount, const MakeCommand& floor,
+            const MakeCommand& bridge) {
     Rounds rounds;
     for (int round = 0; round < roundCount; ++round) {
-        tidy();
-        rounds.floor.push_back(timeOf(floor));
-        tidy();
-        rounds.bridge.push_back(timeOf(bridge));
+        rounds.floor.push_back(timeOf(floor(2 * round)));
+        rounds.bridge.push_back(timeOf(bridge(2 * round + 1)));
     }
-    tidy();
     Row row;
     row.name = std::move(name);
     row.group = std::move(group);
@@ -87,25 +87,43 @@ std::vector<Row> measureStartUp(const Programs& programs) {
     }
     const CommandLine word = {"java", "-cp", programs.wordJar.string(), "com.corvallen.bench.Word"};
     const CommandLine list = {programs.jstore.string(), "ls", toJava(folder)};
-    return {compare("jstore ls", "start-up", 1.5, programs.rounds, word, list, [] {})};
+    return {compare(
+        "jstore ls", "start-up", 1.5, programs.rounds, [&word](int) { return word; }, [&list](int) { return list; })};
 }
 
 std::vector<Row> measureCopies(const Programs& programs) {
     const fs::path large = programs.work / "large.bin";
     const fs::path small = programs.work / "small";
-    const fs::path target = programs.work / "target";
+    // Each run copies to a place of its own, and nothing is removed before the end: some file systems look for room
+    // among what was removed just before, which takes longer than the copy.
+    const fs::path targets = programs.work / "targets";
     const std::size_t mebibytes = programs.smoke ? 1 : 1024;
     const int fileCount = programs.smoke ? 10 : 20'000;
+    fs::remove_all(targets);
+    fs::create_directories(targets);
     writeFile(large, randomBytes(std::size_t{1} << 20).data(), std::size_t{1} << 20, mebibytes);
     writeSmallFiles(small, fileCount);
-    const auto tidy = [&target] { fs::remove_all(target); };
+    const auto target = [&targets](const char* kind, int run) { return targets / (kind + std::to_string(run)); };
     const std::string jstore = programs.jstore.string();
     const int roundCount = std::min(programs.rounds, 5);
-    return {compare("jstore cp/1 GiB", "copies", std::nullopt, roundCount, {"cp", large.string(), target.string()},
-                    {jstore, "cp", large.string(), toJava(target)}, tidy),
-            compare("jstore cp -r/20000 files", "copies", std::nullopt, roundCount,
-                    {"cp", "-r", small.string(), target.string()}, {jstore, "cp", "-r", small.string(), toJava(target)},
-                    tidy)};
+    const Row largeFile = compare(
+        "jstore cp/1 GiB", "copies", std::nullopt, roundCount,
+        [&](int run) {
+            return CommandLine{"cp", large.string(), target("large", run).string()};
+        },
+        [&](int run) {
+            return CommandLine{jstore, "cp", large.string(), toJava(target("large", run))};
+        });
+    const Row smallFiles = compare(
+        "jstore cp -r/20000 files", "copies", std::nullopt, roundCount,
+        [&](int run) {
+            return CommandLine{"cp", "-r", small.string(), target("small", run).string()};
+        },
+        [&](int run) {
+            return CommandLine{jstore, "cp", "-r", small.string(), toJava(target("small", run))};
+        });
+    fs::remove_all(targets);
+    return {largeFile, smallFiles};
 }
 
 }  // namespace bench
