@@ -36,9 +36,12 @@ constexpr std::size_t UnitCount = sizeof(Units) / sizeof(char16_t);
 /// All bits of a unit set where it is a letter, a digit, or one of `-./:_~`: the ones of the PlainChars that locations
 /// are mostly made of.
 Units areCommon(Units units) noexcept {
-    const Units letters = (units | 0x20) - u'a' < 26;
-    const Units digitsAndDelimiters = units - u'-' <= u':' - u'-';
-    return letters | digitsAndDelimiters | (units == u'_') | (units == u'~');
+    constexpr auto all = [](char16_t unit) { return Units{} + static_cast<std::uint16_t>(unit); };
+    const auto isWithin = [&all](Units values, char16_t first, char16_t last) {
+        return values - all(first) <= all(static_cast<char16_t>(last - first));
+    };
+    return isWithin(units | all(0x20), u'a', u'z') | isWithin(units, u'-', u':') | (units == all(u'_')) |
+           (units == all(u'~'));
 }
 
 /// Whether the text is in strict ASCII form as it stands. Says no of some that are; those take the longer way.
