@@ -8,6 +8,7 @@
 #include "JNIUtilsException.h"
 #include "JNIUtilsLog.h"
 #include "JNIUtilsRef.h"
+#include "JavaOrder.h"
 #include "JavaProviderMethods.h"
 
 namespace storage::javaprovider {
@@ -109,6 +110,7 @@ void JavaProvider::dispose() {
         return;
     }
     env->CallVoidMethod(m_provider, method("dispose"));
+    afterJava(JavaOrder::DeliveryToDisposal, m_publisherCallback.get());
     releaseGlobal(env, m_provider);
     releaseGlobal(env, m_storageUriClass);
     releaseGlobal(env, m_folderListEntryClass);

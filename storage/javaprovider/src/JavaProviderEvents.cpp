@@ -11,6 +11,7 @@
 #include "JNIUtilsException.h"
 #include "JNIUtilsRef.h"
 #include "JNIUtilsText.h"
+#include "JavaOrder.h"
 #include "JavaProvider.h"
 #include "fl/i18n/converter.h"
 
@@ -76,7 +77,9 @@ void JNICALL nativePublishImpl(JNIEnv* env, jobject /*self*/, jlong handle, jstr
     const StorageIRI firstLocation(std::move(firstText));
     const Kind change = toKind(kindWord);
     const auto& callback = *reinterpret_cast<const JavaProvider::ChangeCallback*>(handle);
+    afterJava(JavaOrder::HandOverToDelivery, &callback);
     callback(change, firstLocation, secondLocation, type, details);
+    beforeJava(JavaOrder::DeliveryToDisposal, &callback);
 }
 
 void JavaProvider::setUpPublisher(const JNIEnvPtr& env, const ChangeCallback& callback) const {
@@ -105,6 +108,7 @@ void JavaProvider::createPublisher(const JNIEnvPtr& env) const {
         return;
     }
     const auto handle = reinterpret_cast<jlong>(m_publisherCallback.get());
+    beforeJava(JavaOrder::HandOverToDelivery, m_publisherCallback.get());
     m_publisherHandle = env->NewObject(m_nativePublisherClass, constructor, handle);
     if (m_publisherWeak != nullptr) {
         env->DeleteWeakGlobalRef(m_publisherWeak);

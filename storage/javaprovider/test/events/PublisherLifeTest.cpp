@@ -1,6 +1,7 @@
 // One publisher for all requests of a provider, whatever thread they come from, as long as it lives.
 #include <gmock/gmock.h>
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <string>
@@ -18,13 +19,15 @@ namespace {
 using ::testing::Each;
 using ::testing::ElementsAre;
 
-/// What Java's NativeCallback runs.
-std::function<void()>& nativeAction() {
-    static std::function<void()> action;
-    return action;
-}
+/// What Java's NativeCallback runs, and how often it did. Atomic, since ThreadSanitizer does not see how Java orders
+/// it.
+std::atomic<const std::function<void()>*> nativeAction;
+std::atomic<int> nativeActionsRun;
 
-void JNICALL runNativeAction(JNIEnv* /*env*/, jclass /*self*/) { nativeAction()(); }
+void JNICALL runNativeAction(JNIEnv* /*env*/, jclass /*self*/) {
+    (*nativeAction.load())();
+    ++nativeActionsRun;
+}
 
 class PublisherLifeTest : public EventTest {
 protected:
@@ -36,9 +39,10 @@ protected:
                                             reinterpret_cast<void*>(&runNativeAction)};
             ASSERT_EQ(env()->RegisterNatives(findClass(env(), fixture::NativeCallback), &method, 1), JNI_OK);
         }
-        nativeAction() = action;
+        nativeAction = &action;
         onNewThread ? tell("callBackOnNewThread") : callStaticVoid(env(), fixture::NativeCallback, "call");
-        nativeAction() = nullptr;
+        EXPECT_EQ(nativeActionsRun.exchange(0), 1);
+        nativeAction = nullptr;
     }
 
     /// So many requests were made, all with one publisher, which the first callback serves.

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <mutex>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -47,10 +48,14 @@ struct Roots {
     long globals = 0;
 };
 
+/// The machine walks on a thread of its own and waits for it in ways that ThreadSanitizer does not see.
+std::mutex walk;
+
 /// Called for each root of the machine; answering zero keeps it from going on to what the root refers to.
 jint JNICALL countRoot(jvmtiHeapReferenceKind kind, const jvmtiHeapReferenceInfo* info, jlong /*classTag*/,
                        jlong /*referrerClassTag*/, jlong /*size*/, jlong* /*tag*/, jlong* /*referrerTag*/,
                        jint /*length*/, void* data) {
+    const std::lock_guard lock(walk);
     auto& roots = *static_cast<Roots*>(data);
     if (kind == JVMTI_HEAP_REFERENCE_JNI_LOCAL) {
         roots.localsOf.push_back(info->jni_local.method);
@@ -112,7 +117,9 @@ Sample Sampler::take() const {
     jvmtiHeapCallbacks callbacks{};
     callbacks.heap_reference_callback = countRoot;
     Roots roots;
+    std::unique_lock(walk).unlock();
     check(m_jvmti->FollowReferences(0, nullptr, nullptr, &callbacks, &roots), "cannot walk the references");
+    const std::lock_guard lock(walk);
     sample.localReferences =
         std::ranges::count_if(roots.localsOf, [this](jmethodID m) { return isReference(m_jvmti, m); });
     sample.globalReferences = roots.globals;
