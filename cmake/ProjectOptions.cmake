@@ -24,7 +24,9 @@ function(project_options target)
     target_compile_options(${target} PRIVATE "SHELL:-Xclang -fno-pch-timestamp")
   endif()
   if(SANITIZE)
-    target_compile_options(${target} PRIVATE -fsanitize=${SANITIZE} -fno-omit-frame-pointer)
+    # Any report ends the program, also those of undefined behaviour, which would go on by default.
+    target_compile_options(${target} PRIVATE
+      -fsanitize=${SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(${target} PRIVATE -fsanitize=${SANITIZE})
   endif()
   target_compile_definitions(${target} PRIVATE BOOST_LOG_DYN_LINK)

@@ -6,7 +6,20 @@
 #include <functional>
 #include <stdexcept>
 
+#if defined(__has_feature)
+#if __has_feature(thread_sanitizer)
+#define TEST_STACKS_ARE_ENLARGED
+#endif
+#endif
+
 namespace test {
+
+/// ThreadSanitizer gives every thread the stack that it needs itself.
+#ifdef TEST_STACKS_ARE_ENLARGED
+inline constexpr bool StacksAreEnlarged = true;
+#else
+inline constexpr bool StacksAreEnlarged = false;
+#endif
 
 /// Runs the work on a thread whose stack has that many bytes, and waits for its end.
 inline void runWithStack(std::size_t bytes, std::function<void()> work) {

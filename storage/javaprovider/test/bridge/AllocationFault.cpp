@@ -21,7 +21,7 @@ AllocationFault::~AllocationFault() { failsFrom = None; }
 bool AllocationFault::happened() const noexcept { return failsFrom == None; }
 
 /// Whether this allocation is the one that fails.
-static bool failsNow(std::size_t bytes) noexcept {
+[[maybe_unused]] static bool failsNow(std::size_t bytes) noexcept {
     if (bytes < failsFrom) {
         return false;
     }
@@ -30,6 +30,8 @@ static bool failsNow(std::size_t bytes) noexcept {
 }
 
 }  // namespace storage::javaprovider::test
+
+#ifndef TEST_ALLOCATIONS_ARE_THE_SANITIZERS
 
 // The replaceable allocation functions of the whole test program; the array forms of the language call these.
 void* operator new(std::size_t bytes) {
@@ -43,3 +45,5 @@ void* operator new(std::size_t bytes) {
 void operator delete(void* memory) noexcept { std::free(memory); }
 
 void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+
+#endif
