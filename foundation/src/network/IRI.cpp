@@ -6,7 +6,6 @@
 #include <boost/url/rfc/sub_delim_chars.hpp>
 #include <boost/url/rfc/unreserved_chars.hpp>
 
-#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstring>
@@ -47,8 +46,7 @@ Units areCommon(Units units) noexcept {
 /// Whether the text is in strict ASCII form as it stands. Says no of some that are; those take the longer way.
 bool isPlainAscii(std::u16string_view text) noexcept {
     if (text.size() < UnitCount) {
-        return std::all_of(text.begin(), text.end(),
-                           [](char16_t unit) { return unit < 0x80 && PlainChars(static_cast<unsigned char>(unit)); });
+        return false;
     }
     const auto at = [text](std::size_t index) {
         Units units;

@@ -201,7 +201,7 @@ TEST(IRITest, OneCharacterAnywhereIsSeen) {
 }
 
 TEST(IRITest, LongTextIsEncodedLikeShortText) {
-    // Short text is looked at unit by unit.
+    // Text of fewer than eight units is looked at unit by unit.
     for (unsigned unit = 0; unit <= 0xFFFF; ++unit) {
         const std::u16string one(1, static_cast<char16_t>(unit));
         ASSERT_EQ(ascii(u"java:///a/" + one + u"long-tail"), u"java:///a/" + ascii(u"a" + one).substr(1) + u"long-tail")

@@ -26,11 +26,11 @@ public:
     [[nodiscard]] std::u16string toAsciiString(bool strict) const&;
     [[nodiscard]] std::u16string toAsciiString(bool strict) &&;
 
-    [[nodiscard]] bool operator==(const IRI&) const = default;
+    [[nodiscard]] bool operator==(const IRI& other) const noexcept { return m_text == other.m_text; }
 
 private:
     std::u16string m_text;
-    bool m_plain = true;  ///< the text is in strict ASCII form as it stands
+    bool m_plain = false;  ///< the text is known to be in strict ASCII form as it stands
 };
 
 }  // namespace foundation::network
