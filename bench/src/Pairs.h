@@ -17,7 +17,8 @@ namespace bench {
 [[nodiscard]] std::vector<Pair> errorPairs(Sides& sides);
 /// Events from Java.
 [[nodiscard]] std::vector<Pair> eventPairs(Sides& sides);
-/// The floor of the existence test with one thing more, of those that the library has to do as well.
+/// The bare existence test beside itself with one thing more of those that the floor and the library do; then with all
+/// that the floor does, and beside the library.
 [[nodiscard]] std::vector<Pair> piecePairs(Sides& sides);
 /// A listing. The back end is told to list that many entries, until the next pair of this kind is made.
 [[nodiscard]] Pair listingPair(Sides& sides, int entryCount);

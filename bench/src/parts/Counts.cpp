@@ -54,7 +54,7 @@ std::vector<Row> measureCounts(const Effort& effort) {
     const InstructionCounter counter;
     const Machine machine;
     Sides sides(machine);
-    // As many as take about a second, a microsecond each; enough for Java to have compiled what it calls.
+    // For each sample; the calls before the first are enough for Java to have compiled what it calls.
     const auto calls = std::max<std::int64_t>(1, effort.warmUp.count() / 5);
     std::vector<Row> rows;
     for (auto* makePairs : {operationPairs, streamPairs, piecePairs}) {

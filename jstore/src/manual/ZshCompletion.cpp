@@ -51,7 +51,7 @@ std::string action(const Option& option) {
     return option.value == "P" || option.value == "NAME=URI" ? "_files" : " ";
 }
 
-/// One specification for each name; an option may be given again.
+/// What `_arguments` is told, a line for each name; an option may be given again.
 std::string specifications(const std::vector<Option>& options, const char* indent) {
     std::string text;
     for (const auto& option : options) {

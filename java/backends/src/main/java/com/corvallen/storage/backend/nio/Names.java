@@ -25,7 +25,11 @@ final class Names {
         return folder.resolve(child);
     }
 
-    /** Returns the path that names below a folder lead to: {@link #child} for one after the other. */
+    /**
+     * Returns the path that names below a folder lead to: {@link #child} for one after the other.
+     *
+     * @param names those of a location, so that none is empty, {@code .} or {@code ..}, or holds a slash
+     */
     static Path below(Path folder, List<String> names) {
         String joined = String.join("/", names);
         if (RawNames.isPlain(folder.getFileSystem(), joined)) {
