@@ -49,6 +49,8 @@ final class ChannelSet {
             disposed = true;
             open = List.copyOf(files);
         }
-        open.forEach(OpenFile::abandon);
+        for (OpenFile file : open) {
+            file.abandon();
+        }
     }
 }

@@ -80,8 +80,12 @@ final class KeyRing {
     }
 
     private void publishSignals() {
-        List<Signals> open = new ArrayList<>(bySystem.values());
-        open.removeIf(source -> source == null);
+        List<Signals> open = new ArrayList<>();
+        for (Signals source : bySystem.values()) {
+            if (source != null) {
+                open.add(source);
+            }
+        }
         signals = List.copyOf(open);
     }
 

@@ -36,10 +36,8 @@ final class RawNames {
     /** Returns the text of a path's last name. */
     static String textOf(Path path) {
         String text = path.getFileName().toString();
-        if (!areBytes(path.getFileSystem()) || text.chars().noneMatch(RawNames::isSuspect)) {
-            return text;
-        }
-        return decode(bytesOf(path.getFileName()));
+        boolean isItself = !areBytes(path.getFileSystem()) || !holdsSuspect(text);
+        return isItself ? text : decode(bytesOf(path.getFileName()));
     }
 
     /** Tells whether a name cannot be left to {@link FileSystem#getPath}. */
@@ -87,8 +85,9 @@ final class RawNames {
         return c >= FIRST && c <= LAST;
     }
 
-    private static boolean isSuspect(int c) {
-        return c == REPLACEMENT || isReserved(c);
+    /** Tells whether a name as Java shows it may have lost some of its bytes. */
+    private static boolean holdsSuspect(String text) {
+        return text.indexOf(REPLACEMENT) >= 0 || holdsReserved(text);
     }
 
     private static boolean isUnderstood(FileSystem system, String text) {

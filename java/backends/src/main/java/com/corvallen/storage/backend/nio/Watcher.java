@@ -202,14 +202,18 @@ final class Watcher {
         Thread running;
         synchronized (lock) {
             disposed = true;
-            watches.values().forEach(Watch::stop);
+            for (Watch watch : watches.values()) {
+                watch.stop();
+            }
             watches.clear();
             keys.close();
             open = List.copyOf(publishers);
             running = thread;
             lock.notifyAll();
         }
-        open.forEach(Watcher::close);
+        for (EventPublisher publisher : open) {
+            close(publisher);
+        }
         if (running != null && running != Thread.currentThread()) {
             join(running);
         }
