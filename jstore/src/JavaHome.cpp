@@ -6,7 +6,9 @@
 #include <filesystem>
 #include <string_view>
 #include <system_error>
+#include <utility>
 
+#include "ClassArchive.h"
 #include "ClassPath.h"
 
 namespace jstore {
@@ -23,9 +25,20 @@ bool choosesCollector(const std::string& option) {
     return option.starts_with(prefix) && option.ends_with("GC");
 }
 
+/// Empty, or the option about the class archive that is made or used. A file that is not there would cost Java even
+/// the archive of its own classes.
+std::string archiveOption(const Options& options, const JavaCandidate& java) {
+    if (!options.newArchive.empty()) {
+        return "-XX:ArchiveClassesAtExit=" + options.newArchive.string();
+    }
+    const auto archive = takesClassArchive(options) ? classArchiveOf(options, java) : std::filesystem::path();
+    std::error_code ignored;  // Java starts without an archive that cannot be looked at.
+    return std::filesystem::exists(archive, ignored) ? "-XX:SharedArchiveFile=" + archive.string() : "";
+}
+
 }  // namespace
 
-EmbeddedJVMOptions virtualMachineOptions(const Options& options) {
+EmbeddedJVMOptions virtualMachineOptions(const Options& options, const JavaCandidate& java) {
     EmbeddedJVMOptions result;
     result.javaHome = options.javaHome;
     result.maxHeapMiB = HeapMiB;
@@ -36,6 +49,9 @@ EmbeddedJVMOptions virtualMachineOptions(const Options& options) {
         }
     }
     result.jvmOptions = {"-XX:TieredStopAtLevel=1", "-Xshare:auto"};
+    if (auto archive = archiveOption(options, java); !archive.empty()) {
+        result.jvmOptions.push_back(std::move(archive));
+    }
     // Two collectors at once are refused, so the default steps back for the user's.
     if (std::none_of(options.jvmOptions.begin(), options.jvmOptions.end(), choosesCollector)) {
         result.jvmOptions.emplace_back("-XX:+UseSerialGC");

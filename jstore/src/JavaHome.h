@@ -8,9 +8,10 @@
 
 namespace jstore {
 
-/// How the virtual machine for these options is started: a small heap and the quickest start, the user's own options
-/// last, so that they win. Entries of the class path that are not there are left out.
-[[nodiscard]] storage::jvm::EmbeddedJVMOptions virtualMachineOptions(const Options& options);
+/// How the virtual machine of this Java is started for these options: a small heap and the quickest start, the user's
+/// own options last, so that they win. Entries of the class path that are not there are left out.
+[[nodiscard]] storage::jvm::EmbeddedJVMOptions virtualMachineOptions(const Options& options,
+                                                                     const storage::jvm::JavaCandidate& java);
 
 /// The places where Java is looked for, in order: only the given home when there is one.
 [[nodiscard]] std::vector<storage::jvm::JavaCandidate> javaCandidates(const Options& options);

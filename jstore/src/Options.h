@@ -23,6 +23,8 @@ struct Options {
     std::vector<std::string> classPath;   ///< each value of --class-path: entries separated by colons
     std::string environmentClassPath;     ///< JSTORE_CLASS_PATH
     std::filesystem::path installedJars;  ///< the folder of the jars that come with this program
+    std::filesystem::path archives;       ///< the folder of the class archives
+    std::filesystem::path newArchive;     ///< where Java leaves a class archive when it ends; empty: nowhere
     std::vector<Mount> mounts;
     std::vector<Setting> settings;
     std::vector<std::string> jvmOptions;

@@ -42,12 +42,13 @@ void checkClassPath(const Options& options) {
 
 std::shared_ptr<EmbeddedJVM> startJava(const Options& options) {
     const auto candidates = javaCandidates(options);
-    if (usable(candidates) == nullptr) {
+    const auto* const java = usable(candidates);
+    if (java == nullptr) {
         throw failed("NoJava", "no Java found: " + placesTried(candidates), ExitCode::NoJava);
     }
     std::shared_ptr<EmbeddedJVM> jvm;
     try {
-        jvm = EmbeddedJVM::start(virtualMachineOptions(options));
+        jvm = EmbeddedJVM::start(virtualMachineOptions(options, *java));
     } catch (const std::exception& error) {
         throw failed("Java", fmt::format("Java does not start: {}", error.what()));
     }

@@ -21,6 +21,7 @@ Options withSurroundings(Options options) {
     options.environmentClassPath = classPath == nullptr ? "" : classPath;
     const auto program = std::filesystem::read_symlink("/proc/self/exe");
     options.installedJars = (program.parent_path() / JSTORE_JARS).lexically_normal();
+    options.archives = (program.parent_path() / JSTORE_ARCHIVES).lexically_normal();
     return options;
 }
 

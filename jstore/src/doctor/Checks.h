@@ -2,6 +2,7 @@
 
 #include <jni.h>
 
+#include <filesystem>
 #include <memory>
 
 #include "Options.h"
@@ -30,6 +31,17 @@ namespace jstore::doctor {
 
 /// Whose signal handlers are installed, now that Java runs.
 [[nodiscard]] Checks signals();
+
+/// Whether the running machine uses the class archive that is for this Java; empty when none can be.
+[[nodiscard]] Check archive(const Options& options, const std::filesystem::path& file);
+
+/// Makes the folder of a class archive if it is missing.
+[[nodiscard]] Check archiveFolder(const std::filesystem::path& file);
+
+/// Ends the machine, which was started for `options.newArchive`, once it has loaded what commands need, and puts the
+/// archive in its place. A failure leaves an older archive as it was. Blocks in Java.
+[[nodiscard]] Check makeArchive(const std::shared_ptr<storage::jvm::EmbeddedJVM>& jvm, const Options& options,
+                                const std::filesystem::path& file);
 
 /// Makes the provider and gives it back.
 [[nodiscard]] Check provider(const std::shared_ptr<storage::jvm::EmbeddedJVM>& jvm, const Options& options);

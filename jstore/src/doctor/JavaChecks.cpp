@@ -5,8 +5,8 @@
 #include <chrono>
 #include <csignal>
 #include <cstring>
-#include <fstream>
 
+#include "ClassArchive.h"
 #include "JavaHome.h"
 #include "JavaProperty.h"
 #include "Problem.h"
@@ -19,16 +19,10 @@ using storage::jvm::JavaCandidate;
 
 namespace {
 
-/// The version that the home's "release" file states, with a blank before it; empty without one.
-std::string releaseVersion(const std::filesystem::path& home) {
-    constexpr std::string_view key = "JAVA_VERSION=\"";
-    std::ifstream release(home / "release");
-    for (std::string line; std::getline(release, line);) {
-        if (line.starts_with(key)) {
-            return " (Java " + line.substr(key.size(), line.find('"', key.size()) - key.size()) + ")";
-        }
-    }
-    return {};
+/// The home's version as an addition to a line; empty when it states none.
+std::string versionNote(const std::filesystem::path& home) {
+    const auto version = versionOf(home);
+    return version.empty() ? "" : " (Java " + version + ")";
 }
 
 constexpr int OldestJava = 11;
@@ -43,7 +37,7 @@ int majorOf(const std::string& version) {
 Check checkOf(const JavaCandidate& candidate, const JavaCandidate* chosen) {
     if (candidate.problem.empty()) {
         const auto* const role = &candidate == chosen ? ": used" : ": not needed";
-        return {Mark::Ok, "java home", describe(candidate) + releaseVersion(candidate.home) + role, {}};
+        return {Mark::Ok, "java home", describe(candidate) + versionNote(candidate.home) + role, {}};
     }
     const bool named = !candidate.home.empty() && candidate.origin != "distribution folder";
     return {named ? Mark::Warning : Mark::Ok, "java home", describe(candidate),

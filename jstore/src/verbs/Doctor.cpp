@@ -1,6 +1,9 @@
 #include <fmt/format.h>
+#include <unistd.h>
 
+#include "ClassArchive.h"
 #include "HelpText.h"
+#include "JavaHome.h"
 #include "Text.h"
 #include "doctor/Checks.h"
 #include "storage/jvm/JVMWrapper.h"
@@ -29,17 +32,25 @@ class Doctor final : public Verb {
 public:
     CLI::App& declare(CLI::App& commandLine) override {
         auto& verb = *commandLine.add_subcommand("doctor", "Tell what jstore found on this machine and what is wrong");
-        verb.footer(helpText("Ends with 0 when jstore can be used as it was called, 7 when there is no Java, else 1.",
-                             {"jstore doctor", "jstore --mount store=backup doctor"}));
+        verb.add_flag("--make-archive", m_makeArchive, "Archive jstore's classes for this Java: commands start faster");
+        verb.footer(
+            helpText("Ends with 0 when jstore can be used as it was called, 7 when there is no Java, else 1.\n"
+                     "The archive is part of the installation, which makes it too. Make it again when Java has\n"
+                     "become another, or the installation was moved: until then it is passed over.",
+                     {"jstore doctor", "jstore --mount store=backup doctor"}));
         return verb;
     }
 
     ExitCode run(Context& context) override {
         m_context = &context;
-        show(doctor::javaHomes(context.options()));
+        m_options = context.options();
+        if (m_makeArchive) {
+            requireOwnClasses();
+        }
+        show(doctor::javaHomes(m_options));
         const bool haveHome = m_usable;
-        show(doctor::classPath(context.options()));
-        show(doctor::mounts(context.options()));
+        show(doctor::classPath(m_options));
+        show(doctor::mounts(m_options));
         if (!haveHome) {
             show({doctor::locale(nullptr)});
             return ExitCode::NoJava;
@@ -49,22 +60,50 @@ public:
     }
 
 private:
+    void requireOwnClasses() const {
+        if (!takesClassArchive(m_options)) {
+            throw usageError(
+                "doctor: --make-archive is for jstore's own classes, without --class-path and JSTORE_CLASS_PATH");
+        }
+    }
+
     /// Starts the machine and looks at it from inside; Done unless it does not start.
     ExitCode showRunning() {
+        const auto candidates = javaCandidates(m_options);
+        const auto archive = classArchiveOf(m_options, *usable(candidates));
+        if (m_makeArchive && !prepareArchive(archive)) {
+            return ExitCode::Failed;
+        }
         std::shared_ptr<storage::jvm::EmbeddedJVM> jvm;
         try {
-            jvm = startJava(m_context->options());
+            jvm = startJava(m_options);
         } catch (const CommandError& error) {
             const auto* const hint = "check --jvm-option, --java-home and JAVA_HOME";
             show({{Mark::Failure, "java", messageOf(error.problem()), hint}, doctor::locale(nullptr)});
             return error.problem().exitCode;
         }
+        showInside(jvm);
+        show({m_makeArchive ? doctor::makeArchive(jvm, m_options, archive) : doctor::archive(m_options, archive)});
+        return ExitCode::Done;
+    }
+
+    void showInside(const std::shared_ptr<storage::jvm::EmbeddedJVM>& jvm) {
         storage::jvm::JVMWrapper attached(jvm->getJavaVM());
         show(doctor::runningJava(attached.getEnv(), *jvm));
         show({doctor::locale(attached.getEnv())});
         show(doctor::signals());
-        show({doctor::provider(jvm, m_context->options())});
-        return ExitCode::Done;
+        show({doctor::provider(jvm, m_options)});
+    }
+
+    /// Has the machine leave its archive beside the place where it belongs; false when there is no such place.
+    bool prepareArchive(const std::filesystem::path& archive) {
+        const auto check = doctor::archiveFolder(archive);
+        if (check.mark == Mark::Failure) {
+            show({check});
+            return false;
+        }
+        m_options.newArchive = fmt::format("{}.{}.tmp", archive.string(), ::getpid());
+        return true;
     }
 
     /// Prints the findings and notes whether one is a failure.
@@ -92,6 +131,8 @@ private:
     }
 
     Context* m_context = nullptr;
+    Options m_options;
+    bool m_makeArchive = false;
     bool m_usable = true;
 };
 

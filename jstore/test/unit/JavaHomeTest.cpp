@@ -2,11 +2,15 @@
 
 #include <gmock/gmock.h>
 
+#include "support/TemporaryFolder.h"
+
 namespace jstore {
 
 using storage::jvm::JavaCandidate;
+using ::testing::AllOf;
 using ::testing::Contains;
 using ::testing::ElementsAre;
+using ::testing::HasSubstr;
 using ::testing::Not;
 
 namespace {
@@ -15,7 +19,7 @@ TEST(JavaHomeTest, UserOptionsComeLast) {
     Options options;
     options.jvmOptions = {"-Xmx1g", "-Da=b"};
     options.mounts = {{"data", "file:///srv"}};
-    EXPECT_THAT(virtualMachineOptions(options).jvmOptions,
+    EXPECT_THAT(virtualMachineOptions(options, {}).jvmOptions,
                 ElementsAre("-XX:TieredStopAtLevel=1", "-Xshare:auto", "-XX:+UseSerialGC",
                             "-Dstorage.mount.data=file:///srv", "-Xmx1g", "-Da=b"));
 }
@@ -23,8 +27,48 @@ TEST(JavaHomeTest, UserOptionsComeLast) {
 TEST(JavaHomeTest, CollectorStepsBackForTheUsers) {
     Options options;
     options.jvmOptions = {"-XX:+UseG1GC"};
-    EXPECT_THAT(virtualMachineOptions(options).jvmOptions, Not(Contains("-XX:+UseSerialGC")));
-    EXPECT_THAT(virtualMachineOptions(options).jvmOptions, Contains("-XX:+UseG1GC"));
+    EXPECT_THAT(virtualMachineOptions(options, {}).jvmOptions, Not(Contains("-XX:+UseSerialGC")));
+    EXPECT_THAT(virtualMachineOptions(options, {}).jvmOptions, Contains("-XX:+UseG1GC"));
+}
+
+class ClassArchiveOptionTest : public ::testing::Test {
+protected:
+    ClassArchiveOptionTest() {
+        m_folder.file("release", "IMPLEMENTOR=\"Some\"\nJAVA_VERSION=\"17.0.1\"\nLIBC=\"gnu\"\n");
+        m_options.archives = m_folder.path();
+    }
+
+    [[nodiscard]] std::vector<std::string> machineOptions() const {
+        return virtualMachineOptions(m_options, {"", m_folder.path(), "", ""}).jvmOptions;
+    }
+    [[nodiscard]] std::string used() const {
+        return "-XX:SharedArchiveFile=" + (m_folder.path() / "classes-17.0.1.jsa").string();
+    }
+
+    test::TemporaryFolder m_folder;
+    Options m_options;
+};
+
+TEST_F(ClassArchiveOptionTest, ArchiveIsUsedIfItIsThere) {
+    EXPECT_THAT(machineOptions(), Not(Contains(used())));
+    m_folder.file("classes-17.0.1.jsa");
+    EXPECT_THAT(machineOptions(), Contains(used()));
+    m_options.classPath = {"/usr"};
+    EXPECT_THAT(machineOptions(), Not(Contains(used())));
+    m_options.classPath = {};
+    m_options.environmentClassPath = "/usr";
+    EXPECT_THAT(machineOptions(), Not(Contains(used())));
+}
+
+TEST_F(ClassArchiveOptionTest, ArchiveOfAnotherVersionIsLeftAlone) {
+    m_folder.file("classes-17.0.2.jsa");
+    EXPECT_THAT(machineOptions(), Not(Contains(HasSubstr("SharedArchiveFile"))));
+}
+
+TEST_F(ClassArchiveOptionTest, NewArchiveStandsForTheOld) {
+    m_folder.file("classes-17.0.1.jsa");
+    m_options.newArchive = "/new.jsa";
+    EXPECT_THAT(machineOptions(), AllOf(Contains("-XX:ArchiveClassesAtExit=/new.jsa"), Not(Contains(used()))));
 }
 
 TEST(JavaHomeTest, HomeAndTheClassPathThatIsThereAreHandedOver) {
@@ -32,7 +76,7 @@ TEST(JavaHomeTest, HomeAndTheClassPathThatIsThereAreHandedOver) {
     options.javaHome = "/j";
     options.classPath = {"/usr:/nonexistent.jar"};
     options.installedJars = "/nonexistent";
-    const auto machine = virtualMachineOptions(options);
+    const auto machine = virtualMachineOptions(options, {});
     EXPECT_EQ("/j", machine.javaHome);
     EXPECT_THAT(machine.classPath, ElementsAre("/usr"));
 }

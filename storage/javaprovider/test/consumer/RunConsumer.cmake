@@ -7,8 +7,12 @@ endfunction()
 file(REMOVE_RECURSE "${WORK_DIR}")
 file(MAKE_DIRECTORY "${WORK_DIR}/folder")
 
-# The packages serve from wherever they are, so they are moved after the installation.
+# The packages serve from wherever they are, so they are moved after the installation; but the class archive does not.
 run("${CMAKE_COMMAND}" --install "${BUILD_DIR}" --prefix "${WORK_DIR}/installed")
+execute_process(COMMAND "${WORK_DIR}/installed/bin/jstore" doctor OUTPUT_VARIABLE findings COMMAND_ERROR_IS_FATAL ANY)
+if(NOT findings MATCHES "ok +archive +[^\n]*/installed/[^\n]*: used\n")
+  message(FATAL_ERROR "the installation has made no class archive:\n${findings}")
+endif()
 file(RENAME "${WORK_DIR}/installed" "${WORK_DIR}/prefix")
 
 run("${CMAKE_COMMAND}" -S "${CMAKE_CURRENT_LIST_DIR}" -B "${WORK_DIR}/build" -G "${GENERATOR}"
