@@ -1,22 +1,14 @@
 #include "ClassArchive.h"
 
 #include <fstream>
-#include <string_view>
+#include <string>
+#include <system_error>
+
+#include "JavaHome.h"
 
 namespace jstore {
 
 namespace fs = std::filesystem;
-
-std::string versionOf(const fs::path& javaHome) {
-    constexpr std::string_view key = "JAVA_VERSION=\"";
-    std::ifstream release(javaHome / "release");
-    for (std::string line; std::getline(release, line);) {
-        if (line.starts_with(key)) {
-            return line.substr(key.size(), line.find('"', key.size()) - key.size());
-        }
-    }
-    return {};
-}
 
 fs::path classArchiveOf(const Options& options, const storage::jvm::JavaCandidate& java) {
     const auto version = versionOf(java.home);
@@ -28,9 +20,11 @@ bool takesClassArchive(const Options& options) {
 }
 
 bool isMapped(const fs::path& file) {
+    std::error_code ignored;  // What is not there is not mapped.
+    const auto suffix = " " + fs::weakly_canonical(file, ignored).string();
     std::ifstream maps("/proc/self/maps");
     for (std::string line; std::getline(maps, line);) {
-        if (line.ends_with(" " + file.string())) {
+        if (line.ends_with(suffix)) {
             return true;
         }
     }

@@ -1,20 +1,16 @@
 #pragma once
 
 #include <filesystem>
-#include <string>
 
 #include "Options.h"
 #include "storage/jvm/EmbeddedJVM.h"
 
-/// An archive of classes that Java maps into memory, instead of reading, checking and linking them one by one: half of
-/// a short command's time. `jstore doctor --make-archive` makes it, the installation does so too.
+/// An archive of classes that Java maps into memory, instead of reading, checking and linking them one by one, which
+/// takes longer than all that a short command does.
 ///
 /// It is good for the very Java, jars and places of jars that it was made with. Java itself compares them, and passes
 /// over an archive that does not fit in silence.
 namespace jstore {
-
-/// The version that a Java home's file "release" states, such as 17.0.15; empty without one.
-[[nodiscard]] std::string versionOf(const std::filesystem::path& javaHome);
 
 /// Where the archive for a Java is, or would be; empty when its home states no version.
 [[nodiscard]] std::filesystem::path classArchiveOf(const Options& options, const storage::jvm::JavaCandidate& java);

@@ -1,9 +1,12 @@
 #include "JavaHome.h"
 
 #include <fmt/format.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <charconv>
 #include <filesystem>
+#include <fstream>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -25,15 +28,22 @@ bool choosesCollector(const std::string& option) {
     return option.starts_with(prefix) && option.ends_with("GC");
 }
 
-/// Empty, or the option about the class archive that is made or used. A file that is not there would cost Java even
-/// the archive of its own classes.
+/// Whether the user says which archive to use or make; Java refuses some mixtures.
+bool choosesArchive(const std::string& option) {
+    return option.starts_with("-XX:SharedArchiveFile=") || option.starts_with("-XX:ArchiveClassesAtExit=");
+}
+
+/// Empty, or the option about the class archive that is made or used. A file that is not there, or may not be read,
+/// would cost Java even the archive of its own classes.
 std::string archiveOption(const Options& options, const JavaCandidate& java) {
     if (!options.newArchive.empty()) {
         return "-XX:ArchiveClassesAtExit=" + options.newArchive.string();
     }
-    const auto archive = takesClassArchive(options) ? classArchiveOf(options, java) : std::filesystem::path();
-    std::error_code ignored;  // Java starts without an archive that cannot be looked at.
-    return std::filesystem::exists(archive, ignored) ? "-XX:SharedArchiveFile=" + archive.string() : "";
+    if (!takesClassArchive(options) || std::ranges::any_of(options.jvmOptions, choosesArchive)) {
+        return {};
+    }
+    const auto archive = classArchiveOf(options, java);
+    return ::access(archive.c_str(), R_OK) == 0 ? "-XX:SharedArchiveFile=" + archive.string() : "";
 }
 
 }  // namespace
@@ -61,6 +71,23 @@ EmbeddedJVMOptions virtualMachineOptions(const Options& options, const JavaCandi
     }
     result.jvmOptions.insert(result.jvmOptions.end(), options.jvmOptions.begin(), options.jvmOptions.end());
     return result;
+}
+
+std::string versionOf(const std::filesystem::path& javaHome) {
+    constexpr std::string_view key = "JAVA_VERSION=\"";
+    std::ifstream release(javaHome / "release");
+    for (std::string line; std::getline(release, line);) {
+        if (line.starts_with(key)) {
+            return line.substr(key.size(), line.find('"', key.size()) - key.size());
+        }
+    }
+    return {};
+}
+
+int majorOf(const std::string& version) {
+    int major = 0;
+    std::from_chars(version.data(), version.data() + version.size(), major);
+    return major;
 }
 
 std::vector<JavaCandidate> javaCandidates(const Options& options) {

@@ -2,7 +2,6 @@
 
 #include <jni.h>
 
-#include <filesystem>
 #include <memory>
 
 #include "Options.h"
@@ -32,16 +31,11 @@ namespace jstore::doctor {
 /// Whose signal handlers are installed, now that Java runs.
 [[nodiscard]] Checks signals();
 
-/// Whether the running machine uses the class archive that is for this Java; empty when none can be.
-[[nodiscard]] Check archive(const Options& options, const std::filesystem::path& file);
+/// Whether the running machine, which is this Java's, uses the class archive.
+[[nodiscard]] Check archive(const Options& options, const storage::jvm::JavaCandidate& java);
 
-/// Makes the folder of a class archive if it is missing.
-[[nodiscard]] Check archiveFolder(const std::filesystem::path& file);
-
-/// Ends the machine, which was started for `options.newArchive`, once it has loaded what commands need, and puts the
-/// archive in its place. A failure leaves an older archive as it was. Blocks in Java.
-[[nodiscard]] Check makeArchive(const std::shared_ptr<storage::jvm::EmbeddedJVM>& jvm, const Options& options,
-                                const std::filesystem::path& file);
+/// Makes the class archive for a Java. To be called before this process starts one.
+[[nodiscard]] Check makeArchive(const Options& options, const storage::jvm::JavaCandidate& java);
 
 /// Makes the provider and gives it back.
 [[nodiscard]] Check provider(const std::shared_ptr<storage::jvm::EmbeddedJVM>& jvm, const Options& options);

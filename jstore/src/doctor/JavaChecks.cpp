@@ -1,12 +1,10 @@
 #include <dlfcn.h>
 #include <fmt/format.h>
 
-#include <charconv>
 #include <chrono>
 #include <csignal>
 #include <cstring>
 
-#include "ClassArchive.h"
 #include "JavaHome.h"
 #include "JavaProperty.h"
 #include "Problem.h"
@@ -26,13 +24,6 @@ std::string versionNote(const std::filesystem::path& home) {
 }
 
 constexpr int OldestJava = 11;
-
-/// 17 of "17.0.1"; 1 of "1.8.0", which is old enough; 0 for what is no version.
-int majorOf(const std::string& version) {
-    int major = 0;
-    std::from_chars(version.data(), version.data() + version.size(), major);
-    return major;
-}
 
 Check checkOf(const JavaCandidate& candidate, const JavaCandidate* chosen) {
     if (candidate.problem.empty()) {

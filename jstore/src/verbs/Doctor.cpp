@@ -1,8 +1,8 @@
 #include <fmt/format.h>
-#include <unistd.h>
 
 #include "ClassArchive.h"
 #include "HelpText.h"
+#include "Interrupt.h"
 #include "JavaHome.h"
 #include "Text.h"
 #include "doctor/Checks.h"
@@ -32,78 +32,63 @@ class Doctor final : public Verb {
 public:
     CLI::App& declare(CLI::App& commandLine) override {
         auto& verb = *commandLine.add_subcommand("doctor", "Tell what jstore found on this machine and what is wrong");
-        verb.add_flag("--make-archive", m_makeArchive, "Archive jstore's classes for this Java: commands start faster");
+        verb.add_flag("--make-archive", m_makeArchive,
+                      "Archive the classes that commands load, for this Java: they start faster");
         verb.footer(
             helpText("Ends with 0 when jstore can be used as it was called, 7 when there is no Java, else 1.\n"
-                     "The archive is part of the installation, which makes it too. Make it again when Java has\n"
-                     "become another, or the installation was moved: until then it is passed over.",
+                     "The installation makes an archive for the Java that it finds. Where Java or the jars have\n"
+                     "become others, or jstore was moved, it is passed over until it is made again.",
                      {"jstore doctor", "jstore --mount store=backup doctor"}));
         return verb;
     }
 
     ExitCode run(Context& context) override {
         m_context = &context;
-        m_options = context.options();
+        const auto& options = context.options();
         if (m_makeArchive) {
-            requireOwnClasses();
+            requireDefaults(options);
         }
-        show(doctor::javaHomes(m_options));
-        const bool haveHome = m_usable;
-        show(doctor::classPath(m_options));
-        show(doctor::mounts(m_options));
-        if (!haveHome) {
+        const auto candidates = javaCandidates(options);
+        const auto* const java = usable(candidates);
+        show(doctor::javaHomes(options));
+        show(doctor::classPath(options));
+        show(doctor::mounts(options));
+        if (java == nullptr) {
             show({doctor::locale(nullptr)});
             return ExitCode::NoJava;
         }
-        const auto running = showRunning();
+        if (m_makeArchive) {
+            show({doctor::makeArchive(options, *java)});
+        }
+        const auto running = interrupted() ? ExitCode::Interrupted : showRunning(*java);
         return running == ExitCode::Done && !m_usable ? ExitCode::Failed : running;
     }
 
 private:
-    void requireOwnClasses() const {
-        if (!takesClassArchive(m_options)) {
-            throw usageError(
-                "doctor: --make-archive is for jstore's own classes, without --class-path and JSTORE_CLASS_PATH");
+    /// An archive for other classes or another kind of machine would be of no use to any other command.
+    static void requireDefaults(const Options& options) {
+        if (!takesClassArchive(options) || !options.jvmOptions.empty()) {
+            throw usageError("doctor: --make-archive goes without --class-path, JSTORE_CLASS_PATH and --jvm-option");
         }
     }
 
     /// Starts the machine and looks at it from inside; Done unless it does not start.
-    ExitCode showRunning() {
-        const auto candidates = javaCandidates(m_options);
-        const auto archive = classArchiveOf(m_options, *usable(candidates));
-        if (m_makeArchive && !prepareArchive(archive)) {
-            return ExitCode::Failed;
-        }
+    ExitCode showRunning(const storage::jvm::JavaCandidate& java) {
         std::shared_ptr<storage::jvm::EmbeddedJVM> jvm;
         try {
-            jvm = startJava(m_options);
+            jvm = startJava(m_context->options());
         } catch (const CommandError& error) {
             const auto* const hint = "check --jvm-option, --java-home and JAVA_HOME";
             show({{Mark::Failure, "java", messageOf(error.problem()), hint}, doctor::locale(nullptr)});
             return error.problem().exitCode;
         }
-        showInside(jvm);
-        show({m_makeArchive ? doctor::makeArchive(jvm, m_options, archive) : doctor::archive(m_options, archive)});
-        return ExitCode::Done;
-    }
-
-    void showInside(const std::shared_ptr<storage::jvm::EmbeddedJVM>& jvm) {
         storage::jvm::JVMWrapper attached(jvm->getJavaVM());
         show(doctor::runningJava(attached.getEnv(), *jvm));
         show({doctor::locale(attached.getEnv())});
         show(doctor::signals());
-        show({doctor::provider(jvm, m_options)});
-    }
-
-    /// Has the machine leave its archive beside the place where it belongs; false when there is no such place.
-    bool prepareArchive(const std::filesystem::path& archive) {
-        const auto check = doctor::archiveFolder(archive);
-        if (check.mark == Mark::Failure) {
-            show({check});
-            return false;
-        }
-        m_options.newArchive = fmt::format("{}.{}.tmp", archive.string(), ::getpid());
-        return true;
+        show({doctor::provider(jvm, m_context->options())});
+        show({doctor::archive(m_context->options(), java)});
+        return ExitCode::Done;
     }
 
     /// Prints the findings and notes whether one is a failure.
@@ -131,7 +116,6 @@ private:
     }
 
     Context* m_context = nullptr;
-    Options m_options;
     bool m_makeArchive = false;
     bool m_usable = true;
 };

@@ -1,7 +1,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <filesystem>
 #include <fstream>
+#include <string>
+#include <vector>
 
 #include "support/Jstore.h"
 #include "support/Matchers.h"
@@ -13,9 +17,10 @@ namespace fs = std::filesystem;
 using ::testing::AllOf;
 using ::testing::ContainsRegex;
 using ::testing::HasSubstr;
-using ::testing::Not;
 
 namespace {
+
+const auto Uses = ContainsRegex("ok +archive +.*/classes-[0-9.]+.jsa: used\n");
 
 /// An installation of its own, without a class archive: the program and its jars.
 class ArchiveTest : public ::testing::Test {
@@ -32,8 +37,22 @@ protected:
 
     /// What the copied program does.
     [[nodiscard]] Outcome installed(std::vector<std::string> arguments) const {
-        const auto start = "exec '" + (m_root / "bin/jstore").string() + "' \"$@\"";
+        return through("", std::move(arguments));
+    }
+    /// The same after words of a shell.
+    [[nodiscard]] Outcome through(const std::string& before, std::vector<std::string> arguments) const {
+        const auto start = before + "exec '" + (m_root / "bin/jstore").string() + "' \"$@\"";
         return Jstore(std::move(arguments)).through({"/bin/sh", "-c", start}).run();
+    }
+    Outcome make() const { return installed({"doctor", "--make-archive"}); }
+
+    /// Makes the folder of the location the home of the same Java as ever, without the file that states the version.
+    void homeOfTheSameJava() const {
+        const auto doctor = jstore({"doctor"}).out;
+        const std::string key = "libjvm        ";
+        const auto start = doctor.find(key) + key.size();
+        const fs::path libjvm = doctor.substr(start, doctor.find('\n', start) - start);
+        fs::create_symlink(libjvm.parent_path().parent_path(), m_listed / "lib");
     }
 
     [[nodiscard]] fs::path folder() const { return m_root / "lib/jstore"; }
@@ -52,21 +71,33 @@ TEST_F(ArchiveTest, IsMadeAndUsed) {
     EXPECT_THAT(installed({"doctor"}),
                 Prints(AllOf(ContainsRegex("warn +archive +.*/lib/jstore/classes-[0-9.]+.jsa: not there"),
                              HasSubstr("-> commands start faster after jstore doctor --make-archive"))));
-    EXPECT_THAT(installed({"doctor", "--make-archive"}),
-                Prints(ContainsRegex("ok +archive +.*jsa: made, [0-9]+ KiB\n")));
+    EXPECT_THAT(make(), Prints(AllOf(ContainsRegex("ok +archive +.*jsa: made, [0-9]+ KiB\n"), Uses)));
     EXPECT_EQ(1U, archives().size()) << "nothing else is left in the folder";
-    EXPECT_THAT(installed({"doctor"}), Prints(ContainsRegex("ok +archive +.*jsa: used\n")));
+    EXPECT_THAT(installed({"doctor"}), Prints(Uses));
     EXPECT_THAT(installed({"ls", location()}), Prints("document.txt\n"));
 }
 
 TEST_F(ArchiveTest, IsReplaced) {
-    ASSERT_EQ(0, installed({"doctor", "--make-archive"}).exitCode);
-    EXPECT_THAT(installed({"doctor", "--make-archive"}), Prints(HasSubstr(": made, ")));
-    EXPECT_THAT(installed({"doctor"}), Prints(ContainsRegex("ok +archive +.*: used\n")));
+    make();
+    std::ofstream(archives().front().string() + ".tmp") << "what a killed maker has left";
+    EXPECT_THAT(make(), Prints(AllOf(HasSubstr(": made, "), Uses)));
+    EXPECT_EQ(1U, archives().size());
+}
+
+TEST_F(ArchiveTest, IsForEveryone) {
+    EXPECT_EQ(0, through("umask 077; ", {"doctor", "--make-archive"}).exitCode);
+    EXPECT_EQ(fs::perms(0644), fs::status(archives().front()).permissions());
+}
+
+TEST_F(ArchiveTest, FolderMayBeALink) {
+    fs::create_directory(m_root / "lib");
+    fs::create_directory(m_root / "elsewhere");
+    fs::create_directory_symlink(m_root / "elsewhere", folder());
+    EXPECT_THAT(make(), Prints(Uses));
 }
 
 TEST_F(ArchiveTest, IsPassedOverInSilenceWhenTheJarsAreOthers) {
-    ASSERT_EQ(0, installed({"doctor", "--make-archive"}).exitCode);
+    make();
     const auto jar = m_root / "share/java/storage-backends.jar";
     fs::last_write_time(jar, fs::last_write_time(jar) - std::chrono::hours(1));
     EXPECT_THAT(installed({"ls", location()}), Prints("document.txt\n"));
@@ -74,68 +105,85 @@ TEST_F(ArchiveTest, IsPassedOverInSilenceWhenTheJarsAreOthers) {
                 Prints(ContainsRegex("warn +archive +.*: not used: Java, its options or the jars")));
 }
 
-TEST_F(ArchiveTest, IsPassedOverInSilenceWhenItIsDamaged) {
-    ASSERT_EQ(0, installed({"doctor", "--make-archive"}).exitCode);
+TEST_F(ArchiveTest, WhatIsNoArchiveIsPassedOverInSilence) {
+    make();
     const auto archive = archives().front();
     fs::remove(archive);
     std::ofstream(archive) << "no archive";
     EXPECT_THAT(installed({"ls", location()}), Prints("document.txt\n"));
     EXPECT_THAT(installed({"doctor"}), Prints(ContainsRegex("warn +archive +.*: not used")));
-    EXPECT_THAT(installed({"doctor", "--make-archive"}), Prints(HasSubstr(": made, ")));
-    EXPECT_THAT(installed({"doctor"}), Prints(ContainsRegex("ok +archive +.*: used\n")));
+    EXPECT_THAT(make(), Prints(Uses));
 }
 
 TEST_F(ArchiveTest, IsLeftOutWithAClassPath) {
-    ASSERT_EQ(0, installed({"doctor", "--make-archive"}).exitCode);
-    const auto path = m_listed.path().string();
-    EXPECT_THAT(installed({"--class-path", path, "ls", location()}), Prints("document.txt\n"));
-    EXPECT_THAT(installed({"--class-path", path, "doctor"}),
+    make();
+    EXPECT_THAT(installed({"--class-path", location(), "ls", location()}), Prints("document.txt\n"));
+    EXPECT_THAT(installed({"--class-path", location(), "doctor"}),
                 Prints(ContainsRegex("ok +archive +not used with --class-path or JSTORE_CLASS_PATH\n")));
-    EXPECT_THAT(installed({"--class-path", path, "--jvm-option", "-Xshare:on", "ls", location()}),
+    EXPECT_THAT(installed({"--class-path", location(), "--jvm-option", "-Xshare:on", "ls", location()}),
                 Prints("document.txt\n"))
         << "whoever insists on Java's own archive gets it";
 }
 
-TEST_F(ArchiveTest, UsersArchiveWins) {
-    ASSERT_EQ(0, installed({"doctor", "--make-archive"}).exitCode);
+TEST_F(ArchiveTest, UsersArchivesWin) {
+    make();
     EXPECT_THAT(installed({"--jvm-option", "-XX:SharedArchiveFile=/nonexistent", "doctor"}),
                 Prints(ContainsRegex("warn +archive +.*: not used")));
+    const auto own = "-XX:ArchiveClassesAtExit=" + (m_listed / "own.jsa").string();
+    EXPECT_THAT(installed({"--jvm-option", own, "ls", location()}), Prints("document.txt\n"));
 }
 
-TEST_F(ArchiveTest, IsOfTheInstallationsClassesAlone) {
-    EXPECT_THAT(installed({"--class-path", "/tmp", "doctor", "--make-archive"}),
-                FailsWith(2, HasSubstr("--make-archive is for jstore's own classes")));
+TEST_F(ArchiveTest, IsForCommandsWithoutOptionsAboutJava) {
+    for (const std::vector<std::string>& options :
+         {std::vector<std::string>{"--class-path", "/tmp"}, {"--jvm-option", "-XX:+UseZGC"}}) {
+        auto arguments = options;
+        arguments.insert(arguments.end(), {"doctor", "--make-archive"});
+        EXPECT_THAT(installed(arguments), FailsWith(2, HasSubstr("--make-archive goes without ")));
+    }
     EXPECT_TRUE(archives().empty());
 }
 
 TEST_F(ArchiveTest, NeedsAFolderInTheInstallation) {
     m_root.file("lib", "no folder");
-    const auto outcome = installed({"doctor", "--make-archive"});
+    const auto outcome = make();
     EXPECT_EQ(1, outcome.exitCode);
     EXPECT_EQ("", outcome.err);
-    EXPECT_THAT(outcome.out, ContainsRegex("FAIL +archive +.*/lib/jstore: Not a directory\n.*-> whoever may write"));
-    EXPECT_THAT(outcome.out, Not(HasSubstr("java version"))) << "Java is not even started";
+    EXPECT_THAT(outcome.out, ContainsRegex("FAIL +archive +.*/lib/jstore/classes.*: not made: .*Not a directory.*\n"
+                                           ".*-> whoever may write into the installation"));
 }
 
-TEST_F(ArchiveTest, FailureLeavesTheOldOne) {
-    ASSERT_EQ(0, installed({"doctor", "--make-archive"}).exitCode);
+TEST_F(ArchiveTest, FailureOfTheBackEndLeavesTheOldOne) {
+    make();
     const auto outcome = installed({"--provider", "com.example.Nope", "doctor", "--make-archive"});
     EXPECT_EQ(1, outcome.exitCode);
-    EXPECT_THAT(outcome.out, ContainsRegex("FAIL +archive +.*cannot use provider com.example.Nope"));
+    EXPECT_THAT(outcome.out, ContainsRegex("FAIL +archive +.*: not made: .*cannot use provider com.example.Nope"));
     EXPECT_EQ(1U, archives().size());
-    EXPECT_THAT(installed({"doctor"}), Prints(ContainsRegex("ok +archive +.*: used\n")));
+    EXPECT_THAT(installed({"doctor"}), Prints(Uses));
+}
+
+TEST_F(ArchiveTest, FullDiskLeavesTheOldOne) {
+    make();
+    const auto outcome = through("ulimit -f 200; ", {"doctor", "--make-archive"});
+    EXPECT_EQ(1, outcome.exitCode);
+    EXPECT_THAT(outcome.out, AllOf(ContainsRegex("FAIL +archive +.*: not made: "), Uses));
+    EXPECT_EQ(1U, archives().size());
 }
 
 TEST_F(ArchiveTest, NeedsTheVersionOfJava) {
-    const auto doctor = jstore({"doctor"});
-    const auto start = doctor.out.find("libjvm        ") + 14;
-    const fs::path libjvm = doctor.out.substr(start, doctor.out.find('\n', start) - start);
-    // The same Java, in a home without the file that states the version.
-    fs::create_symlink(libjvm.parent_path().parent_path(), m_listed / "lib");
+    homeOfTheSameJava();
     EXPECT_THAT(installed({"--java-home", location(), "doctor"}), Prints(ContainsRegex("ok +archive +none, since ")));
     const auto outcome = installed({"--java-home", location(), "doctor", "--make-archive"});
     EXPECT_EQ(1, outcome.exitCode);
-    EXPECT_THAT(outcome.out, ContainsRegex("FAIL +archive +none, since .*states no version\n.*-> name another Java"));
+    EXPECT_THAT(outcome.out,
+                ContainsRegex("FAIL +archive +none, since .*states no version\n.*-> name Java 13 or newer"));
+}
+
+TEST_F(ArchiveTest, NeedsJava13) {
+    homeOfTheSameJava();
+    m_listed.file("release", "JAVA_VERSION=\"12.0.2\"\n");
+    const auto outcome = installed({"--java-home", location(), "doctor", "--make-archive"});
+    EXPECT_EQ(1, outcome.exitCode);
+    EXPECT_THAT(outcome.out, ContainsRegex("FAIL +archive +Java 12.0.2 cannot make one\n.*-> name Java 13 or newer"));
 }
 
 }  // namespace

@@ -65,6 +65,24 @@ TEST_F(ClassArchiveOptionTest, ArchiveOfAnotherVersionIsLeftAlone) {
     EXPECT_THAT(machineOptions(), Not(Contains(HasSubstr("SharedArchiveFile"))));
 }
 
+TEST_F(ClassArchiveOptionTest, ArchiveStepsBackForTheUsers) {
+    m_folder.file("classes-17.0.1.jsa");
+    for (const auto* const own : {"-XX:SharedArchiveFile=/own.jsa", "-XX:ArchiveClassesAtExit=/own.jsa"}) {
+        m_options.jvmOptions = {own};
+        EXPECT_THAT(machineOptions(), AllOf(Contains(own), Not(Contains(used()))));
+    }
+}
+
+TEST_F(ClassArchiveOptionTest, VersionIsTheReleasesOwn) {
+    EXPECT_EQ("17.0.1", versionOf(m_folder.path()));
+    EXPECT_EQ("", versionOf("/nonexistent"));
+    m_folder.file("release", "MODULES=\"java.base\"\n");
+    EXPECT_EQ("", versionOf(m_folder.path()));
+    EXPECT_EQ(17, majorOf("17.0.1"));
+    EXPECT_EQ(1, majorOf("1.8.0"));
+    EXPECT_EQ(0, majorOf(""));
+}
+
 TEST_F(ClassArchiveOptionTest, NewArchiveStandsForTheOld) {
     m_folder.file("classes-17.0.1.jsa");
     m_options.newArchive = "/new.jsa";
