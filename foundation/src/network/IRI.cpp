@@ -28,40 +28,24 @@ namespace utf = fl::i18n::detail;
 constexpr auto PlainChars =
     urls::unreserved_chars + urls::sub_delim_chars + (urls::gen_delim_chars - urls::grammar::lut_chars("#[]"));
 
-/// Eight UTF-16 units, looked at together.
+/// Eight UTF-16 units, and the same bytes one by one.
 using Units = std::uint16_t __attribute__((vector_size(16)));
+using Bytes = std::uint8_t __attribute__((vector_size(16)));
 constexpr std::size_t UnitCount = sizeof(Units) / sizeof(char16_t);
 
-/// All bits of a unit set where it is a letter, a digit, or one of `-./:_~`: the ones of the PlainChars that locations
-/// are mostly made of.
-Units areCommon(Units units) noexcept {
-    constexpr auto all = [](char16_t unit) { return Units{} + static_cast<std::uint16_t>(unit); };
-    const auto isWithin = [&all](Units values, char16_t first, char16_t last) {
-        return values - all(first) <= all(static_cast<char16_t>(last - first));
-    };
-    return isWithin(units | all(0x20), u'a', u'z') | isWithin(units, u'-', u':') | (units == all(u'_')) |
-           (units == all(u'~'));
+Units unitsAt(const char16_t* position) noexcept {
+    Units units;
+    std::memcpy(&units, position, sizeof(units));
+    return units;
 }
 
-/// Whether the text is in strict ASCII form as it stands. Says no of some that are; those take the longer way.
-bool isPlainAscii(std::u16string_view text) noexcept {
-    if (text.size() < UnitCount) {
-        return false;
-    }
-    const auto at = [text](std::size_t index) {
-        Units units;
-        std::memcpy(&units, text.data() + index, sizeof(units));
-        return areCommon(units);
+/// All bits of a byte set where it is a letter or one of `&'()*+,-./0123456789:;_~`: the ones of the PlainChars that
+/// locations are mostly made of.
+Bytes areCommon(Bytes bytes) noexcept {
+    const auto isWithin = [](Bytes values, char first, char last) {
+        return values - static_cast<std::uint8_t>(first) <= Bytes{} + static_cast<std::uint8_t>(last - first);
     };
-    // The last units are looked at in any case, some of them twice.
-    const std::size_t last = text.size() - UnitCount;
-    Units common = at(last);
-    for (std::size_t index = 0; index < last; index += UnitCount) {
-        common &= at(index);
-    }
-    std::array<std::uint64_t, 2> halves{};
-    std::memcpy(halves.data(), &common, sizeof(common));
-    return (halves[0] & halves[1]) == ~std::uint64_t{0};
+    return isWithin(bytes | std::uint8_t{0x20}, 'a', 'z') | isWithin(bytes, '&', ';') | (bytes == '_') | (bytes == '~');
 }
 
 /// Where the brackets of an IP address in the host stand.
@@ -159,15 +143,30 @@ private:
 
 }  // namespace
 
-// The text that is given is looked at, not the copy: a look at what was just written would wait for it.
-IRI::IRI(const std::u16string& text) : m_text(text), m_plain(isPlainAscii(text)) {}
-
-IRI::IRI(std::u16string&& text) noexcept : m_text(std::move(text)), m_plain(isPlainAscii(m_text)) {}
-
-std::u16string IRI::toAsciiString(bool strict) const& { return m_plain ? m_text : AsciiForm(m_text, strict).write(); }
-
-std::u16string IRI::toAsciiString(bool strict) && {
-    return m_plain ? std::move(m_text) : AsciiForm(m_text, strict).write();
+bool detail::isPlainAscii(std::u16string_view text) noexcept {
+    if (text.size() < UnitCount) {
+        return false;
+    }
+    // From both ends at once: wherever the two meet, the units in the middle may be looked at twice.
+    const char16_t* front = text.data();
+    const char16_t* back = front + text.size();
+    Units all{};
+    Bytes common = ~Bytes{};
+    do {
+        back -= UnitCount;
+        const Units first = unitsAt(front);
+        const Units second = unitsAt(back);
+        all |= first | second;
+        // Sixteen units for one look, in no order. What does not fit into a byte is found in `all`.
+        common &= areCommon(reinterpret_cast<Bytes>(first | (second << 8)));
+        front += UnitCount;
+    } while (front < back);
+    const auto rest = reinterpret_cast<Units>(~common) | (all >> 8);
+    std::array<std::uint64_t, 2> halves{};
+    std::memcpy(halves.data(), &rest, sizeof(rest));
+    return (halves[0] | halves[1]) == 0;
 }
+
+std::u16string IRI::encode(bool strict) const { return AsciiForm(m_text, strict).write(); }
 
 }  // namespace foundation::network

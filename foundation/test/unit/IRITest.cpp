@@ -4,6 +4,7 @@
 
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace foundation::network {
@@ -187,25 +188,32 @@ TEST(IRITest, ObjectThatStaysKeepsItsText) {
 }
 
 TEST(IRITest, OneCharacterAnywhereIsSeen) {
-    // Units are looked at in groups; what needs encoding is found in any place of one, whatever the length.
-    for (std::size_t length = 1; length <= 27; ++length) {
+    // Units are looked at in groups; what needs encoding is found in any place of one, whatever the length. The
+    // last two have a letter for a byte.
+    const std::vector<std::pair<char16_t, std::u16string>> encoded = {{u' ', u"%20"},
+                                                                      {u'\u0080', u"%C2%80"},
+                                                                      {u'\u2026', u"%E2%80%A6"},
+                                                                      {u'\u6100', u"%E6%84%80"},
+                                                                      {u'\u6161', u"%E6%85%A1"}};
+    for (std::size_t length = 1; length <= 35; ++length) {
         for (std::size_t at = 0; at < length; ++at) {
-            for (const char16_t unit : {u' ', u'\u0080', u'\u2026'}) {
+            for (const auto& [unit, escapes] : encoded) {
                 std::u16string text(length, u'a');
                 text[at] = unit;
-                const std::u16string encoded = unit == u' ' ? u"%20" : (unit == u'\u0080' ? u"%C2%80" : u"%E2%80%A6");
-                EXPECT_EQ(ascii(text), std::u16string(at, u'a') + encoded + std::u16string(length - at - 1, u'a'));
+                EXPECT_EQ(ascii(text), std::u16string(at, u'a') + escapes + std::u16string(length - at - 1, u'a'));
             }
         }
     }
 }
 
 TEST(IRITest, LongTextIsEncodedLikeShortText) {
-    // Text of fewer than eight units is looked at unit by unit.
+    // Text of fewer than eight units is looked at unit by unit, longer text from both ends.
     for (unsigned unit = 0; unit <= 0xFFFF; ++unit) {
         const std::u16string one(1, static_cast<char16_t>(unit));
-        ASSERT_EQ(ascii(u"java:///a/" + one + u"long-tail"), u"java:///a/" + ascii(u"a" + one).substr(1) + u"long-tail")
-            << unit;
+        const std::u16string encoded = ascii(u"a" + one).substr(1);
+        ASSERT_EQ(ascii(one + u"long-tail"), encoded + u"long-tail") << unit;
+        ASSERT_EQ(ascii(u"java:///a/" + one + u"long-tail"), u"java:///a/" + encoded + u"long-tail") << unit;
+        ASSERT_EQ(ascii(u"java:///a/long-" + one), u"java:///a/long-" + encoded) << unit;
     }
 }
 
