@@ -7,10 +7,10 @@
 namespace storage::jvm::detail {
 
 /// Throws AnonymousInternalException<std::runtime_error> with the text.
-[[noreturn]] void fail(const std::string& text);
+[[noreturn, gnu::cold]] void fail(const std::string& text);
 
 /// Throws AnonymousInternalException<std::bad_alloc>.
-[[noreturn]] void failOutOfMemory();
+[[noreturn, gnu::cold]] void failOutOfMemory();
 
 /// The JNI error number in words, for error texts: "JNI_EDETACHED (-2)".
 [[nodiscard]] std::string describeJniError(jint error);

@@ -11,7 +11,7 @@ namespace {
 /// What a usual operation needs; the machine gives more when more is asked for.
 constexpr jint FrameCapacity = 16;
 
-JNIEnv* attach(JavaVM* vm) {
+[[gnu::cold]] JNIEnv* attach(JavaVM* vm) {
     void* env = nullptr;
     const jint result = vm->AttachCurrentThread(&env, nullptr);
     if (result != JNI_OK) {

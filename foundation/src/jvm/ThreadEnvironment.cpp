@@ -4,6 +4,14 @@
 
 namespace storage::jvm::detail {
 
+namespace {
+
+[[noreturn, gnu::cold]] void failEnvironment(jint result) {
+    fail("The Java virtual machine gives no JNI environment: " + describeJniError(result));
+}
+
+}  // namespace
+
 JNIEnv* attachedEnv(JavaVM* vm) noexcept {
     void* env = nullptr;
     return vm->GetEnv(&env, JniVersion) == JNI_OK ? static_cast<JNIEnv*>(env) : nullptr;
@@ -18,7 +26,7 @@ JNIEnv* findEnv(JavaVM* vm) {
     if (result == JNI_EDETACHED) {
         return nullptr;
     }
-    fail("The Java virtual machine gives no JNI environment: " + describeJniError(result));
+    failEnvironment(result);
 }
 
 jint detachThread(JavaVM* vm, JNIEnv* env) noexcept {

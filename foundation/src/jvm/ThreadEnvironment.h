@@ -17,6 +17,6 @@ inline constexpr jint JniVersion = JNI_VERSION_1_8;
 
 /// Detaches the calling thread; a pending Java exception is dropped first, since the machine would print it.
 /// Returns the JNI error number: JNI_ERR when Java methods are on the thread's stack.
-jint detachThread(JavaVM* vm, JNIEnv* env) noexcept;
+[[gnu::cold]] jint detachThread(JavaVM* vm, JNIEnv* env) noexcept;
 
 }  // namespace storage::jvm::detail
