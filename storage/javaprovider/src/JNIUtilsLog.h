@@ -52,8 +52,8 @@ public:
     TraceScope& operator=(const TraceScope&) = delete;
 
 private:
-    void enter();
-    void leave() const noexcept;
+    [[gnu::cold]] void enter();
+    [[gnu::cold]] void leave() const noexcept;
     void write(Severity severity, const char* suffix) const;
 
     TraceSite m_site;
