@@ -104,11 +104,14 @@ std::vector<std::string> workTimeAndAgainOn(std::size_t stack, const fs::path& d
 }
 
 // Java keeps some 96 KiB of each stack for itself; how much a back end needs beside it is seen here, where it is new to
-// the machine: its classes are yet to be loaded.
+// the machine: its classes are yet to be loaded. The limits lie 8 KiB higher on one processor than on another, so that
+// nothing is tested that near to them.
 class StackTest : public ::testing::TestWithParam<std::size_t> {
 protected:
     static std::size_t stack() { return GetParam() * KiB; }
 };
+
+constexpr const char* Refusal = "The Java virtual machine refuses the thread";
 
 class TinyStackTest : public StackTest {};
 
@@ -129,18 +132,18 @@ INSTANTIATE_TEST_SUITE_P(KiB, TinyStackTest, ::testing::Values(16, 24), ::testin
 class RefusedStackTest : public StackTest {};
 
 TEST_P(RefusedStackTest, OperationFailsWithAnError) {
-    expectSilentExit([](const fs::path& data) {
-        EXPECT_THAT(workTimeAndAgainOn(stack(), data), Each(StartsWith("The Java virtual machine refuses the thread")));
-    });
+    expectSilentExit(
+        [](const fs::path& data) { EXPECT_THAT(workTimeAndAgainOn(stack(), data), Each(StartsWith(Refusal))); });
 }
 
-INSTANTIATE_TEST_SUITE_P(KiB, RefusedStackTest, ::testing::Values(32, 64, 100), ::testing::PrintToStringParamName());
+INSTANTIATE_TEST_SUITE_P(KiB, RefusedStackTest, ::testing::Values(40, 64, 100), ::testing::PrintToStringParamName());
 
 class ScarceStackTest : public StackTest {};
 
 TEST_P(ScarceStackTest, OperationWorksOrFailsWithAnError) {
     expectSilentExit([](const fs::path& data) {
-        EXPECT_THAT(workTimeAndAgainOn(stack(), data), Each(AnyOf("", HasSubstr("java.lang.StackOverflowError"))));
+        EXPECT_THAT(workTimeAndAgainOn(stack(), data),
+                    Each(AnyOf("", StartsWith(Refusal), HasSubstr("java.lang.StackOverflowError"))));
     });
 }
 
