@@ -20,8 +20,8 @@ TEST(JavaHomeTest, UserOptionsComeLast) {
     options.jvmOptions = {"-Xmx1g", "-Da=b"};
     options.mounts = {{"data", "file:///srv"}};
     EXPECT_THAT(virtualMachineOptions(options, {}).jvmOptions,
-                ElementsAre("-XX:TieredStopAtLevel=1", "-Xshare:auto", "-XX:+UseSerialGC",
-                            "-Dstorage.mount.data=file:///srv", "-Xmx1g", "-Da=b"));
+                ElementsAre("-XX:TieredStopAtLevel=1", "-XX:CompileThresholdScaling=2", "-Xshare:auto",
+                            "-XX:+UseSerialGC", "-Dstorage.mount.data=file:///srv", "-Xmx1g", "-Da=b"));
 }
 
 TEST(JavaHomeTest, CollectorStepsBackForTheUsers) {
