@@ -55,7 +55,8 @@ Kind toKind(std::u16string_view word) {
 boost::property_tree::ptree eventDetails(const std::u16string& originId) {
     static const fl::i18n::codecvt_ustring_to_string toUtf8("UTF-8", /*substitute=*/true);
     boost::property_tree::ptree details;
-    details.put("originId", toUtf8.convert(originId));
+    // Not put(), which would take the name for a path and look for what is there.
+    details.push_back({"originId", boost::property_tree::ptree(toUtf8.convert(originId))});
     return details;
 }
 
