@@ -4,7 +4,7 @@
 #include <string>
 #include <system_error>
 
-#include "JavaHome.h"
+#include "JavaVersion.h"
 
 namespace jstore {
 

@@ -4,9 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <charconv>
 #include <filesystem>
-#include <fstream>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -72,23 +70,6 @@ EmbeddedJVMOptions virtualMachineOptions(const Options& options, const JavaCandi
     }
     result.jvmOptions.insert(result.jvmOptions.end(), options.jvmOptions.begin(), options.jvmOptions.end());
     return result;
-}
-
-std::string versionOf(const std::filesystem::path& javaHome) {
-    constexpr std::string_view key = "JAVA_VERSION=\"";
-    std::ifstream release(javaHome / "release");
-    for (std::string line; std::getline(release, line);) {
-        if (line.starts_with(key)) {
-            return line.substr(key.size(), line.find('"', key.size()) - key.size());
-        }
-    }
-    return {};
-}
-
-int majorOf(const std::string& version) {
-    int major = 0;
-    std::from_chars(version.data(), version.data() + version.size(), major);
-    return major;
 }
 
 std::vector<JavaCandidate> javaCandidates(const Options& options) {

@@ -19,12 +19,6 @@ namespace jstore {
 /// The candidate that will be used; null when none can be.
 [[nodiscard]] const storage::jvm::JavaCandidate* usable(const std::vector<storage::jvm::JavaCandidate>& candidates);
 
-/// The version that a Java home's file "release" states, such as 17.0.15; empty without one.
-[[nodiscard]] std::string versionOf(const std::filesystem::path& javaHome);
-
-/// 17 of "17.0.1"; 1 of "1.8.0", which is old enough; 0 for what is no version.
-[[nodiscard]] int majorOf(const std::string& version);
-
 /// The candidate in one line: where it is from, its home, and what is wrong with it.
 [[nodiscard]] std::string describe(const storage::jvm::JavaCandidate& candidate);
 

@@ -4,7 +4,7 @@
 #include <exception>
 
 #include "ClassArchive.h"
-#include "JavaHome.h"
+#include "JavaVersion.h"
 #include "Text.h"
 #include "doctor/ArchiveMaking.h"
 #include "doctor/Checks.h"

@@ -2,27 +2,23 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
-#include <sys/prctl.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
-#include <csignal>
 #include <cstdlib>
-#include <exception>
 #include <fstream>
-#include <iostream>
-#include <memory>
 #include <stdexcept>
 #include <string>
 #include <system_error>
 
 #include "BackEnd.h"
+#include "Descriptor.h"
+#include "Interrupt.h"
 #include "Location.h"
 #include "Problem.h"
 #include "Session.h"
+#include "doctor/ChildProcess.h"
 #include "foundation/storage/provider/Exception.h"
 #include "storage/jvm/ThreadAttachment.h"
 
@@ -36,20 +32,6 @@ using foundation::storage::provider::ReplacementPolicy;
 namespace {
 
 [[noreturn]] void fail(const std::string& subject) { throw std::system_error(errno, std::generic_category(), subject); }
-
-/// An open file, closed at the end of the scope.
-class Descriptor {
-public:
-    explicit Descriptor(int descriptor) noexcept : m_descriptor(descriptor) {}
-    ~Descriptor() { ::close(m_descriptor); }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-
-    [[nodiscard]] int get() const noexcept { return m_descriptor; }
-
-private:
-    int m_descriptor;
-};
 
 /// A new folder, removed with all it holds at the end of the scope.
 class ScratchFolder {
@@ -98,7 +80,8 @@ void exercise(const IProvider& provider) {
     provider.removeFolderRecursive(at("moved"));
 }
 
-/// What the child does: uses a back end as commands do, and ends the machine.
+/// Uses a back end as commands do, and ends the machine, which writes the archive then. A full disk ends the process in
+/// the midst of that.
 void leaveArchive(const Options& options) {
     const auto jvm = startJava(options);
     {
@@ -112,72 +95,11 @@ void leaveArchive(const Options& options) {
     jvm->shutdown();
 }
 
-/// The child's way from its first instruction to its last. What it has to say, and what Java prints, goes to `output`.
-/// A full disk, for one, ends the process in the midst of Java.
-[[noreturn]] void runChild(const Options& options, int output) {
-    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-    std::signal(SIGINT, SIG_DFL);
-    ::dup2(output, STDOUT_FILENO);
-    ::dup2(output, STDERR_FILENO);
-    try {
-        leaveArchive(options);
-        std::_Exit(EXIT_SUCCESS);
-    } catch (const std::exception& error) {
-        std::cerr << error.what() << std::flush;
-        std::_Exit(EXIT_FAILURE);
-    }
-}
-
-std::string readAll(int descriptor) {
-    std::string text;
-    std::array<char, 4096> buffer{};
-    while (true) {
-        const auto count = ::read(descriptor, buffer.data(), buffer.size());
-        if (count > 0) {
-            text.append(buffer.data(), static_cast<std::size_t>(count));
-        } else if (count == 0 || errno != EINTR) {
-            return text;
-        }
-    }
-}
-
-/// Waits for the child's end; whether it ended well.
-bool endedWell(pid_t child) {
-    int status = 0;
-    while (::waitpid(child, &status, 0) < 0) {
-        if (errno != EINTR) {
-            fail("waitpid");
-        }
-    }
-    return WIFEXITED(status) && WEXITSTATUS(status) == EXIT_SUCCESS;
-}
-
-void runInChild(const Options& options) {
-    std::array<int, 2> ends{};
-    if (::pipe2(ends.data(), O_CLOEXEC) != 0) {
-        fail("pipe");
-    }
-    const Descriptor reading(ends[0]);
-    auto writing = std::make_unique<Descriptor>(ends[1]);
-    const pid_t child = ::fork();
-    if (child < 0) {
-        fail("fork");
-    }
-    if (child == 0) {
-        runChild(options, writing->get());
-    }
-    writing.reset();
-    const auto words = readAll(reading.get());
-    if (!endedWell(child) || !fs::exists(options.newArchive)) {
-        throw std::runtime_error(words.empty() ? "Java ended without a word; is the disk full?" : words);
-    }
-}
-
 /// Has everyone read the file, and the disk hold it: half an archive, as a power failure may leave it, would end each
 /// command.
 void complete(const fs::path& file) {
     constexpr mode_t readable = 0644;
-    const Descriptor descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC));
+    const Descriptor descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC), file.string());
     if (::fchmod(descriptor.get(), readable) != 0 || ::fsync(descriptor.get()) != 0) {
         fail(file.string());
     }
@@ -188,14 +110,18 @@ void complete(const fs::path& file) {
 void makeClassArchive(const Options& options, const fs::path& archive) {
     const auto folder = archive.parent_path();
     fs::create_directories(folder);
-    const Descriptor lock(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const Descriptor lock(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC), folder.string());
     if (::flock(lock.get(), LOCK_EX) != 0 || ::access(folder.c_str(), W_OK) != 0) {
         fail(folder.string());
     }
+    stopIfInterrupted();
     Options making = options;
     making.newArchive = archive.string() + ".tmp";
     try {
-        runInChild(making);
+        const auto end = runInChild([&making] { leaveArchive(making); });
+        if (!end.well || !fs::exists(making.newArchive)) {
+            throw std::runtime_error(end.words.empty() ? "Java ended without a word; is the disk full?" : end.words);
+        }
         complete(making.newArchive);
         fs::rename(making.newArchive, archive);
     } catch (...) {

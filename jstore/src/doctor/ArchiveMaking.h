@@ -11,7 +11,7 @@ namespace jstore::doctor {
 ///
 /// The archive appears as a whole, readable by everyone, or not at all: an older one stays after an error. Makers of
 /// the same installation wait for each other. Throws std::system_error naming the file or folder that cannot be used,
-/// and std::runtime_error with the last words of the child. Blocks for about a second.
+/// and std::runtime_error with the last words of the child, and Interruption. Blocks for about a second.
 void makeClassArchive(const Options& options, const std::filesystem::path& archive);
 
 }  // namespace jstore::doctor

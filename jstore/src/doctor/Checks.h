@@ -3,6 +3,7 @@
 #include <jni.h>
 
 #include <memory>
+#include <vector>
 
 #include "Options.h"
 #include "doctor/Check.h"
@@ -12,9 +13,9 @@
 /// what the findings are for.
 namespace jstore::doctor {
 
-/// Each place where Java is looked for. One failure when none is usable; a place passed over is a warning only where
+/// Each place where Java was looked for. One failure when none is usable; a place passed over is a warning only where
 /// somebody named it (JAVA_HOME).
-[[nodiscard]] Checks javaHomes(const Options& options);
+[[nodiscard]] Checks javaHomes(const std::vector<storage::jvm::JavaCandidate>& candidates);
 
 /// Each entry of the class path, then where the contract and the provider's class are.
 [[nodiscard]] Checks classPath(const Options& options);

@@ -7,6 +7,7 @@
 
 #include "JavaHome.h"
 #include "JavaProperty.h"
+#include "JavaVersion.h"
 #include "Problem.h"
 #include "Session.h"
 #include "doctor/Checks.h"
@@ -60,8 +61,7 @@ std::string namesOf(const std::vector<int>& signals, bool javas) {
 
 }  // namespace
 
-Checks javaHomes(const Options& options) {
-    const auto candidates = javaCandidates(options);
+Checks javaHomes(const std::vector<JavaCandidate>& candidates) {
     const auto* const chosen = usable(candidates);
     Checks checks;
     for (const auto& candidate : candidates) {

@@ -50,7 +50,7 @@ public:
         }
         const auto candidates = javaCandidates(options);
         const auto* const java = usable(candidates);
-        show(doctor::javaHomes(options));
+        show(doctor::javaHomes(candidates));
         show(doctor::classPath(options));
         show(doctor::mounts(options));
         if (java == nullptr) {
@@ -58,9 +58,13 @@ public:
             return ExitCode::NoJava;
         }
         if (m_makeArchive) {
-            show({doctor::makeArchive(options, *java)});
+            const auto made = doctor::makeArchive(options, *java);
+            if (interrupted()) {
+                return ExitCode::Interrupted;
+            }
+            show({made});
         }
-        const auto running = interrupted() ? ExitCode::Interrupted : showRunning(*java);
+        const auto running = showRunning(*java);
         return running == ExitCode::Done && !m_usable ? ExitCode::Failed : running;
     }
 

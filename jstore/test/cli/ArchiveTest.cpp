@@ -1,7 +1,11 @@
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
+#include <unistd.h>
 
 #include <chrono>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -41,8 +45,12 @@ protected:
     }
     /// The same after words of a shell.
     [[nodiscard]] Outcome through(const std::string& before, std::vector<std::string> arguments) const {
-        const auto start = before + "exec '" + (m_root / "bin/jstore").string() + "' \"$@\"";
-        return Jstore(std::move(arguments)).through({"/bin/sh", "-c", start}).run();
+        return Jstore(std::move(arguments)).through(programIn(m_root, before)).run();
+    }
+    /// What has the program of an installation run in the original's place.
+    [[nodiscard]] static std::vector<std::string> programIn(const TemporaryFolder& root,
+                                                            const std::string& before = "") {
+        return {"/bin/sh", "-c", before + "exec '" + (root / "bin/jstore").string() + "' \"$@\""};
     }
     Outcome make() const { return installed({"doctor", "--make-archive"}); }
 
@@ -102,6 +110,15 @@ TEST_F(ArchiveTest, IsPassedOverInSilenceWhenTheJarsAreOthers) {
     fs::last_write_time(jar, fs::last_write_time(jar) - std::chrono::hours(1));
     EXPECT_THAT(installed({"ls", location()}), Prints("document.txt\n"));
     EXPECT_THAT(installed({"doctor"}),
+                Prints(ContainsRegex("warn +archive +.*: not used: Java, its options or the jars")));
+}
+
+TEST_F(ArchiveTest, IsPassedOverInSilenceWhereTheInstallationWasMoved) {
+    make();
+    const TemporaryFolder elsewhere;
+    fs::copy(m_root.path(), elsewhere.path(), fs::copy_options::recursive);
+    EXPECT_THAT(Jstore({"ls", location()}).through(programIn(elsewhere)).run(), Prints("document.txt\n"));
+    EXPECT_THAT(Jstore({"doctor"}).through(programIn(elsewhere)).run(),
                 Prints(ContainsRegex("warn +archive +.*: not used: Java, its options or the jars")));
 }
 
@@ -167,6 +184,49 @@ TEST_F(ArchiveTest, FullDiskLeavesTheOldOne) {
     EXPECT_EQ(1, outcome.exitCode);
     EXPECT_THAT(outcome.out, AllOf(ContainsRegex("FAIL +archive +.*: not made: "), Uses));
     EXPECT_EQ(1U, archives().size());
+}
+
+/// Another maker is at it, and takes its time.
+class BusyArchiveTest : public ArchiveTest {
+protected:
+    BusyArchiveTest() {
+        fs::create_directories(folder());
+        m_other = ::open(folder().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        EXPECT_EQ(0, ::flock(m_other, LOCK_EX));
+        m_maker.through(programIn(m_root)).start();
+        EXPECT_TRUE(m_maker.readUntil(
+            [](const Outcome& soFar) { return soFar.out.find("NioProvider in ") != std::string::npos; }));
+    }
+    ~BusyArchiveTest() override { otherEnds(); }
+
+    void otherEnds() {
+        if (m_other >= 0) {
+            ::close(m_other);
+            m_other = -1;
+        }
+    }
+
+    Jstore m_maker{{"doctor", "--make-archive"}};
+
+private:
+    int m_other = -1;
+};
+
+TEST_F(BusyArchiveTest, MakersWaitForEachOther) {
+    const auto isMade = [](const Outcome& soFar) { return soFar.out.find(": made, ") != std::string::npos; };
+    EXPECT_FALSE(m_maker.readUntil(isMade, std::chrono::seconds(2)));
+    EXPECT_TRUE(archives().empty());
+    otherEnds();
+    EXPECT_THAT(m_maker.wait(), Prints(AllOf(HasSubstr(": made, "), Uses)));
+}
+
+TEST_F(BusyArchiveTest, InterruptMakesNone) {
+    ASSERT_EQ(0, ::kill(m_maker.pid(), SIGINT));
+    otherEnds();
+    const auto outcome = m_maker.wait();
+    EXPECT_EQ(130, outcome.exitCode);
+    EXPECT_EQ("", outcome.err);
+    EXPECT_TRUE(archives().empty());
 }
 
 TEST_F(ArchiveTest, NeedsTheVersionOfJava) {

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "JavaVersion.h"
 #include "support/TemporaryFolder.h"
 
 namespace jstore {
