@@ -5,14 +5,14 @@ namespace bench {
 
 namespace {
 
-constexpr const char* Group = "pieces";
+constexpr const char* PieceGroup = "pieces";
 
 /// The bare existence test, beside itself with something more.
 template <class More>
 Pair piece(const char* name, Sides& sides, More more) {
     jmethodID method = sides.floor.provider.java().method(FloorJava::FileExists);
     const auto bare = [&sides, method](std::u16string_view text) { return sides.bare.provider.exists(method, text); };
-    return {name, Group, std::nullopt, 1, operation([bare] { return bare(File.text); }), operation([more, bare] {
+    return {name, PieceGroup, std::nullopt, 1, operation([bare] { return bare(File.text); }), operation([more, bare] {
                 return more(bare);
             })};
 }

@@ -7,7 +7,7 @@ namespace bench {
 
 namespace {
 
-constexpr const char* Group = "streams";
+constexpr const char* StreamGroup = "streams";
 
 struct TransferSize {
     const char* name;
@@ -22,7 +22,7 @@ constexpr TransferSize TransferSizes[] = {
 template <class OnFloor, class OnLibrary>
 Pair comparison(Sides& sides, std::string name, double target, OnFloor onFloor, OnLibrary onLibrary) {
     return {std::move(name),
-            Group,
+            StreamGroup,
             target,
             1,
             operation([&floor = sides.floor, onFloor] { return onFloor(floor); }),

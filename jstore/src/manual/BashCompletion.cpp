@@ -6,7 +6,7 @@ namespace jstore::manual {
 
 namespace {
 
-constexpr const char* Begin = R"(# Completion of jstore's command lines for bash. Made by: jstore completion bash
+constexpr const char* BashStart = R"(# Completion of jstore's command lines for bash. Made by: jstore completion bash
 
 # Files and folders; also those of java:///path, of which bash has cut off "java" and ":". Names that are spelled
 # differently in a location are left out.
@@ -33,7 +33,7 @@ _jstore_value() {
     case $1$2 in
 )";
 
-constexpr const char* Middle = R"(        *) return 1 ;;
+constexpr const char* BashMiddle = R"(        *) return 1 ;;
     esac
 }
 
@@ -58,7 +58,7 @@ _jstore() {
         case $word in
 )";
 
-constexpr const char* End = R"(            -*) ;;
+constexpr const char* BashEnd = R"(            -*) ;;
             *) verb=$word ; break ;;
         esac
     done
@@ -80,7 +80,7 @@ std::string names(const std::vector<Option>& options) {
 }
 
 /// How a value is completed, as a command on "$3".
-std::string action(const Option& option) {
+std::string bashAction(const Option& option) {
     if (!option.words.empty()) {
         return fmt::format("_jstore_words \"$3\" '{}'", joined(option.words, " "));
     }
@@ -99,13 +99,13 @@ std::string values(const std::string& verb, const std::vector<Option>& options) 
             for (const auto& name : option.names) {
                 patterns.push_back(verb + name);
             }
-            cases += fmt::format("        {}) {} ;;\n", joined(patterns, "|"), action(option));
+            cases += fmt::format("        {}) {} ;;\n", joined(patterns, "|"), bashAction(option));
         }
     }
     return cases;
 }
 
-std::string verbCase(const Verb& verb) {
+std::string bashCase(const Verb& verb) {
     std::string arguments = ":";
     for (const auto& argument : verb.arguments) {
         arguments = argument.words.empty()
@@ -131,15 +131,15 @@ std::string valued(const Grammar& grammar) {
 }  // namespace
 
 std::string bashCompletion(const Grammar& grammar) {
-    std::string script = Begin + values("", grammar.options);
+    std::string script = BashStart + values("", grammar.options);
     std::string cases;
     std::vector<std::string> verbs;
     for (const auto& verb : grammar.verbs) {
         script += values(verb.name, verb.options);
-        cases += verbCase(verb);
+        cases += bashCase(verb);
         verbs.push_back(verb.name);
     }
-    script += Middle + valued(grammar) + End + names(grammar.options) + "'\n    case $verb in\n" + cases;
+    script += BashMiddle + valued(grammar) + BashEnd + names(grammar.options) + "'\n    case $verb in\n" + cases;
     script += fmt::format(
         "        '') if [[ $current == -* ]]; then _jstore_words \"$current\" \"$common\"; else "
         "_jstore_words \"$current\" '{}'; fi ;;\n",

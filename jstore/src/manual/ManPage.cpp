@@ -43,7 +43,7 @@ Jars and folders, with colons between, that classes are looked for in after thos
 Whether a progress line can be drawn.
 )";
 
-constexpr const char* End = R"(.SH SEE ALSO
+constexpr const char* SeeAlso = R"(.SH SEE ALSO
 .BR cp (1),
 .BR java (1)
 )";
@@ -139,7 +139,7 @@ std::string manPage(const Grammar& grammar, const std::string& version) {
     for (const auto& verb : grammar.verbs) {
         page += verbText(verb);
     }
-    return page + Locations + exitStatus() + End;
+    return page + Locations + exitStatus() + SeeAlso;
 }
 
 }  // namespace jstore::manual

@@ -6,7 +6,7 @@ namespace jstore::manual {
 
 namespace {
 
-constexpr const char* Begin = R"(#compdef jstore
+constexpr const char* ZshStart = R"(#compdef jstore
 # Completion of jstore's command lines for zsh. Made by: jstore completion zsh
 
 # Files and folders; also those of java:///path. Names that are spelled differently in a location are left out.
@@ -41,7 +41,7 @@ std::string quoted(const std::string& text) {
     return result;
 }
 
-std::string action(const Option& option) {
+std::string zshAction(const Option& option) {
     if (!option.words.empty()) {
         return fmt::format("({})", fmt::join(option.words, " "));
     }
@@ -58,18 +58,19 @@ std::string specifications(const std::vector<Option>& options, const char* inden
         for (const auto& name : option.names) {
             const bool isLong = name.starts_with("--");
             const auto* const valueMark = option.value.empty() ? "" : isLong ? "=" : "+";
-            const auto value = option.value.empty() ? "" : fmt::format(":{}:{}", quoted(option.value), action(option));
+            const auto value =
+                option.value.empty() ? "" : fmt::format(":{}:{}", quoted(option.value), zshAction(option));
             text += fmt::format("{}'*{}{}[{}]{}'\n", indent, name, valueMark, quoted(option.help), value);
         }
     }
     return text;
 }
 
-std::string verbCase(const Verb& verb) {
+std::string zshCase(const Verb& verb) {
     auto text =
         fmt::format("        {})\n          specs+=(\n{}", verb.name, specifications(verb.options, "            "));
     for (const auto& argument : verb.arguments) {
-        const auto how = argument.words.empty() ? "_jstore_files" : action(argument);
+        const auto how = argument.words.empty() ? "_jstore_files" : zshAction(argument);
         text += fmt::format("            '*:{}:{}'\n", quoted(argument.names.front()), how);
     }
     return text + "          ) ;;\n";
@@ -78,11 +79,11 @@ std::string verbCase(const Verb& verb) {
 }  // namespace
 
 std::string zshCompletion(const Grammar& grammar) {
-    auto script = Begin + fmt::format("  common=(\n{}  )\n  verbs=(\n", specifications(grammar.options, "    "));
+    auto script = ZshStart + fmt::format("  common=(\n{}  )\n  verbs=(\n", specifications(grammar.options, "    "));
     std::string cases;
     for (const auto& verb : grammar.verbs) {
         script += fmt::format("    '{}:{}'\n", verb.name, quoted(verb.help));
-        cases += verbCase(verb);
+        cases += zshCase(verb);
     }
     script +=
         "  )\n  _arguments -C $common '1:verb:->verb' '*::argument:->argument' && ret=0\n  case $state in\n"

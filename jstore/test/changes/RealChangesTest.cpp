@@ -32,12 +32,12 @@ int runs() {
 /// A shell command of which nothing fails.
 void sh(const std::string& command) { ASSERT_EQ(0, std::system(("set -e; " + command).c_str())) << command; }
 
-struct Kind {
+struct WatcherKind {
     const char* name;
     std::unique_ptr<Watcher> (*watch)(const fs::path& folder);
 };
 
-class RealChangesTest : public ::testing::TestWithParam<Kind> {
+class RealChangesTest : public ::testing::TestWithParam<WatcherKind> {
 protected:
     RealChangesTest() {
         m_root = m_folder.folder("watched");
@@ -183,7 +183,8 @@ TEST_P(RealChangesTest, LatencyIsFarBelowAnInterval) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Watchers, RealChangesTest,
-                         ::testing::Values(Kind{"library", &watchByLibrary}, Kind{"jstore", &watchByJstore}),
+                         ::testing::Values(WatcherKind{"library", &watchByLibrary},
+                                           WatcherKind{"jstore", &watchByJstore}),
                          [](const auto& value) { return std::string(value.param.name); });
 
 }  // namespace

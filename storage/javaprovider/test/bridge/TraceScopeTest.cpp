@@ -9,6 +9,7 @@
 #include "BridgeTest.h"
 #include "JNIUtilsLog.h"
 #include "RecordHook.h"
+#include "TraceRecords.h"
 #include "support/LogCapture.h"
 
 namespace storage::javaprovider::test {
@@ -19,11 +20,7 @@ using foundation::log::setSeverityMask;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-constexpr std::uint32_t Enter = 32;
-constexpr std::uint32_t Exit = 64;
 constexpr TraceSite Site{"void traced(int)", "some/source/file", 321};
-
-unsigned depth() { return foundation::log::detail::indent_attribute::depth(); }
 
 /// A test of the scope alone; no Java is needed.
 class TraceScopeTest : public ::testing::Test {

@@ -11,6 +11,7 @@
 #include "JNIUtilsClass.h"
 #include "JNIUtilsLog.h"
 #include "RecordHook.h"
+#include "TraceRecords.h"
 #include "support/LogCapture.h"
 
 namespace storage::javaprovider::test {
@@ -20,11 +21,6 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-
-constexpr std::uint32_t Enter = 32;
-constexpr std::uint32_t Exit = 64;
-
-unsigned depth() { return foundation::log::detail::indent_attribute::depth(); }
 
 /// Runs the library's traced functions against Java.
 class TracedFunctionTest : public BridgeTest {

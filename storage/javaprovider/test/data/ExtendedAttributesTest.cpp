@@ -79,8 +79,8 @@ std::vector<std::string> element(int index) {
 }
 
 // The array, the class of the Java object, the object, the location.
-const std::vector<std::string> Ending = {"DeleteLocalRef", "DeleteLocalRef", "DeleteLocalRef", "DeleteLocalRef",
-                                         "PopLocalFrame"};
+const std::vector<std::string> EndOfAttributes = {"DeleteLocalRef", "DeleteLocalRef", "DeleteLocalRef",
+                                                  "DeleteLocalRef", "PopLocalFrame"};
 
 // ---- what arrives ----
 
@@ -140,7 +140,7 @@ TEST_F(ExtendedAttributesTest, ManyAttributesHoldFewReferencesAtATime) {
 
 TEST_F(ExtendedAttributesTest, EmptyArrayHasClassAndMethodsLookedUpAllTheSame) {
     run();
-    EXPECT_THAT(recorder.calls(), ElementsAreArray(joined({beginning(), Ending})));
+    EXPECT_THAT(recorder.calls(), ElementsAreArray(joined({beginning(), EndOfAttributes})));
 }
 
 TEST_F(ExtendedAttributesTest, MakesExactlyTheseCallsEachTime) {
@@ -148,7 +148,7 @@ TEST_F(ExtendedAttributesTest, MakesExactlyTheseCallsEachTime) {
     for (int time = 0; time < 2; ++time) {
         recorder.clear();
         run();
-        EXPECT_THAT(recorder.calls(), ElementsAreArray(joined({beginning(), element(0), element(1), Ending})));
+        EXPECT_THAT(recorder.calls(), ElementsAreArray(joined({beginning(), element(0), element(1), EndOfAttributes})));
     }
 }
 
@@ -160,7 +160,7 @@ TEST_F(ExtendedAttributesTest, NullTextsAreNotAskedForCharacters) {
         ElementsAreArray(joined({beginning(),
                                  {"GetObjectArrayElement 0", "CallObjectMethod getName()Ljava/lang/String;",
                                   "CallObjectMethod getValue()Ljava/lang/String;", "ExceptionCheck", "DeleteLocalRef"},
-                                 Ending})));
+                                 EndOfAttributes})));
 }
 
 TEST_F(ExtendedAttributesTest, NameIsReadBeforeTheValueAndReleasedAfterIt) {

@@ -46,7 +46,7 @@ std::vector<std::string> questionFor(const std::string& kind) {
                     "ExceptionCheck"}});
 }
 
-const std::vector<std::string> Ending = {"DeleteLocalRef", "DeleteLocalRef", "PopLocalFrame"};
+const std::vector<std::string> EndOfQuestion = {"DeleteLocalRef", "DeleteLocalRef", "PopLocalFrame"};
 
 class FileAttributesTest : public DataTest {
 protected:
@@ -94,7 +94,7 @@ TEST_F(FileAttributesTest, FileTakesExactlyTheseCallsEachTime) {
     const auto expected =
         joined({questionFor("FileAttributes"), getter("provider/FileAttributes", "isWritable()Z", "CallBooleanMethod"),
                 getter("provider/FileAttributes", "getLastModified()J", "CallLongMethod"),
-                getter("provider/FileAttributes", "getSize()J", "CallLongMethod"), Ending});
+                getter("provider/FileAttributes", "getSize()J", "CallLongMethod"), EndOfQuestion});
     for (int time = 0; time < 2; ++time) {
         recorder.clear();
         askForFile();
@@ -137,9 +137,9 @@ TEST_F(FileAttributesTest, FolderHasWhatJavaTells) {
 }
 
 TEST_F(FileAttributesTest, FolderTakesExactlyTheseCallsAndIsNeverAskedForASize) {
-    const auto expected = joined({questionFor("FolderAttributes"),
-                                  getter("provider/FolderAttributes", "isWritable()Z", "CallBooleanMethod"),
-                                  getter("provider/FolderAttributes", "getLastModified()J", "CallLongMethod"), Ending});
+    const auto expected = joined(
+        {questionFor("FolderAttributes"), getter("provider/FolderAttributes", "isWritable()Z", "CallBooleanMethod"),
+         getter("provider/FolderAttributes", "getLastModified()J", "CallLongMethod"), EndOfQuestion});
     for (int time = 0; time < 2; ++time) {
         recorder.clear();
         askForFolder();

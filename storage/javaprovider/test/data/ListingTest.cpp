@@ -45,7 +45,7 @@ std::vector<std::string> element(int index) {
 }
 
 // The array and the location.
-const std::vector<std::string> Ending = {"DeleteLocalRef", "DeleteLocalRef", "PopLocalFrame"};
+const std::vector<std::string> EndOfListing = {"DeleteLocalRef", "DeleteLocalRef", "PopLocalFrame"};
 
 // ---- which children ----
 
@@ -131,7 +131,7 @@ TEST_F(ListingTest, DroppedEntriesHoldNoReferencesEither) {
 
 TEST_F(ListingTest, EmptyArrayHasNothingLookedUp) {
     list();
-    EXPECT_THAT(recorder.calls(), ElementsAreArray(joined({beginning(), Ending})));
+    EXPECT_THAT(recorder.calls(), ElementsAreArray(joined({beginning(), EndOfListing})));
 }
 
 TEST_F(ListingTest, MakesExactlyTheseCallsEachTime) {
@@ -139,7 +139,8 @@ TEST_F(ListingTest, MakesExactlyTheseCallsEachTime) {
     for (int time = 0; time < 2; ++time) {
         recorder.clear();
         list();
-        EXPECT_THAT(recorder.calls(), ElementsAreArray(joined({beginning(), Lookups, element(0), element(1), Ending})));
+        EXPECT_THAT(recorder.calls(),
+                    ElementsAreArray(joined({beginning(), Lookups, element(0), element(1), EndOfListing})));
     }
 }
 
@@ -147,7 +148,7 @@ TEST_F(ListingTest, EntriesThatTheFilterDropsAreReadAllTheSame) {
     answer("listing", {"a\nB/"});
     static_cast<void>(provider->listFiles(location));
     const auto calls = recorder.calls();
-    EXPECT_THAT(calls, ElementsAreArray(joined({beginning(), Lookups, element(0), element(1), Ending})));
+    EXPECT_THAT(calls, ElementsAreArray(joined({beginning(), Lookups, element(0), element(1), EndOfListing})));
     recorder.clear();
     static_cast<void>(provider->listFolders(location));
     EXPECT_EQ(recorder.calls(), calls);
@@ -163,7 +164,7 @@ TEST_F(ListingTest, NullNameIsNotAskedForCharacters) {
                     Lookups,
                     {"GetObjectArrayElement 0", "IsInstanceOf com/corvallen/storage/provider/FolderListEntry",
                      "CallObjectMethod getName()Ljava/lang/String;", "CallBooleanMethod isFolder()Z", "DeleteLocalRef"},
-                    Ending})));
+                    EndOfListing})));
 }
 
 TEST_F(ListingTest, OtherThingsThanEntriesAreReleasedUnread) {
@@ -181,7 +182,7 @@ TEST_F(ListingTest, OtherThingsThanEntriesAreReleasedUnread) {
                                                            element(3),
                                                            {"GetObjectArrayElement 4"},
                                                            skipped,
-                                                           Ending})));
+                                                           EndOfListing})));
 }
 
 TEST_F(ListingTest, GettersAreLookedUpOnTheProvidersOwnClassOfEntries) {

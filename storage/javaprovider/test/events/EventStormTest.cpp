@@ -1,4 +1,5 @@
-// Events by the million, from many Java threads at once, and the end of a provider in their midst.
+// Events by the million, from many Java threads at once, and the end of a provider in their midst. STORM_EVENTS says
+// how many.
 #include <gmock/gmock.h>
 
 #include <array>
@@ -12,6 +13,7 @@
 #include "support/Eventually.h"
 #include "support/JavaHelpers.h"
 #include "support/JvmTest.h"
+#include "support/NumberFromEnvironment.h"
 
 namespace storage::javaprovider::test {
 namespace {
@@ -85,11 +87,11 @@ protected:
 };
 
 TEST_F(EventStormTest, MillionEventsOfEightThreadsAllArriveWhole) {
-    constexpr int Each = 125000;
+    const int each = static_cast<int>(numberFromEnvironment("STORM_EVENTS", 1'000'000)) / Threads;
     NumberedEvents events;
     const auto provider = makeWatching([&](auto&&... event) { events.take(event...); });
-    tell("publishMany", {std::to_string(Threads), std::to_string(Each)});
-    EXPECT_EQ(events.taken(), Threads * Each);
+    tell("publishMany", {std::to_string(Threads), std::to_string(each)});
+    EXPECT_EQ(events.taken(), Threads * each);
     EXPECT_EQ(events.wrong(), 0);
 }
 

@@ -25,8 +25,6 @@ using ::testing::StartsWith;
 
 const StorageIRI A(u"java://test/a");
 
-std::string fixture(const char* name) { return std::string("com/corvallen/storage/test/") + name; }
-
 class EntryPointTest : public ProviderTest {
 protected:
     [[nodiscard]] std::unique_ptr<IProvider> build(const std::string& className) const {
@@ -89,7 +87,7 @@ TEST_F(EntryPointTest, HostOwnsAndDeletesTheProvider) {
 }
 
 TEST_F(EntryPointTest, PrivateConstructorIsGoodEnough) {
-    EXPECT_NE(build(fixture("PrivateConstructorProvider")), nullptr);
+    EXPECT_NE(build(testClass("PrivateConstructorProvider")), nullptr);
 }
 
 TEST_F(EntryPointTest, EachCallMakesAnObjectOfItsOwn) {
@@ -113,24 +111,24 @@ TEST_F(EntryPointTest, EmptyNameFailsWithJavasDescription) {
 }
 
 TEST_F(EntryPointTest, ConstructorThatThrowsFailsWithItsDescription) {
-    EXPECT_EQ(failureOf(fixture("ThrowingConstructorProvider")),
+    EXPECT_EQ(failureOf(testClass("ThrowingConstructorProvider")),
               "java.lang.IllegalStateException: thrown by the constructor");
 }
 
 TEST_F(EntryPointTest, AbstractClassFailsWithJavasDescription) {
-    EXPECT_THAT(failureOf(fixture("AbstractProvider")), StartsWith("java.lang.InstantiationException"));
+    EXPECT_THAT(failureOf(testClass("AbstractProvider")), StartsWith("java.lang.InstantiationException"));
 }
 
 TEST_F(EntryPointTest, ClassWithoutDefaultConstructorIsNamedByMethodAndSignature) {
-    EXPECT_THAT(failureOf(fixture("NoDefaultConstructorProvider")),
+    EXPECT_THAT(failureOf(testClass("NoDefaultConstructorProvider")),
                 StartsWith("Method <init> with signature ()V not found.\njava.lang.NoSuchMethodError: "));
 }
 
 TEST_F(EntryPointTest, StaticInitialiserThatFailsIsDescribedEachTime) {
     // Java runs the initialiser once for the life of the process, and later only says that it failed.
     const auto later = StartsWith("java.lang.NoClassDefFoundError: Could not initialize class");
-    EXPECT_THAT(failureOf(fixture("StaticInitFailsProvider")), AnyOf("java.lang.ExceptionInInitializerError", later));
-    EXPECT_THAT(failureOf(fixture("StaticInitFailsProvider")), later);
+    EXPECT_THAT(failureOf(testClass("StaticInitFailsProvider")), AnyOf("java.lang.ExceptionInInitializerError", later));
+    EXPECT_THAT(failureOf(testClass("StaticInitFailsProvider")), later);
 }
 
 TEST_F(EntryPointTest, ClassThatIsNoProviderIsRefused) {
@@ -159,7 +157,7 @@ TEST_F(EntryPointTest, MachineThatGoesAwayBeforeTheHandOverIsReported) {
 }
 
 TEST_F(EntryPointTest, NextAttemptAfterAFailureSucceeds) {
-    EXPECT_THAT(failureOf(fixture("Nowhere")), StartsWith("java.lang.NoClassDefFoundError"));
+    EXPECT_THAT(failureOf(testClass("Nowhere")), StartsWith("java.lang.NoClassDefFoundError"));
     EXPECT_NE(build(ScriptedProviderClass), nullptr);
 }
 

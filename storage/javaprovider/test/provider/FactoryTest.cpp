@@ -21,10 +21,6 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::StartsWith;
 
-const StorageIRI A(u"java://test/a");
-
-std::string fixture(const char* name) { return std::string("com/corvallen/storage/test/") + name; }
-
 class FactoryTest : public ProviderTest {
 protected:
     [[nodiscard]] std::shared_ptr<PhysicalProviderFactory> factoryOf(const std::string& className) const {
@@ -114,7 +110,7 @@ TEST_F(FactoryTest, ProviderOutlivesTheFactory) {
     EXPECT_EQ(handle.use_count(), 3);
     factory.reset();
     EXPECT_EQ(handle.use_count(), 2);
-    provider->createFile(A);
+    provider->createFile(StorageIRI(u"java://test/a"));
     EXPECT_THAT(javaCalls(), ElementsAre("createFile java://test/a"));
 }
 
@@ -147,18 +143,18 @@ TEST_F(FactoryTest, EmptyNameIsAMissingClassAndNoInstance) {
 }
 
 TEST_F(FactoryTest, ConstructorThatThrowsIsReported) {
-    EXPECT_EQ(failureOf(*factoryOf(fixture("ThrowingConstructorProvider"))),
+    EXPECT_EQ(failureOf(*factoryOf(testClass("ThrowingConstructorProvider"))),
               "Failed to instantiate Java Provider implementation. java.lang.IllegalStateException: thrown by the "
               "constructor");
 }
 
 TEST_F(FactoryTest, AbstractClassIsReported) {
-    EXPECT_THAT(failureOf(*factoryOf(fixture("AbstractProvider"))),
+    EXPECT_THAT(failureOf(*factoryOf(testClass("AbstractProvider"))),
                 StartsWith("Failed to instantiate Java Provider implementation. java.lang.InstantiationException"));
 }
 
 TEST_F(FactoryTest, ClassThatCannotBeInitialisedCountsAsMissing) {
-    EXPECT_THAT(failureOf(*factoryOf(fixture("StaticInitFailsProvider"))),
+    EXPECT_THAT(failureOf(*factoryOf(testClass("StaticInitFailsProvider"))),
                 StartsWith("Failed to find Java Provider implementation class java.lang."));
 }
 
@@ -171,7 +167,7 @@ TEST_F(FactoryTest, ObjectWithoutMemoryIsReported) {
 }
 
 TEST_F(FactoryTest, ClassWithoutDefaultConstructorIsNamedByMethodAndSignature) {
-    EXPECT_THAT(failureOf(*factoryOf(fixture("NoDefaultConstructorProvider"))),
+    EXPECT_THAT(failureOf(*factoryOf(testClass("NoDefaultConstructorProvider"))),
                 StartsWith("Method <init> with signature ()V not found.\njava.lang.NoSuchMethodError: "));
 }
 
@@ -260,7 +256,7 @@ TEST_F(FactoryTest, ManyThreadsCreateProvidersAtOnce) {
             start.arrive_and_wait();
             for (int n = 0; n < Each; ++n) {
                 const auto provider = factory->createProvider();
-                EXPECT_FALSE(provider->fileExists(A));
+                EXPECT_FALSE(provider->fileExists(StorageIRI(u"java://test/a")));
             }
         });
     }

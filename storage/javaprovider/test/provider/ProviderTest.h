@@ -20,6 +20,11 @@ using foundation::storage::provider::StorageIRI;
 /// The back end of most tests, with slashes.
 inline constexpr const char* ScriptedProviderClass = "com/corvallen/storage/test/ScriptedProvider";
 
+/// The name of a class among the test's own, with slashes.
+[[nodiscard]] inline std::string testClass(const char* name) {
+    return std::string("com/corvallen/storage/test/") + name;
+}
+
 /// A test with scripted back ends, a recorder, and a handle that can lose its machine.
 ///
 /// After each test it fails the test when an operation left a local reference to its frame that is not left on purpose.

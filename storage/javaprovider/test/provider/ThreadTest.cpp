@@ -13,6 +13,7 @@
 #include "provider/ThrownErrors.h"
 #include "storage/jvm/ThreadAttachment.h"
 #include "support/JavaHelpers.h"
+#include "support/NumberFromEnvironment.h"
 
 namespace storage::javaprovider::test {
 namespace {
@@ -251,7 +252,7 @@ private:
 
 TEST_F(ThreadTest, SixtyFourThreadsOfMixedOperationsAllGetTheirOwnResults) {
     constexpr int Threads = 64;
-    constexpr int Each = 1000;
+    const int each = static_cast<int>(numberFromEnvironment("THREAD_OPERATIONS", 64'000)) / Threads;
     auto provider = makeProvider();
     script::answer(env(), "fileExists", true);
     script::failAlways(env(), "removeFile", "ACCESS_DENIED", "java://test/denied");
@@ -265,14 +266,14 @@ TEST_F(ThreadTest, SixtyFourThreadsOfMixedOperationsAllGetTheirOwnResults) {
     for (int i = 0; i < Threads; ++i) {
         threads.emplace_back([&, i] {
             start.arrive_and_wait();
-            wrong += MixedOperations(*provider, i).run(Each);
+            wrong += MixedOperations(*provider, i).run(each);
             stillAttached += isAttached(vm()) ? 1 : 0;
         });
     }
     threads.clear();
     EXPECT_EQ(wrong, 0);
     EXPECT_EQ(stillAttached, 0);
-    EXPECT_EQ(javaCalls().size(), static_cast<std::size_t>(Threads * Each));
+    EXPECT_EQ(javaCalls().size(), static_cast<std::size_t>(Threads * each));
     EXPECT_EQ(recorder.liveGlobals(), 0);
     EXPECT_THAT(recorder.leaks(), IsEmpty());
     EXPECT_EQ(handle.use_count(), 2);

@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 
 #include <chrono>
-#include <cstdlib>
 #include <iostream>
 #include <map>
 #include <string>
@@ -14,6 +13,7 @@
 #include "support/Eventually.h"
 #include "support/JavaHelpers.h"
 #include "support/JvmTest.h"
+#include "support/NumberFromEnvironment.h"
 
 namespace storage::javaprovider::test {
 namespace {
@@ -36,11 +36,6 @@ constexpr long SlackResidentKiB = 8L * 1024;
 #endif
 // A compiler thread that the machine starts.
 constexpr long SlackTasks = 2;
-
-long numberFromEnvironment(const char* name, long otherwise) {
-    const char* text = std::getenv(name);
-    return text == nullptr ? otherwise : std::stol(text);
-}
 
 class SoakTest : public JvmTest {
 protected:
