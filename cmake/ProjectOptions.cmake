@@ -37,7 +37,8 @@ endfunction()
 function(short_paths target)
   set_target_properties(${target} PROPERTIES
     INTERPROCEDURAL_OPTIMIZATION_RELEASE ON
-    INTERPROCEDURAL_OPTIMIZATION_RELWITHDEBINFO ON)
+    INTERPROCEDURAL_OPTIMIZATION_RELWITHDEBINFO ON
+    UNITY_BUILD OFF)  # what is measured is what any build makes
   target_compile_options(${target} PRIVATE $<$<CONFIG:Release,RelWithDebInfo>:-fno-plt -fno-semantic-interposition>)
 endfunction()
 

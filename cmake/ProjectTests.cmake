@@ -1,6 +1,6 @@
-# project_test(NAME foo LABELS unit SOURCES … LIBRARIES …): one GoogleTest program, one CTest entry.
-# The whole program is one entry so that a virtual machine starts once for all of its tests. What may take longest is
-# begun first, lest it run alone at the end.
+# project_test(NAME foo LABELS unit SOURCES … LIBRARIES … [COST seconds]): one GoogleTest program, one CTest entry.
+# The whole program is one entry so that a virtual machine starts once for all of its tests. The longest have a COST and
+# start first, lest they run alone at the end.
 if(BUILD_TESTING)
   find_package(GTest REQUIRED)
   # The headers of all tests, precompiled once.
@@ -13,7 +13,7 @@ if(BUILD_TESTING)
 endif()
 
 function(project_test)
-  cmake_parse_arguments(arg "" "NAME;MAIN;TIMEOUT" "LABELS;SOURCES;LIBRARIES;ENVIRONMENT" ${ARGN})
+  cmake_parse_arguments(arg "" "NAME;MAIN;TIMEOUT;COST" "LABELS;SOURCES;LIBRARIES;ENVIRONMENT" ${ARGN})
   add_executable(${arg_NAME} ${arg_SOURCES})
   project_options(${arg_NAME})
   if(NOT arg_MAIN)
@@ -25,6 +25,9 @@ function(project_test)
   if(NOT arg_TIMEOUT)
     set(arg_TIMEOUT 300)
   endif()
-  set_tests_properties(${arg_NAME} PROPERTIES LABELS "${arg_LABELS}" TIMEOUT ${arg_TIMEOUT} COST ${arg_TIMEOUT}
+  set_tests_properties(${arg_NAME} PROPERTIES LABELS "${arg_LABELS}" TIMEOUT ${arg_TIMEOUT}
                        ENVIRONMENT "${arg_ENVIRONMENT}")
+  if(arg_COST)
+    set_tests_properties(${arg_NAME} PROPERTIES COST ${arg_COST})
+  endif()
 endfunction()

@@ -32,5 +32,5 @@ function(junit_test)
             --class-path ${joined} --scan-class-path ${tests}
             --fail-if-no-tests --disable-banner --disable-ansi-colors --details=summary)
   # Names of files outside ASCII need a locale that has them.
-  set_tests_properties(${arg_NAME} PROPERTIES LABELS java TIMEOUT 600 COST 600 ENVIRONMENT "LC_ALL=C.UTF-8")
+  set_tests_properties(${arg_NAME} PROPERTIES LABELS java TIMEOUT 600 COST 70 ENVIRONMENT "LC_ALL=C.UTF-8")
 endfunction()

@@ -88,6 +88,7 @@ protected:
 
 TEST_F(EventStormTest, MillionEventsOfEightThreadsAllArriveWhole) {
     const int each = static_cast<int>(numberFromEnvironment("STORM_EVENTS", 1'000'000)) / Threads;
+    ASSERT_GT(each, 0);
     NumberedEvents events;
     const auto provider = makeWatching([&](auto&&... event) { events.take(event...); });
     tell("publishMany", {std::to_string(Threads), std::to_string(each)});

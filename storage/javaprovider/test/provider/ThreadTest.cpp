@@ -253,6 +253,7 @@ private:
 TEST_F(ThreadTest, SixtyFourThreadsOfMixedOperationsAllGetTheirOwnResults) {
     constexpr int Threads = 64;
     const int each = static_cast<int>(numberFromEnvironment("THREAD_OPERATIONS", 64'000)) / Threads;
+    ASSERT_GT(each, 0);
     auto provider = makeProvider();
     script::answer(env(), "fileExists", true);
     script::failAlways(env(), "removeFile", "ACCESS_DENIED", "java://test/denied");
