@@ -104,8 +104,7 @@ std::vector<std::string> workTimeAndAgainOn(std::size_t stack, const fs::path& d
 }
 
 // Java keeps some 96 KiB of each stack for itself; how much a back end needs beside it is seen here, where it is new to
-// the machine: its classes are yet to be loaded. The limits lie up to 8 KiB higher on one processor than on
-// another.
+// the machine: its classes are yet to be loaded. The limits lie up to 8 KiB higher on one processor than on another.
 class StackTest : public ::testing::TestWithParam<std::size_t> {
 protected:
     static std::size_t stack() { return GetParam() * KiB; }

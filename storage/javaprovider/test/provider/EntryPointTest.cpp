@@ -23,10 +23,10 @@ using ::testing::IsEmpty;
 using ::testing::SizeIs;
 using ::testing::StartsWith;
 
-const StorageIRI A(u"java://test/a");
-
 class EntryPointTest : public ProviderTest {
 protected:
+    const StorageIRI location{u"java://test/a"};
+
     [[nodiscard]] std::unique_ptr<IProvider> build(const std::string& className) const {
         return std::unique_ptr<IProvider>(buildProvider(handle, className));
     }
@@ -49,7 +49,7 @@ protected:
 TEST_F(EntryPointTest, ClassNameGivesAWorkingProvider) {
     const auto provider = build(ScriptedProviderClass);
     EXPECT_EQ(script::instances(env()), 1);
-    provider->createFile(A);
+    provider->createFile(location);
     EXPECT_THAT(javaCalls(), ElementsAre("createFile java://test/a"));
 }
 
@@ -169,7 +169,7 @@ TEST_F(EntryPointTest, LocalReferenceMayBeDeletedAfterwards) {
     env()->DeleteLocalRef(instance);
     recorder.clear();
     script::answer(env(), "folderExists", true);
-    EXPECT_TRUE(provider->folderExists(A));
+    EXPECT_TRUE(provider->folderExists(location));
 }
 
 TEST_F(EntryPointTest, GlobalReferenceMayBeDeletedAfterwards) {
@@ -179,7 +179,7 @@ TEST_F(EntryPointTest, GlobalReferenceMayBeDeletedAfterwards) {
     const auto provider = build(global);
     env()->DeleteGlobalRef(global);
     recorder.clear();
-    provider->createFolder(A);
+    provider->createFolder(location);
     EXPECT_THAT(javaCalls(), ElementsAre("createFolder java://test/a"));
 }
 
@@ -188,7 +188,7 @@ TEST_F(EntryPointTest, GlobalReferenceServesOnAnotherThread) {
     std::unique_ptr<IProvider> provider;
     onFreshThread([&] { provider = build(global); });
     env()->DeleteGlobalRef(global);
-    provider->createFile(A);
+    provider->createFile(location);
     EXPECT_THAT(javaCalls(), ElementsAre("createFile java://test/a"));
 }
 
@@ -203,13 +203,13 @@ TEST_F(EntryPointTest, InstanceIsUsedAsItIs) {
 TEST_F(EntryPointTest, NullInstanceGivesAProviderThatFails) {
     const auto provider = build(static_cast<jobject>(nullptr));
     ASSERT_NE(provider, nullptr);
-    EXPECT_TRUE(throwsExactly<InternalError>([&] { provider->createFile(A); }));
-    EXPECT_TRUE(throwsExactly<InternalError>([&] { static_cast<void>(provider->fileExists(A)); }));
-    EXPECT_TRUE(throwsExactly<InternalError>([&] { provider->moveFolder(A, A); }));
-    EXPECT_TRUE(throwsExactly<InternalError>([&] { static_cast<void>(provider->listAll(A)); }));
-    EXPECT_TRUE(throwsExactly<InternalError>([&] { static_cast<void>(provider->getFileAttributes(A)); }));
-    EXPECT_TRUE(throwsExactly<InternalError>([&] { static_cast<void>(provider->openReadOnlyByteStream(A)); }));
-    EXPECT_TRUE(throwsExactly<InternalError>([&] { provider->startChangeNotification(A, {}); }));
+    EXPECT_TRUE(throwsExactly<InternalError>([&] { provider->createFile(location); }));
+    EXPECT_TRUE(throwsExactly<InternalError>([&] { static_cast<void>(provider->fileExists(location)); }));
+    EXPECT_TRUE(throwsExactly<InternalError>([&] { provider->moveFolder(location, location); }));
+    EXPECT_TRUE(throwsExactly<InternalError>([&] { static_cast<void>(provider->listAll(location)); }));
+    EXPECT_TRUE(throwsExactly<InternalError>([&] { static_cast<void>(provider->getFileAttributes(location)); }));
+    EXPECT_TRUE(throwsExactly<InternalError>([&] { static_cast<void>(provider->openReadOnlyByteStream(location)); }));
+    EXPECT_TRUE(throwsExactly<InternalError>([&] { provider->startChangeNotification(location, {}); }));
     EXPECT_TRUE(throwsExactly<InternalError>(
         [&] { static_cast<void>(provider->hasFeature(ExtendedFeature::RecursiveFolderRemoval)); }));
     boost::property_tree::ptree settings;
@@ -238,7 +238,7 @@ TEST_F(EntryPointTest, BackEndOfALoaderOfItsOwnWorks) {
         callStaticObject(env(), "com/corvallen/storage/test/IsolatedLoader", "parentFirst",
                          {"com.corvallen.storage.test.isolated.IsolatedBackend", TEST_ISOLATED_BACKEND_JAR});
     const auto provider = build(instance);
-    EXPECT_TRUE(provider->fileExists(A));
+    EXPECT_TRUE(provider->fileExists(location));
     const auto error = thrownBy<ProviderError>([&] { provider->createFile(StorageIRI(u"java://test/missing")); });
     ASSERT_TRUE(error);
     EXPECT_EQ(error->code(), foundation::storage::provider::ErrorCode::NotFound);
