@@ -10,6 +10,7 @@
 #include <chrono>
 #include <map>
 #include <ostream>
+#include <stdexcept>
 #include <string>
 #include <thread>
 #include <vector>
@@ -53,6 +54,19 @@ std::ostream& operator<<(std::ostream& out, const Counted& counted) {
     ++counted.writes;
     return out << "counted";
 }
+
+/// Cannot be written.
+struct Unwritable {};
+
+std::ostream& operator<<(std::ostream& out, const Unwritable&) {
+    out << "half of";
+    throw std::out_of_range("no text for this value");
+}
+
+/// A sink that fails at every record.
+struct FailingBackend : boost::log::sinks::basic_sink_backend<boost::log::sinks::synchronized_feeding> {
+    void consume(const boost::log::record_view&) { throw std::runtime_error("the disk is full"); }
+};
 
 class LogTest : public testing::Test {
 protected:
@@ -201,6 +215,67 @@ TEST_F(LogTest, MaskOutlivesTheLogger) {
     setSeverityMask(m_channel, 6);
     { const Logger logger(m_channel); }
     EXPECT_EQ(severityMask(m_channel), 6U);
+}
+
+TEST_F(LogTest, ValueThatCannotBeWrittenCostsOnlyItself) {
+    Logger logger(m_channel);
+    setSeverityMask(m_channel, AllSeverities);
+    EXPECT_NO_THROW(FOUNDATION_LOG(logger, Severity::Failure) << "a " << Unwritable() << " b");
+    FOUNDATION_LOG(logger, Severity::Failure) << "next";
+    const auto written = records();
+    ASSERT_EQ(written.size(), 2U);
+    EXPECT_EQ(written[0].text, "a half of b");
+    EXPECT_EQ(written[1].text, "next");
+}
+
+TEST_F(LogTest, SinkThatThrowsIsNoConcernOfTheCaller) {
+    Logger logger(m_channel);
+    setSeverityMask(m_channel, AllSeverities);
+    const auto failing = boost::make_shared<boost::log::sinks::synchronous_sink<FailingBackend>>();
+    boost::log::core::get()->add_sink(failing);
+    EXPECT_NO_THROW(FOUNDATION_LOG(logger, Severity::Failure) << "text");
+    boost::log::core::get()->remove_sink(failing);
+    FOUNDATION_LOG(logger, Severity::Failure) << "after";
+    EXPECT_EQ(records().back().text, "after");
+}
+
+TEST_F(LogTest, HandlerOfTheHostHearsOfASinkThatThrows) {
+    Logger logger(m_channel);
+    setSeverityMask(m_channel, AllSeverities);
+    const auto failing = boost::make_shared<boost::log::sinks::synchronous_sink<FailingBackend>>();
+    boost::log::core::get()->add_sink(failing);
+    int heard = 0;
+    boost::log::core::get()->set_exception_handler([&heard] { ++heard; });
+    FOUNDATION_LOG(logger, Severity::Failure) << "text";
+    boost::log::core::get()->set_exception_handler({});
+    boost::log::core::get()->remove_sink(failing);
+    EXPECT_EQ(heard, 1);
+}
+
+TEST_F(LogTest, FilterThatThrowsIsNoConcernOfTheCaller) {
+    Logger logger(m_channel);
+    setSeverityMask(m_channel, AllSeverities);
+    boost::log::core::get()->set_filter(
+        [](const boost::log::attribute_value_set&) -> bool { throw std::runtime_error("filter"); });
+    EXPECT_NO_THROW(FOUNDATION_LOG(logger, Severity::Failure) << "text");
+    boost::log::core::get()->reset_filter();
+    EXPECT_TRUE(records().empty());
+}
+
+TEST_F(LogTest, WhatThrowsBeforeItIsWrittenLeavesNoRecord) {
+    Logger logger(m_channel);
+    setSeverityMask(m_channel, AllSeverities);
+    const auto value = []() -> int { throw std::out_of_range("not the log's"); };
+    EXPECT_THROW(FOUNDATION_LOG(logger, Severity::Failure) << "text " << value(), std::out_of_range);
+    EXPECT_TRUE(records().empty());
+}
+
+TEST_F(LogTest, ManipulatorsOfStreamsWork) {
+    Logger logger(m_channel);
+    setSeverityMask(m_channel, AllSeverities);
+    FOUNDATION_LOG(logger, Severity::Failure) << std::hex << 255 << std::endl << std::dec << 255;
+    ASSERT_EQ(records().size(), 1U);
+    EXPECT_EQ(records()[0].text, "ff\n255");
 }
 
 TEST_F(LogTest, ThreadsWriteAtOnceEachWithItsOwnIndent) {

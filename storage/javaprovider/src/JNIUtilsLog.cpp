@@ -10,7 +10,7 @@ namespace storage::javaprovider {
 
 DiagnosticLogger detail::libraryLogger{std::string(ChannelName)};
 
-void TraceScope::enter() {
+void TraceScope::enter() noexcept {
     m_uncaught = std::uncaught_exceptions();
     write(Severity::Enter, "");
     logger().indent().increase();
@@ -18,14 +18,18 @@ void TraceScope::enter() {
 
 void TraceScope::leave() const noexcept {
     logger().indent().decrease();
+    write(Severity::Exit, std::uncaught_exceptions() > m_uncaught ? " [throw]" : "");
+}
+
+void TraceScope::write(Severity severity, const char* suffix) const noexcept {
     try {
-        write(Severity::Exit, std::uncaught_exceptions() > m_uncaught ? " [throw]" : "");
+        writeRecord(severity, suffix);
     } catch (...) {
-        // A sink that fails costs one trace record; thrown from here it would end the process.
+        // A trace record that cannot be written, or a host's logger that throws, changes no result of the function.
     }
 }
 
-void TraceScope::write(Severity severity, const char* suffix) const {
+void TraceScope::writeRecord(Severity severity, const char* suffix) const {
     auto record = logger().open_record(severity);
     if (!record) {
         return;

@@ -37,7 +37,7 @@ inline constexpr const char* JavaProviderSource = "storage/javaprovider/src/Java
 /// carry the site's file and line as the attributes "File" and "Line".
 class TraceScope {
 public:
-    explicit TraceScope(const TraceSite& site) : m_site(site), m_enabled(logger().accepts(Severity::Enter)) {
+    explicit TraceScope(const TraceSite& site) noexcept : m_site(site), m_enabled(logger().accepts(Severity::Enter)) {
         if (m_enabled) {
             enter();
         }
@@ -52,9 +52,10 @@ public:
     TraceScope& operator=(const TraceScope&) = delete;
 
 private:
-    [[gnu::cold]] void enter();
+    [[gnu::cold]] void enter() noexcept;
     [[gnu::cold]] void leave() const noexcept;
-    void write(Severity severity, const char* suffix) const;
+    void write(Severity severity, const char* suffix) const noexcept;
+    void writeRecord(Severity severity, const char* suffix) const;
 
     TraceSite m_site;
     bool m_enabled;

@@ -42,7 +42,7 @@ void logCaught(const char* message) noexcept {
     try {
         FOUNDATION_LOG(logger(), Severity::Caught) << "Exception caught: " << message;
     } catch (...) {
-        // A destructor has nobody left to tell that the log itself failed.
+        // A host's logger may throw; a destructor has nobody left to report it to.
     }
 }
 

@@ -1,6 +1,4 @@
 // The basic attributes of files and folders.
-#include <boost/date_time/posix_time/posix_time_io.hpp>
-
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -81,7 +79,8 @@ FolderAttributes JavaProvider::doGetFolderAttributes(const StorageIRI& location)
 
 void JavaProvider::doSetLastModified(const StorageIRI& location, const boost::posix_time::ptime& lastModified) const {
     const TraceScope trace(TraceSite{__PRETTY_FUNCTION__, JavaProviderSource, SetLastModifiedLine});
-    FOUNDATION_LOG(logger(), Severity::Arguments) << " iri=" << location << " lastModified=" << lastModified;
+    FOUNDATION_LOG(logger(), Severity::Arguments)
+        << " iri=" << location << " lastModified=" << LoggedTime{lastModified};
     const JNIEnvPtr env(m_jvm);
     const LocalRef<jobject> uri(env, createStorageUri(env, location));
     const jlong millis = ptimeToMillis(lastModified);

@@ -4,6 +4,8 @@
 
 #include <boost/date_time/posix_time/posix_time_types.hpp>
 
+#include <iosfwd>
+
 namespace storage::javaprovider {
 
 // How Java times (milliseconds since 1970-01-01 00:00:00, no zone) and framework times map, for the whole library.
@@ -16,5 +18,12 @@ namespace storage::javaprovider {
 /// The Java time of a framework time, cut towards zero to whole milliseconds. Special values give whatever their tick
 /// count divided by 1000 is; not-a-date-time gives 9223372036854775.
 [[nodiscard]] jlong ptimeToMillis(const boost::posix_time::ptime& time);
+
+/// A framework time as a log record shows it: as Boost writes it, or, in the years that Boost refuses to write (all but
+/// 1400 to 9999), in milliseconds since 1970.
+struct LoggedTime {
+    const boost::posix_time::ptime& time;
+};
+std::ostream& operator<<(std::ostream& out, const LoggedTime& logged);
 
 }  // namespace storage::javaprovider

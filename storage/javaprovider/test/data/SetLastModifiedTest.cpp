@@ -2,7 +2,12 @@
 #include <gmock/gmock.h>
 
 #include <boost/date_time/posix_time/posix_time.hpp>
+#include <boost/log/core.hpp>
+#include <boost/log/sinks/basic_sink_backend.hpp>
+#include <boost/log/sinks/sync_frontend.hpp>
+#include <boost/smart_ptr/make_shared.hpp>
 
+#include <stdexcept>
 #include <string>
 
 #include "data/DataTest.h"
@@ -80,6 +85,45 @@ TEST_F(SetLastModifiedTest, NonAsciiLocationIsLoggedAsUtf8) {
     LogCapture log(2);
     provider->setLastModified(StorageIRI(u"java://test/ä"), ptime(boost::posix_time::not_a_date_time));
     EXPECT_THAT(log.texts(), ElementsAre(" iri=java://test/\u00e4 lastModified=not-a-date-time"));
+}
+
+TEST_F(SetLastModifiedTest, TimesOfAllYearsAreLoggedAndSent) {
+    constexpr std::int64_t Year1 = -62135596800000;
+    constexpr std::int64_t Year1400 = -17987443200000;
+    constexpr std::int64_t Year10000 = 253402300800000;
+    LogCapture log(2);
+    for (const std::int64_t millis : {Year1, Year1400 - 1, Year1400, Year10000 - 1, Year10000}) {
+        EXPECT_EQ(sent(epoch() + boost::posix_time::milliseconds(millis)), millis);
+    }
+    EXPECT_THAT(log.texts(), ElementsAre(" iri=java://test/a lastModified=-62135596800000 ms since 1970",
+                                         " iri=java://test/a lastModified=-17987443200001 ms since 1970",
+                                         " iri=java://test/a lastModified=1400-Jan-01 00:00:00",
+                                         " iri=java://test/a lastModified=9999-Dec-31 23:59:59.999000",
+                                         " iri=java://test/a lastModified=253402300800000 ms since 1970"));
+}
+
+TEST_F(SetLastModifiedTest, SpecialTimesAreLoggedAndSent) {
+    LogCapture log(2);
+    EXPECT_EQ(sent(ptime(boost::posix_time::not_a_date_time)), 9223372036854775);
+    EXPECT_EQ(sent(ptime(boost::posix_time::pos_infin)), 9223372036854775);
+    EXPECT_EQ(sent(ptime(boost::posix_time::neg_infin)), -9223372036854775);
+    EXPECT_THAT(log.texts(), ElementsAre(EndsWith("=not-a-date-time"), EndsWith("=+infinity"), EndsWith("=-infinity")));
+}
+
+/// A sink of a host that fails at every record.
+struct FailingBackend : boost::log::sinks::basic_sink_backend<boost::log::sinks::synchronized_feeding> {
+    void consume(const boost::log::record_view&) { throw std::runtime_error("the disk of the log is full"); }
+};
+
+TEST_F(SetLastModifiedTest, SinkThatThrowsChangesNoResult) {
+    const auto sink = boost::make_shared<boost::log::sinks::synchronous_sink<FailingBackend>>();
+    boost::log::core::get()->add_sink(sink);
+    const LogCapture log;  // every severity
+    EXPECT_EQ(sent(epoch()), 0);
+    script::failNext(env(), "setLastModified", "NOT_FOUND", "java://test/a");
+    const auto error = thrownBy<ProviderError>([&] { set(epoch()); });
+    EXPECT_TRUE(error && error->code() == foundation::storage::provider::ErrorCode::NotFound);
+    boost::log::core::get()->remove_sink(sink);
 }
 
 TEST_F(SetLastModifiedTest, NothingIsLoggedWhileTheSeverityIsOff) {

@@ -200,6 +200,14 @@ TEST_F(DestructionTest, LogThatFailsHarmsNobody) {
     EXPECT_NO_THROW(provider.reset());
 }
 
+TEST_F(DestructionTest, LogThatFailsDoesNotCostTheDisposal) {
+    provider = makeProvider();
+    const LogCapture log;
+    const RecordHook failing([](const boost::log::record_view&) { throw std::runtime_error("disk full"); });
+    provider.reset();
+    EXPECT_THAT(javaCalls(), ElementsAre("dispose"));
+}
+
 TEST_F(DestructionTest, WholeLifeOpensNoRecordWhileTheMaskIsZero) {
     const LogCapture log(0);
     std::size_t records = 0;
