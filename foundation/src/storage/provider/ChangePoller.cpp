@@ -2,8 +2,9 @@
 
 #include <unistd.h>
 
-#include <algorithm>
 #include <boost/exception/diagnostic_information.hpp>
+
+#include <algorithm>
 #include <utility>
 
 #include "foundation/log/basic_diagnostic_logger.h"
@@ -19,13 +20,13 @@ log::basic_diagnostic_logger<char>& logger() {
     return instance;
 }
 
-/// Writes what is being caught; a sink that fails must not end the thread.
+/// Writes what is being caught.
 void logCaught(const char* what, const StorageIRI& location) noexcept {
     try {
         FOUNDATION_LOG(logger(), Severity::Caught)
             << what << location << ": " << boost::current_exception_diagnostic_information();
     } catch (...) {
-        // There is nobody left to tell.
+        // No memory for the text; the thread has to go on all the same.
     }
 }
 
@@ -82,7 +83,7 @@ bool ChangePoller::replace(Lock& lock, const std::u16string& key, const Watch& w
     Watch& present = *found->second;
     present.location = watch.location;
     present.interval = watch.interval;
-    present.due = Clock::now() + watch.interval;
+    schedule(present);
     const Callback replaced = std::exchange(present.callback, watch.callback);
     m_changed.notify_all();
     if (!onThread()) {
@@ -92,13 +93,14 @@ bool ChangePoller::replace(Lock& lock, const std::u16string& key, const Watch& w
     return true;
 }
 
-void ChangePoller::add(const std::u16string& key, std::shared_ptr<Watch> watch) {
-    watch->due = Clock::now() + watch->interval;
-    const auto added = m_watches.emplace(key, std::move(watch)).first;
+void ChangePoller::add(const std::u16string& key, const std::shared_ptr<Watch>& watch) {
+    watch->place = m_queue.add(Clock::now() + watch->interval, watch);
     try {
+        m_watches.emplace(key, watch);
         ensureThread();
     } catch (...) {
-        m_watches.erase(added);
+        m_watches.erase(key);
+        m_queue.remove(watch->place);
         throw;
     }
     m_changed.notify_all();
@@ -123,6 +125,7 @@ void ChangePoller::stop(const StorageIRI& location) {
         return;
     }
     const std::shared_ptr<Watch> watch = node.mapped();
+    m_queue.remove(watch->place);
     watch->stopped.request_stop();
     callback = std::move(watch->callback);
     m_changed.notify_all();
@@ -135,6 +138,7 @@ std::size_t ChangePoller::end() noexcept {
     Watches watches;
     Lock lock(m_mutex);
     watches.swap(m_watches);
+    m_queue.clear();
     for (const auto& [key, watch] : watches) {
         watch->stopped.request_stop();
     }
@@ -154,8 +158,8 @@ std::size_t ChangePoller::end() noexcept {
 
 void ChangePoller::run() {
     Lock lock(m_mutex);
-    while (const std::shared_ptr<Watch> watch = nextDue()) {
-        if (const Clock::time_point due = watch->due; due > Clock::now()) {
+    while (const auto* const next = m_queue.first()) {
+        if (const auto [due, watch] = *next; due > Clock::now()) {
             m_changed.wait_until(lock, due);
         } else {
             look(lock, watch);
@@ -164,10 +168,7 @@ void ChangePoller::run() {
     m_running = false;
 }
 
-std::shared_ptr<ChangePoller::Watch> ChangePoller::nextDue() const {
-    const auto next = std::ranges::min_element(m_watches, {}, [](const auto& watch) { return watch.second->due; });
-    return next == m_watches.end() ? nullptr : next->second;
-}
+void ChangePoller::schedule(Watch& watch) { watch.place = m_queue.move(watch.place, Clock::now() + watch.interval); }
 
 void ChangePoller::look(Lock& lock, const std::shared_ptr<Watch>& watch) {
     m_looking = watch.get();
@@ -176,7 +177,9 @@ void ChangePoller::look(Lock& lock, const std::shared_ptr<Watch>& watch) {
     compare(*watch, location);
     lock.lock();
     m_looking = nullptr;
-    watch->due = Clock::now() + watch->interval;
+    if (!watch->stopped.stop_requested()) {
+        schedule(*watch);
+    }
     m_changed.notify_all();
 }
 

@@ -13,13 +13,15 @@
 
 #include "storage/provider/ChangeDifference.h"
 #include "storage/provider/ChangeSnapshot.h"
+#include "storage/provider/DueQueue.h"
 
 namespace foundation::storage::provider::detail {
 
 /// Compares the watched locations of one provider at their intervals and tells what has changed.
 ///
 /// One thread looks at all of them in turn. It runs from the first location on until none is left. No lock is held
-/// while the provider or a callback is called. Safe on any thread, the callbacks' included.
+/// while the provider or a callback is called. Safe on any thread, the callbacks' included. To start, to stop, and to
+/// find the next location to look at takes the logarithm of their number.
 class ChangePoller final : public std::enable_shared_from_this<ChangePoller> {
 public:
     explicit ChangePoller(const IProvider& provider);
@@ -47,11 +49,14 @@ private:
     using Callback = std::shared_ptr<const ChangeCallback>;
     using Lock = std::unique_lock<std::mutex>;
 
+    struct Watch;
+    using Queue = DueQueue<Clock::time_point, std::shared_ptr<Watch>>;
+
     struct Watch {
         StorageIRI location;
         Callback callback;  ///< null once the watch is stopped
         std::chrono::milliseconds interval;
-        Clock::time_point due;
+        Queue::Place place;  ///< among those that are due; means nothing once the watch is stopped
         std::stop_source stopped;
         // Used by the thread alone.
         ChangeSnapshot known;
@@ -60,12 +65,12 @@ private:
     using Watches = std::map<std::u16string, std::shared_ptr<Watch>>;
 
     bool replace(Lock& lock, const std::u16string& key, const Watch& watch);
-    void add(const std::u16string& key, std::shared_ptr<Watch> watch);
+    void add(const std::u16string& key, const std::shared_ptr<Watch>& watch);
     void ensureThread();
     [[nodiscard]] bool onThread() const { return std::this_thread::get_id() == m_thread.get_id(); }
 
     void run();
-    [[nodiscard]] std::shared_ptr<Watch> nextDue() const;
+    void schedule(Watch& watch);
     void look(Lock& lock, const std::shared_ptr<Watch>& watch);
     void compare(Watch& watch, const StorageIRI& location);
     void deliver(Watch& watch, const ChangeEvent& event);
@@ -76,6 +81,7 @@ private:
     std::mutex m_mutex;
     std::condition_variable m_changed;
     Watches m_watches;
+    Queue m_queue;  ///< the same watches by the time of their next look
     std::thread m_thread;
     bool m_running = false;
     const Watch* m_looking = nullptr;           ///< what the thread is busy with

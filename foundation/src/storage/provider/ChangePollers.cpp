@@ -1,29 +1,13 @@
 #include "storage/provider/ChangePollers.h"
 
-#include <unordered_map>
-
 #include "foundation/log/basic_diagnostic_logger.h"
 
 namespace foundation::storage::provider::detail {
 
 namespace {
 
-struct Registry {
-    std::mutex mutex;
-    std::unordered_map<const IProvider*, std::shared_ptr<ChangePoller>> pollers;
-};
-
-/// Never destroyed: providers may go as late as in static destructors, and their threads may still run then.
-Registry& registry() {
-    static Registry& instance = *new Registry;
-    return instance;
-}
-
-std::shared_ptr<ChangePoller> take(const IProvider& provider) {
-    const std::lock_guard lock(registry().mutex);
-    auto node = registry().pollers.extract(&provider);
-    return node.empty() ? nullptr : std::move(node.mapped());
-}
+/// Whether there is a poller, and it has a thread to poll with: one of a parent process has none here.
+bool isUsable(const PollerHolder* holder) noexcept { return holder != nullptr && holder->poller->isOfThisProcess(); }
 
 void logForgotten(std::size_t locations) noexcept {
     try {
@@ -31,34 +15,37 @@ void logForgotten(std::size_t locations) noexcept {
         FOUNDATION_LOG(logger, log::Severity::Failure)
             << "A provider was destroyed while it was polled for changes of " << locations << " locations";
     } catch (...) {
-        // A sink that fails costs the record; thrown from a destructor it would end the process.
+        // Without memory for a logger there is no record; thrown from a destructor this would end the process.
     }
 }
 
 }  // namespace
 
-std::shared_ptr<ChangePoller> pollerOf(const IProvider& provider) {
-    const std::lock_guard lock(registry().mutex);
-    std::shared_ptr<ChangePoller>& poller = registry().pollers[&provider];
-    if (!poller || !poller->isOfThisProcess()) {
-        poller = std::make_shared<ChangePoller>(provider);
-    }
-    return poller;
-}
-
-std::shared_ptr<ChangePoller> findPollerOf(const IProvider& provider) {
-    const std::lock_guard lock(registry().mutex);
-    const auto found = registry().pollers.find(&provider);
-    const bool usable = found != registry().pollers.end() && found->second->isOfThisProcess();
-    return usable ? found->second : nullptr;
-}
-
-void endPollerOf(const IProvider& provider) noexcept {
-    const std::shared_ptr<ChangePoller> poller = take(provider);
-    if (poller && poller->isOfThisProcess()) {
-        if (const std::size_t locations = poller->end(); locations != 0) {
-            logForgotten(locations);
+std::shared_ptr<ChangePoller> pollerOf(const IProvider& provider, PollerSlot& slot) {
+    PollerHolder* present = slot.load(std::memory_order_acquire);
+    while (!isUsable(present)) {
+        auto made = std::make_unique<PollerHolder>(PollerHolder{std::make_shared<ChangePoller>(provider)});
+        if (slot.compare_exchange_strong(present, made.get(), std::memory_order_acq_rel)) {
+            // A holder of the parent process that it took the place of is never freed: another thread may be reading
+            // it.
+            present = made.release();
         }
+    }
+    return present->poller;
+}
+
+std::shared_ptr<ChangePoller> findPoller(const PollerSlot& slot) {
+    const PollerHolder* const present = slot.load(std::memory_order_acquire);
+    return isUsable(present) ? present->poller : nullptr;
+}
+
+void endPoller(PollerSlot& slot) noexcept {
+    const std::unique_ptr<PollerHolder> holder(slot.exchange(nullptr, std::memory_order_acq_rel));
+    if (!isUsable(holder.get())) {
+        return;
+    }
+    if (const std::size_t locations = holder->poller->end(); locations != 0) {
+        logForgotten(locations);
     }
 }
 

@@ -31,7 +31,7 @@ void ensureFolder(const IProvider& provider, const StorageIRI& location) {
 
 }  // namespace
 
-IProvider::~IProvider() { detail::endPollerOf(*this); }
+IProvider::~IProvider() { detail::endPoller(m_poller); }
 
 // ---- made of other operations ----
 

@@ -9,11 +9,11 @@ void IProvider::doStartChangePollingMechanism(const StorageIRI& location, const 
     if (!callback || interval <= std::chrono::milliseconds::zero()) {
         throw Exception(ErrorCode::NotSupported, location);
     }
-    detail::pollerOf(*this)->start(location, callback, interval);
+    detail::pollerOf(*this, m_poller)->start(location, callback, interval);
 }
 
 void IProvider::doStopChangePollingMechanism(const StorageIRI& location) const {
-    if (const auto poller = detail::findPollerOf(*this)) {
+    if (const auto poller = detail::findPoller(m_poller)) {
         poller->stop(location);
     }
 }

@@ -2,6 +2,7 @@
 
 #include <boost/date_time/posix_time/posix_time_types.hpp>
 
+#include <atomic>
 #include <chrono>
 #include <cstdint>
 #include <memory>
@@ -28,6 +29,10 @@
 #include "foundation/storage/provider/TransactionalStream.h"
 
 namespace foundation::storage::provider {
+
+namespace detail {
+struct PollerHolder;
+}
 
 /// A storage back end: files and folders named by locations.
 ///
@@ -304,9 +309,9 @@ public:
     ///  - What cannot be looked at (Unavailable, AccessDenied, any error) counts as unchanged until it can.
     ///
     /// Events come one at a time on one thread of the provider, which looks at all of its locations in turn and ends
-    /// with the last of them. `interval` lies between the end of one look and the next. Details hold an empty
-    /// "originId". An exception of the callback is logged on the channel `foundation::storage` and dropped, as is the
-    /// first of a row of failed looks.
+    /// with the last of them. Any number of locations may be polled: finding the next one costs next to nothing.
+    /// `interval` lies between the end of one look and the next. Details hold an empty "originId". An exception of the
+    /// callback is logged on the channel `foundation::storage` and dropped, as is the first of a row of failed looks.
     ///
     /// Started again for a location, in whatever spelling, the new callback and interval take the place of the old
     /// ones, and nothing is missed between the two. The replaced callback does not run any more when this returns,
@@ -424,6 +429,10 @@ protected:
     virtual ProviderStorageInfo doGetProviderStorageInfo(const StorageIRI& location) const = 0;
     virtual void doTruncateToSize(const StorageIRI& location, std::uint64_t size) const;
     virtual ProviderCacheUsage doGetProviderCacheUsage() const;
+
+private:
+    /// What polls for changes; null until the provider is polled for the first time.
+    mutable std::atomic<detail::PollerHolder*> m_poller{nullptr};
 };
 
 }  // namespace foundation::storage::provider
