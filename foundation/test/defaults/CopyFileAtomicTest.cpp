@@ -69,16 +69,13 @@ TEST_F(CopyFileAtomicTest, KeptFolderCostsNoCopy) {
     EXPECT_THAT(m_provider.plan().operations(), testing::Not(testing::Contains("createFile")));
 }
 
-TEST_F(CopyFileAtomicTest, FileThatAppearsMeanwhileIsKept) {
-    m_provider.removeFile(m_target);
-    m_provider.setHook([this](std::string_view operation, const StorageIRI&) {
-        if (operation == "moveFile") {
-            write(m_target, "from elsewhere");
-        }
-    });
-    expectError(ErrorCode::AlreadyExists, m_target, [this] { m_provider.copyFileAtomic(m_source, m_target); });
-    EXPECT_EQ(bytesOf(m_target), "from elsewhere");
-    EXPECT_EQ(names().size(), 2U);
+TEST_F(CopyFileAtomicTest, FileThatMayNotBeWrittenIsKeptAndCostsNoCopy) {
+    m_provider.setReadOnly(m_target);
+    m_provider.plan().failAt(0, FaultPlan::Mode::Once);
+    expectError(ErrorCode::AccessDenied, m_target,
+                [this] { m_provider.copyFileAtomic(m_source, m_target, Policy::ReplaceExisting); });
+    EXPECT_EQ(bytesOf(m_target), "old");
+    EXPECT_THAT(m_provider.plan().operations(), testing::Not(testing::Contains("createFile")));
 }
 
 TEST_F(CopyFileAtomicTest, ErrorsOfTheTemporaryFileNameTheDestination) {

@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "DefaultsTest.h"
 
 namespace foundation::test {
@@ -213,6 +215,12 @@ TEST_P(TransactionalStreamTest, CommitClosesAndMovesAndNothingElse) {
     EXPECT_EQ(m_provider.plan().operations(), (std::vector<std::string>{"close", "moveFile"}));
 }
 
+TEST_P(TransactionalStreamTest, AttributesOfTheFileStay) {
+    m_provider.setExtendedAttributes(m_target, storage::provider::ExtendedAttributes({{"colour", 1}}));
+    open()->commit();
+    EXPECT_EQ(m_provider.getExtendedAttributes(m_target).all().size(), 1U);
+}
+
 TEST_P(TransactionalStreamTest, RollbackTellsWhatItCouldNotRemove) {
     const auto stream = open();
     m_provider.plan().failAt(2, FaultPlan::Mode::Once);
@@ -288,6 +296,33 @@ TEST_F(ScratchLocationTest, WhatIsThereIsKept) {
     expectError(ErrorCode::AlreadyExists, m_source,
                 [this] { (void)m_provider.openTransactionalStreamAtScratchLocation(m_target, m_source); });
     EXPECT_EQ(bytesOf(m_source), "precious");
+    EXPECT_EQ(bytesOf(m_target), "old");
+}
+
+TEST_F(ScratchLocationTest, FileThatAnotherHasOpenedMeanwhileIsKept) {
+    write(m_target, "old");
+    std::unique_ptr<ByteStream> other;
+    m_provider.setHook([&, done = false](std::string_view operation, const StorageIRI& at) mutable {
+        if (operation == "openByteStream" && at == m_source && !std::exchange(done, true)) {
+            other = m_provider.openByteStream(m_source);
+            (void)other->write("precious", 8);
+        }
+    });
+    expectError(ErrorCode::InUse, m_source,
+                [this] { (void)m_provider.openTransactionalStreamAtScratchLocation(m_target, m_source); });
+    other->close();
+    EXPECT_EQ(bytesOf(m_source), "precious");
+    EXPECT_EQ(bytesOf(m_target), "old");
+}
+
+TEST_F(ScratchLocationTest, NothingOfWhatAnotherWroteThereIsCommitted) {
+    write(m_target, "old");
+    m_provider.setHook([this, done = false](std::string_view operation, const StorageIRI& at) mutable {
+        if (operation == "openByteStream" && at == m_source && !std::exchange(done, true)) {
+            write(m_source, "longer than the content");
+        }
+    });
+    m_provider.openTransactionalStreamAtScratchLocation(m_target, m_source)->commit();
     EXPECT_EQ(bytesOf(m_target), "old");
 }
 

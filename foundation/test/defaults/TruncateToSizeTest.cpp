@@ -47,6 +47,12 @@ TEST_F(TruncateToSizeTest, FileOfThatSizeIsLeftAlone) {
     expectOnlyTarget("0123456789");
 }
 
+TEST_F(TruncateToSizeTest, AttributesOfTheFileStay) {
+    m_provider.setExtendedAttributes(m_target, storage::provider::ExtendedAttributes({{"colour", 1}}));
+    m_provider.truncateToSize(m_target, 3);
+    EXPECT_EQ(m_provider.getExtendedAttributes(m_target).all().size(), 1U);
+}
+
 TEST_F(TruncateToSizeTest, MissingFileIsReported) {
     expectError(ErrorCode::NotFound, m_source, [this] { m_provider.truncateToSize(m_source, 0); });
     expectOnlyTarget("0123456789");

@@ -52,6 +52,31 @@ TEST_P(SharedFolderTest, CanonicalLocationIsTheNormalOne) {
     EXPECT_EQ(provider().getCanonicalLocation(odd), at(u"a").normalized());
 }
 
+TEST_P(SharedFolderTest, MoveOntoItselfSucceedsByEveryPolicyAndChangesNothing) {
+    provider().createFolder(at(u"d"));
+    write(at(u"d").getChild(u"f"), "bytes");
+    const StorageIRI again(folder().text() + u"//%64/");
+    for (const Policy policy : {Policy::KeepExisting, Policy::ReplaceExisting, Policy::ReplaceExistingFile}) {
+        for (const StorageIRI& same : {at(u"d"), again}) {
+            EXPECT_NO_THROW(provider().moveFolder(at(u"d"), same, policy));
+            EXPECT_NO_THROW(provider().moveFile(at(u"d").getChild(u"f"), same.getChild(u"f"), policy));
+        }
+    }
+    EXPECT_EQ(names(), Names{u"d"});
+    EXPECT_EQ(bytesOf(at(u"d").getChild(u"f")), "bytes");
+}
+
+TEST_P(SharedFolderTest, MoveOntoAnotherIsRefusedByThePolicyThatKeepsIt) {
+    write(at(u"f"), "file");
+    write(at(u"g"), "other");
+    provider().createFolder(at(u"d"));
+    provider().createFolder(at(u"e"));
+    expectError(ErrorCode::AlreadyExists, at(u"g"), [&] { provider().moveFile(at(u"f"), at(u"g")); });
+    expectError(ErrorCode::AlreadyExists, at(u"e"), [&] { provider().moveFolder(at(u"d"), at(u"e")); });
+    EXPECT_EQ(bytesOf(at(u"f")), "file");
+    EXPECT_EQ(bytesOf(at(u"g")), "other");
+}
+
 TEST_P(SharedFolderTest, WhatCannotBeMadeOfOtherOperationsIsNotSupported) {
     expectError(ErrorCode::NotSupported, at(u"f"), [&] { provider().setWritable(at(u"f"), true); });
     expectError(ErrorCode::NotSupported, at(u"f"), [&] { (void)provider().getFilenameSensitivity(at(u"f")); });

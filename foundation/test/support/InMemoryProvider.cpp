@@ -116,7 +116,7 @@ void InMemoryProvider::makeRoom(const StorageIRI& destination, ReplacementPolicy
     removeTree(destination);
 }
 
-void InMemoryProvider::move(const StorageIRI& source, const StorageIRI& destination, ReplacementPolicy policy,
+bool InMemoryProvider::move(const StorageIRI& source, const StorageIRI& destination, ReplacementPolicy policy,
                             EntryType type) const {
     requireRemovable(source, require(source, type));
     const Key from = source.normalized().text();
@@ -125,9 +125,12 @@ void InMemoryProvider::move(const StorageIRI& source, const StorageIRI& destinat
         fail(ErrorCode::InvalidLocation, destination);
     }
     requireParent(destination);
-    if (from == to && policy != ReplacementPolicy::KeepExisting) {
-        return;
+    if (from == to) {
+        return false;
     }
+    const Node* const present = find(destination);
+    const bool replaces = type == EntryType::File && present != nullptr && present->type == EntryType::File;
+    const ExtendedAttributes kept = replaces ? present->attributes : require(source).attributes;
     makeRoom(destination, policy);
     for (const Key& key : below(source)) {
         auto node = m_nodes.extract(key);
@@ -136,7 +139,9 @@ void InMemoryProvider::move(const StorageIRI& source, const StorageIRI& destinat
     }
     auto node = m_nodes.extract(from);
     node.key() = to;
+    node.mapped().attributes = kept;
     m_nodes.insert(std::move(node));
+    return true;
 }
 
 void InMemoryProvider::announce(Kind self, Kind child, const StorageIRI& location, EntryType type) const {

@@ -18,8 +18,9 @@ namespace foundation::test {
 
 /// A whole back end in memory. It overrides what every back end must and leaves the defaults to the framework.
 ///
-/// Every root exists and is an empty folder at first. Operations that change something tell those who watch the
-/// location or its parent; writing to a stream does not. Safe to use from any thread.
+/// Every root exists and is an empty folder at first. A file that replaces another takes over its attributes.
+/// Operations that change something tell those who watch the location or its parent; writing to a stream does not. Safe
+/// to use from any thread.
 class InMemoryProvider : public storage::provider::IConfigurableProvider {
 public:
     using StorageIRI = storage::provider::StorageIRI;
@@ -94,7 +95,8 @@ private:
     void removeTree(const StorageIRI& location) const;
     void requireRemovable(const StorageIRI& location, const Node& node) const;
     void makeRoom(const StorageIRI& destination, storage::provider::ReplacementPolicy policy) const;
-    void move(const StorageIRI& source, const StorageIRI& destination, storage::provider::ReplacementPolicy policy,
+    /// False if the two are the same, and nothing has happened.
+    bool move(const StorageIRI& source, const StorageIRI& destination, storage::provider::ReplacementPolicy policy,
               storage::provider::EntryType type) const;
     std::unique_ptr<storage::provider::IFolderEntryIterator> list(const StorageIRI& folder,
                                                                   const boost::logic::tribool& filesWanted) const;

@@ -100,7 +100,9 @@ void InMemoryProvider::doMoveFile(const StorageIRI& source, const StorageIRI& de
     enter("moveFile", source);
     {
         const std::lock_guard lock(m_mutex);
-        move(source, destination, policy, EntryType::File);
+        if (!move(source, destination, policy, EntryType::File)) {
+            return;
+        }
     }
     announce(Kind::SelfRemoved, Kind::ChildRemoved, source, EntryType::File);
     announce(Kind::SelfModified, Kind::ChildAdded, destination, EntryType::File);
@@ -111,7 +113,9 @@ void InMemoryProvider::doMoveFolder(const StorageIRI& source, const StorageIRI& 
     enter("moveFolder", source);
     {
         const std::lock_guard lock(m_mutex);
-        move(source, destination, policy, EntryType::Folder);
+        if (!move(source, destination, policy, EntryType::Folder)) {
+            return;
+        }
     }
     announce(Kind::SelfRemoved, Kind::ChildRemoved, source, EntryType::Folder);
     announce(Kind::SelfModified, Kind::ChildAdded, destination, EntryType::Folder);

@@ -150,6 +150,14 @@ TEST_F(InMemoryProviderTest, FileMovesByPolicy) {
     EXPECT_TRUE(m_provider.fileExists(m_file));
 }
 
+TEST_F(InMemoryProviderTest, MoveOntoItselfIsMadeOfWhatMayBeMoved) {
+    m_provider.createFolder(m_folder);
+    expectError(ErrorCode::NotFound, [this] { m_provider.moveFile(m_file, m_file); });
+    writeFile(m_file, "file");
+    expectError(ErrorCode::NotAFile, [this] { m_provider.moveFile(m_folder, m_folder); });
+    expectError(ErrorCode::NotAFolder, [this] { m_provider.moveFolder(m_file, m_file); });
+}
+
 TEST_F(InMemoryProviderTest, FolderMovesWithAllItHolds) {
     m_provider.createFolder(m_folder);
     m_provider.createFolder(m_other);

@@ -15,7 +15,7 @@ public:
 
     [[nodiscard]] const StorageIRI& location() const noexcept { return m_location; }
 
-    /// The file is no longer this object's affair.
+    /// Leaves the file where it is from now on.
     void keep() noexcept { m_mine = false; }
 
     /// Removes the file now and reports a failure, unless it has been kept or removed.

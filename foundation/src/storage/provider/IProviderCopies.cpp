@@ -1,9 +1,10 @@
 // Copies, made of streams and moves.
 #include <optional>
+#include <utility>
 
 #include "foundation/storage/provider/IProvider.h"
 #include "storage/provider/ClosingStream.h"
-#include "storage/provider/CreatedFile.h"
+#include "storage/provider/ReplacementChecks.h"
 #include "storage/provider/ScratchFile.h"
 #include "storage/provider/StreamCopy.h"
 
@@ -12,22 +13,9 @@ namespace foundation::storage::provider {
 namespace {
 
 /// Writing alone also keeps a copy from cutting its own source short when two locations lead to one file.
-constexpr ByteStreamOpenOptions ForOverwriting{.creation = ByteStreamOpenOptions::Creation::CreateIfMissing,
-                                               .content = ByteStreamOpenOptions::Content::Truncate,
+constexpr ByteStreamOpenOptions ForOverwriting{.content = ByteStreamOpenOptions::Content::Truncate,
                                                .sharing = ByteStreamOpenOptions::Sharing::Exclusive};
-
-bool isKept(EntryType present, ReplacementPolicy policy) {
-    return policy == ReplacementPolicy::KeepExisting ||
-           (policy == ReplacementPolicy::ReplaceExistingFile && present == EntryType::Folder);
-}
-
-/// Refuses what the policy keeps before any byte is copied. The move that ends the copy is what decides.
-void requireReplaceable(const IProvider& provider, const StorageIRI& destination, ReplacementPolicy policy) {
-    const std::optional<EntryType> present = provider.existsExtended(destination);
-    if (present && isKept(*present, policy)) {
-        throw Exception(ErrorCode::AlreadyExists, destination);
-    }
-}
+constexpr ByteStreamOpenOptions ForFilling{.sharing = ByteStreamOpenOptions::Sharing::Exclusive};
 
 /// Whether source and destination are the same location, so that a copy has nothing to do.
 bool isCopyOntoItself(const IProvider& provider, const StorageIRI& source, const StorageIRI& destination,
@@ -41,57 +29,83 @@ bool isCopyOntoItself(const IProvider& provider, const StorageIRI& source, const
     return true;
 }
 
-/// Empty if something is at the destination that the policy may replace.
-std::optional<detail::CreatedFile> createDestination(const IProvider& provider, const StorageIRI& destination,
-                                                     ReplacementPolicy policy) {
+/// Null if the file is gone.
+std::unique_ptr<ByteStream> openUnlessGone(const IProvider& provider, const StorageIRI& file) {
     try {
-        return std::make_optional<detail::CreatedFile>(provider, destination);
+        return provider.openByteStream(file, ForOverwriting);
     } catch (const Exception& error) {
-        if (error.code() != ErrorCode::AlreadyExists || policy == ReplacementPolicy::KeepExisting) {
+        if (error.code() != ErrorCode::NotFound) {
             throw;
         }
-        return std::nullopt;
+        return nullptr;
     }
 }
 
-void copyThroughScratch(const IProvider& provider, const StorageIRI& source, const StorageIRI& destination,
-                        ReplacementPolicy policy) {
-    detail::ClosingStream from(provider.openReadOnlyByteStream(source));
-    if (isCopyOntoItself(provider, source, destination, policy)) {
-        return;
+/// Writes over a file that is there; false if it is gone by now, and nothing has happened.
+bool overwrite(const IProvider& provider, detail::StreamEnd from, const StorageIRI& destination) {
+    auto stream = openUnlessGone(provider, destination);
+    if (stream == nullptr) {
+        return false;
     }
-    requireReplaceable(provider, destination, policy);
+    detail::ClosingStream to(std::move(stream));
+    detail::copyBytes(from, {*to, destination});
+    to.close();
+    return true;
+}
+
+/// Whatever is at the destination, nobody has seen a part of the copy there, and nothing has to be taken back.
+void copyThroughScratch(const IProvider& provider, detail::ClosingStream from, const StorageIRI& source,
+                        const StorageIRI& destination, ReplacementPolicy policy) {
     auto scratch = detail::ScratchFile::beside(provider, destination);
     scratch.fill([&](detail::StreamEnd to) { detail::copyBytes({*from, source}, to); });
     from.closeSilently();
     scratch.replaceTarget(policy);
 }
 
+/// For back ends that cannot move files. Once it is created others may open the file as well, so it is not taken back.
+void copyToNewFile(const IProvider& provider, const StorageIRI& source, const StorageIRI& destination) {
+    const detail::ClosingStream from(provider.openReadOnlyByteStream(source));
+    provider.createFile(destination);
+    detail::ClosingStream to(provider.openByteStream(destination, ForFilling));
+    if (to->seek(0, std::ios_base::end) != std::streampos(0)) {
+        throw Exception(ErrorCode::InUse, destination);  // another has written it meanwhile, and keeps it
+    }
+    detail::copyBytes({*from, source}, {*to, destination});
+    to.close();
+}
+
 }  // namespace
 
 void IProvider::doCopyFile(const StorageIRI& source, const StorageIRI& destination,
                            const ReplacementPolicy& policy) const {
-    const detail::ClosingStream from(doOpenReadOnlyByteStream(source));
+    detail::ClosingStream from(doOpenReadOnlyByteStream(source));
     if (isCopyOntoItself(*this, source, destination, policy)) {
         return;
     }
-    auto created = createDestination(*this, destination, policy);
-    if (!created && doFolderExists(destination)) {
-        // A folder must not go before the bytes are there that take its place.
-        copyThroughScratch(*this, source, destination, policy);
+    const std::optional<EntryType> present = detail::requireReplaceable(*this, destination, policy);
+    if (present == EntryType::File && overwrite(*this, {*from, source}, destination)) {
         return;
     }
-    detail::ClosingStream to(doOpenByteStream(destination, ForOverwriting));
-    detail::copyBytes({*from, source}, {*to, destination});
-    to.close();
-    if (created) {
-        created->keep();
+    try {
+        copyThroughScratch(*this, std::move(from), source, destination, policy);
+    } catch (const Exception& error) {
+        if (error.code() != ErrorCode::NotSupported || present) {
+            throw;
+        }
+        copyToNewFile(*this, source, destination);
     }
 }
 
 void IProvider::doCopyFileAtomic(const StorageIRI& source, const StorageIRI& destination,
                                  const ReplacementPolicy& policy) const {
-    copyThroughScratch(*this, source, destination, policy);
+    detail::ClosingStream from(doOpenReadOnlyByteStream(source));
+    if (isCopyOntoItself(*this, source, destination, policy)) {
+        return;
+    }
+    if (detail::requireReplaceable(*this, destination, policy) == EntryType::File) {
+        (void)detail::hasWritableFile(*this, destination);
+    }
+    copyThroughScratch(*this, std::move(from), source, destination, policy);
 }
 
 }  // namespace foundation::storage::provider

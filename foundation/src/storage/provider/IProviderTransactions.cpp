@@ -1,9 +1,9 @@
 // What replaces a file's content in one step, made of a scratch file and a move.
-#include <optional>
 #include <utility>
 
 #include "foundation/storage/provider/IProvider.h"
 #include "storage/provider/ClosingStream.h"
+#include "storage/provider/ReplacementChecks.h"
 #include "storage/provider/ReplacingStream.h"
 #include "storage/provider/ScratchFile.h"
 #include "storage/provider/StreamCopy.h"
@@ -11,28 +11,6 @@
 namespace foundation::storage::provider {
 
 namespace {
-
-/// A move may well replace a file that may not be written, so that has to be refused by itself.
-FileAttributes requireWritable(const IProvider& provider, const StorageIRI& location) {
-    const FileAttributes attributes = provider.getFileAttributes(location);
-    if (!attributes.writable()) {
-        throw Exception(ErrorCode::AccessDenied, location);
-    }
-    return attributes;
-}
-
-/// Whether there is a file to start from; false if nothing is there.
-bool hasContent(const IProvider& provider, const StorageIRI& location) {
-    try {
-        (void)requireWritable(provider, location);
-        return true;
-    } catch (const Exception& error) {
-        if (error.code() != ErrorCode::NotFound) {
-            throw;
-        }
-        return false;
-    }
-}
 
 void copyContent(const IProvider& provider, const StorageIRI& location, detail::StreamEnd to) {
     const detail::ClosingStream from(provider.openReadOnlyByteStream(location));
@@ -51,7 +29,7 @@ std::unique_ptr<TransactionalStream> openOn(const IProvider& provider, detail::S
 }  // namespace
 
 std::unique_ptr<TransactionalStream> IProvider::doOpenTransactionalStream(const StorageIRI& location) const {
-    const bool present = hasContent(*this, location);
+    const bool present = detail::hasWritableFile(*this, location);
     return openOn(*this, detail::ScratchFile::beside(*this, location), present);
 }
 
@@ -60,12 +38,12 @@ std::unique_ptr<TransactionalStream> IProvider::doOpenTransactionalStreamAtScrat
     if (doGetPathComparator()(location, scratch) == 0) {
         throw Exception(ErrorCode::InvalidLocation, scratch);
     }
-    const bool present = hasContent(*this, location);
+    const bool present = detail::hasWritableFile(*this, location);
     return openOn(*this, detail::ScratchFile::at(*this, scratch, location), present);
 }
 
 void IProvider::doTruncateToSize(const StorageIRI& location, std::uint64_t size) const {
-    if (requireWritable(*this, location).size() == size) {
+    if (detail::requireWritable(*this, location).size() == size) {
         return;
     }
     auto scratch = detail::ScratchFile::beside(*this, location);

@@ -20,9 +20,18 @@ ScratchFile ScratchFile::at(const IProvider& provider, const StorageIRI& scratch
     return {provider, scratch, target, scratch};
 }
 
-ClosingStream ScratchFile::open() const {
-    const ByteStreamOpenOptions alone{.sharing = ByteStreamOpenOptions::Sharing::Exclusive};
-    return ClosingStream(named([&] { return m_provider->openByteStream(location(), alone); }));
+ClosingStream ScratchFile::open() {
+    // Emptied: at a location that others know, one of them may have written since it was created.
+    constexpr ByteStreamOpenOptions alone{.content = ByteStreamOpenOptions::Content::Truncate,
+                                          .sharing = ByteStreamOpenOptions::Sharing::Exclusive};
+    try {
+        return ClosingStream(named([&] { return m_provider->openByteStream(location(), alone); }));
+    } catch (const Exception& error) {
+        if (error.code() == ErrorCode::InUse && isChosen()) {
+            m_file.keep();
+        }
+        throw;
+    }
 }
 
 void ScratchFile::replaceTarget(ReplacementPolicy policy) {

@@ -23,12 +23,13 @@ public:
     [[nodiscard]] const StorageIRI& target() const noexcept { return m_target; }
     [[nodiscard]] const StorageIRI& location() const noexcept { return m_file.location(); }
 
-    /// Opens the file for reading and writing.
-    [[nodiscard]] ClosingStream open() const;
+    /// Opens the file, empty, for reading and writing. InUse if another has opened a file at a chosen location first:
+    /// that one keeps it.
+    [[nodiscard]] ClosingStream open();
 
     /// Opens the file, lets `writer(StreamEnd)` write it, and closes it.
     template <class Writer>
-    void fill(const Writer& writer) const {
+    void fill(const Writer& writer) {
         ClosingStream to = open();
         named([&] {
             writer(StreamEnd{*to, location()});
@@ -62,6 +63,9 @@ private:
             throw Exception(error.code(), name);
         }
     }
+
+    /// Whether others know where the file is.
+    [[nodiscard]] bool isChosen() const { return m_name == location(); }
 
     const IProvider* m_provider;
     StorageIRI m_target;

@@ -6,7 +6,9 @@
 
 namespace foundation::storage::provider {
 
-/// The bytes of one open file.
+/// The bytes of one open file. The stream stays with the file that was opened: when another file takes its place at the
+/// location (IProvider::truncateToSize(), an atomic copy, a commit), or when it is removed, what is written to the
+/// stream from then on is lost with the old file, if the back end lets that happen at all.
 ///
 /// One operation at a time; which threads may call is the implementation's affair. The slot order is fixed:
 /// destructor, read, write, seek, close.
@@ -23,7 +25,9 @@ public:
     /// Moves to `offset` bytes from the beginning, the present position or the end; the new position.
     virtual std::streampos seek(std::streamoff offset, std::ios_base::seekdir way) = 0;
 
-    /// Ends the use of the file and reports what could not be written. Destroying a stream closes nothing by itself.
+    /// Ends the use of the file and reports what could not be written. What was written is then visible to the next
+    /// reader, and not forced to the disk: a power failure may still take it. Destroying a stream closes nothing by
+    /// itself.
     virtual void close() = 0;
 
     ByteStream(const ByteStream&) = delete;

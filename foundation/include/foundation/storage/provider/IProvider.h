@@ -44,6 +44,20 @@ struct PollerHolder;
 /// has answered; it throws Exception with the code named by case, Unavailable when the back end cannot be reached, and
 /// an IInternalException when the machinery between fails. After an error nothing has changed. No operation may run
 /// while the provider is destroyed.
+///
+/// What replaces a file. copyFileAtomic(), truncateToSize() and the commit of a transaction write a new file and end in
+/// moveFile() with a replacing policy, on the location that the caller named:
+///  - Permissions and attributes attached by users are those of the replaced file, and a symbolic link goes on leading
+///    to the file that is replaced, as far as the back end's moveFile() sees to it; NioProvider's does.
+///  - It is another file. Other names of the replaced file (hard links) keep the old content from then on. A stream
+///    that was opened before stays with the old file too, and what it writes afterwards is lost with that file.
+///    copyFile() and openByteStream() write to the file itself, with all its names.
+///  - While it is written it stands under a hidden, temporary name in the folder of the location (of the link, if the
+///    location is one), and may be read there by whoever may read a new file of this process.
+///  - Readers find the old content or the whole new one, in every process, after an error and when the process dies, as
+///    far as moveFile() is atomic. That is a promise about order, not about power: nothing in this interface forces
+///    bytes to the disk, and after a power failure the old content may be back, or the file empty or incomplete, unless
+///    the back end sees to it. (NioProvider forces a new content before that takes the place of an old one.)
 class FOUNDATION_API IProvider {
 public:
     virtual ~IProvider();
@@ -89,14 +103,18 @@ public:
     void removeFolderRecursive(const StorageIRI& location) const { doRemoveFolderRecursive(location); }
 
     /// Moves or renames a file. NotFound if the source or the destination's folder is missing, NotAFile if the source
-    /// is a folder, AlreadyExists if something is at the destination that `policy` keeps.
+    /// is a folder, AlreadyExists if something else is at the destination that `policy` keeps.
+    ///
+    /// Moved onto itself, in whatever spelling of the location, it stays as it is, whatever the policy: nothing there
+    /// has to be replaced or kept. Two names of one file (hard links) are not the same location.
     void moveFile(const StorageIRI& source, const StorageIRI& destination,
                   ReplacementPolicy policy = ReplacementPolicy::KeepExisting) const {
         doMoveFile(source, destination, policy);
     }
 
     /// Moves or renames a folder with all it holds. Fails like moveFile(), with NotAFolder if the source is a file;
-    /// InvalidLocation if the destination lies inside the source.
+    /// InvalidLocation if the destination lies inside the source. Moved onto itself it stays as it is, whatever the
+    /// policy.
     void moveFolder(const StorageIRI& source, const StorageIRI& destination,
                     ReplacementPolicy policy = ReplacementPolicy::KeepExisting) const {
         doMoveFolder(source, destination, policy);
@@ -108,10 +126,16 @@ public:
     /// a file stands in the place of the destination's folder, AlreadyExists if something is at the destination that
     /// `policy` keeps, AccessDenied if the destination may not be written, InUse if it is open elsewhere, StorageFull.
     /// A folder at the destination is replaced as moveFile() does it. A copy of a file onto itself changes nothing, and
-    /// is AlreadyExists for KeepExisting.
+    /// is AlreadyExists for KeepExisting: unlike a move, a copy has to make a second file.
     ///
-    /// A file that is replaced is written in place. After an error while bytes were on their way it holds the beginning
-    /// of the new content and the old content is lost; a destination that was not there before is removed again.
+    /// A file that is replaced is written in place: it keeps its identity, names, permissions and attributes, and a
+    /// link to it is followed. After an error while bytes were on their way it holds the beginning of the new content
+    /// and the old content is lost.
+    ///
+    /// A new file is written under a temporary, hidden name, as copyFileAtomic() does it, and moved into place when it
+    /// is complete. So after an error nothing is at the destination, and what another has put there meanwhile is kept
+    /// or replaced by `policy`, never removed. Only a back end whose moveFile() is NotSupported is written to in place
+    /// at once; there a part may be left after an error.
     void copyFile(const StorageIRI& source, const StorageIRI& destination,
                   ReplacementPolicy policy = ReplacementPolicy::KeepExisting) const {
         doCopyFile(source, destination, policy);
@@ -121,9 +145,9 @@ public:
     /// error too. Fails like copyFile().
     ///
     /// The default writes a new file with a temporary, hidden name (`.name.….tmp`) in the destination's folder and
-    /// moves it into place: as atomic as the back end's moveFile(). What it replaces goes as a whole, its attributes
-    /// included. The temporary file is removed after an error; when the process or the storage dies meanwhile it stays
-    /// behind.
+    /// moves it into place: as atomic as the back end's moveFile(). For permissions, attributes, links, open streams
+    /// and power failures see above ("What replaces a file"). The temporary file is removed after an error; when the
+    /// process or the storage dies first it stays.
     void copyFileAtomic(const StorageIRI& source, const StorageIRI& destination,
                         ReplacementPolicy policy = ReplacementPolicy::KeepExisting) const {
         doCopyFileAtomic(source, destination, policy);
@@ -163,7 +187,9 @@ public:
     /// AccessDenied for a file that may not be written, StorageFull. After an error the file is as it was.
     ///
     /// The default replaces the file by a changed copy, as copyFileAtomic() does, and leaves a file alone that has the
-    /// size already.
+    /// size already. Mind what that means: it reads and writes all bytes that stay and needs room for them, whatever is
+    /// cut off; and a stream that is open on the file is left with the old file, so that what it writes from then on is
+    /// lost without an error. Close it first, and open the file again. (See "What replaces a file" above.)
     void truncateToSize(const StorageIRI& location, std::uint64_t size) const { doTruncateToSize(location, size); }
 
     // ---- streams ----
@@ -180,7 +206,7 @@ public:
         return doOpenReadOnlyByteStream(location);
     }
 
-    /// Opens a stream for reading and writing whose writes replace the file's content on commit alone. It starts with
+    /// Opens a stream for reading and writing whose writes replace the file's content only on commit. It starts with
     /// the present content, at position 0; a missing file starts empty and is there after the commit.
     ///
     /// NotAFile for a folder, NotFound if the file's folder is missing, AccessDenied for a file that may not be
@@ -189,14 +215,16 @@ public:
     /// The default copies the content to a temporary file beside the file, as copyFileAtomic() does, and moves that
     /// over the file on commit. What others write to the file meanwhile is replaced, so of two transactions the last
     /// commit wins. Such a stream uses the provider and must not outlive it. For errors of a commit see
-    /// TransactionalStream.
+    /// TransactionalStream; for permissions, attributes, links, streams that are open on the file, and power failures
+    /// "What replaces a file" above.
     [[nodiscard]] std::unique_ptr<TransactionalStream> openTransactionalStream(const StorageIRI& location) const {
         return doOpenTransactionalStream(location);
     }
 
     /// The same, with the uncommitted bytes kept at `scratch`, from where the back end can move a file to the location.
     /// AlreadyExists if something is at `scratch`, NotFound if its folder is missing, InvalidLocation if it is the
-    /// location itself.
+    /// location itself, InUse if another opens the file there before the stream does, which then stays. Otherwise the
+    /// file at `scratch` belongs to the stream.
     [[nodiscard]] std::unique_ptr<TransactionalStream> openTransactionalStreamAtScratchLocation(
         const StorageIRI& location, const StorageIRI& scratch) const {
         return doOpenTransactionalStreamAtScratchLocation(location, scratch);
