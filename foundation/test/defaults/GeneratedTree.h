@@ -28,6 +28,7 @@ public:
 
 protected:
     std::unique_ptr<storage::provider::IFolderEntryIterator> doListAll(const StorageIRI& folder) const override;
+    storage::provider::ExtendedAttributes doGetExtendedAttributes(const StorageIRI&) const override { return {}; }
 
 private:
     Generator m_generator;

@@ -1,10 +1,12 @@
 #include <algorithm>
+#include <stdexcept>
 
 #include "ListingTest.h"
 
 namespace foundation::test {
 namespace {
 
+using storage::provider::ExtendedAttributes;
 using storage::provider::IFolderEntryIterator;
 
 class RecursiveListingTest : public ListingTest {
@@ -43,6 +45,10 @@ protected:
                 throw Exception(code, at);
             }
         });
+    }
+
+    void markAsLink(const StorageIRI& location, const std::string& value) {
+        m_provider.setExtendedAttributes(location, ExtendedAttributes({{"basic:isSymbolicLink", value}}));
     }
 
     const StorageIRI m_b = m_folder.getChild(u"b");
@@ -87,7 +93,11 @@ TEST_F(RecursiveListingTest, NothingMoreIsPromisedThanThereIs) {
 
 TEST_F(RecursiveListingTest, FolderIsListedWhenItsTurnComes) {
     std::vector<StorageIRI> listed;
-    m_provider.setHook([&](std::string_view, const StorageIRI& at) { listed.push_back(at); });
+    m_provider.setHook([&](std::string_view operation, const StorageIRI& at) {
+        if (operation == "listAll") {
+            listed.push_back(at);
+        }
+    });
     const auto entries = m_provider.listAllRecursive(m_folder);
     entries->advance();
     entries->advance();
@@ -115,6 +125,63 @@ TEST_F(RecursiveListingTest, MissingFolderIsReportedAtOnce) {
 TEST_F(RecursiveListingTest, FileIsNotAFolder) {
     const StorageIRI file = m_folder.getChild(u"a");
     expectError(ErrorCode::NotAFolder, file, [&] { (void)m_provider.listAllRecursive(file); });
+}
+
+TEST_F(RecursiveListingTest, LinkToAFolderIsGivenAndNotEntered) {
+    markAsLink(m_b, "true");
+    EXPECT_EQ(all(m_provider.listAllRecursive(m_folder)),
+              (std::vector{file(u"a"), folder(u"b"), folder(u"c"), file(u"c/z"), folder(u"empty")}));
+    EXPECT_EQ(all(m_provider.listAllRecursiveNamesOnly(m_folder, u"x")), Names());
+}
+
+TEST_F(RecursiveListingTest, LinkAtTheBeginningIsEntered) {
+    markAsLink(m_b, "true");
+    EXPECT_EQ(all(m_provider.listAllRecursiveNamesOnly(m_b)), (Names{u"x", u"x/deep.txt", u"y.txt"}));
+}
+
+TEST_F(RecursiveListingTest, FolderThatIsNoLinkIsEntered) {
+    markAsLink(m_b, "false");
+    m_provider.setExtendedAttributes(m_c, ExtendedAttributes({{"basic:isSymbolicLink", true}}));  // not a text
+    EXPECT_EQ(all(m_provider.listAllRecursiveNamesOnly(m_folder)).size(), 8U);
+}
+
+TEST_F(RecursiveListingTest, FoldersAloneAreAskedOfLinksWhenTheirTurnComes) {
+    m_provider.plan().failAt(0, FaultPlan::Mode::Once);
+    const auto entries = m_provider.listAllRecursive(m_folder);
+    entries->advance();
+    entries->advance();
+    EXPECT_EQ(m_provider.plan().operations(), std::vector<std::string>{"listAll"});
+    (void)rest(*entries);
+    const auto& operations = m_provider.plan().operations();
+    EXPECT_EQ(std::count(operations.begin(), operations.end(), "getExtendedAttributes"), 4);
+    EXPECT_EQ(std::count(operations.begin(), operations.end(), "listAll"), 5);
+}
+
+TEST_F(RecursiveListingTest, BackEndWithoutExtendedAttributesIsAskedOnce) {
+    int asked = 0;
+    m_provider.setHook([&asked](std::string_view operation, const StorageIRI& at) {
+        if (operation == "getExtendedAttributes") {
+            ++asked;
+            throw Exception(ErrorCode::NotSupported, at);
+        }
+    });
+    EXPECT_EQ(all(m_provider.listAllRecursiveNamesOnly(m_folder)).size(), 8U);
+    EXPECT_EQ(asked, 1);
+}
+
+TEST_F(RecursiveListingTest, FolderThatCannotBeAskedIsEntered) {
+    m_provider.setHook([](std::string_view operation, const StorageIRI& at) {
+        if (operation == "getExtendedAttributes") {
+            throw Exception(ErrorCode::AccessDenied, at);
+        }
+    });
+    EXPECT_EQ(all(m_provider.listAllRecursiveNamesOnly(m_folder)).size(), 8U);
+    m_provider.setHook([](std::string_view operation, const StorageIRI&) {
+        if (operation == "getExtendedAttributes") {
+            throw std::runtime_error("foreign");
+        }
+    });
+    EXPECT_EQ(all(m_provider.listAllRecursiveNamesOnly(m_folder)).size(), 8U);
 }
 
 TEST_F(RecursiveListingTest, FolderThatVanishesIsPassedOver) {

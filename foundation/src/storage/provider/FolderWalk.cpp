@@ -1,5 +1,8 @@
 #include "storage/provider/FolderWalk.h"
 
+#include <boost/any.hpp>
+
+#include <exception>
 #include <utility>
 
 namespace foundation::storage::provider::detail {
@@ -22,6 +25,14 @@ std::unique_ptr<IFolderEntryIterator> listUnlessGone(const IProvider& provider, 
     }
 }
 
+/// Whether the location is a symbolic link itself.
+bool isLink(const IProvider& provider, const StorageIRI& location) {
+    const ExtendedAttributes attributes = provider.getExtendedAttributes(location);
+    const auto found = attributes.all().find("basic:isSymbolicLink");
+    const auto* const value = found == attributes.all().end() ? nullptr : boost::any_cast<std::string>(&found->second);
+    return value != nullptr && *value == "true";
+}
+
 }  // namespace
 
 FolderWalk::Level::Level(StorageIRI location, std::u16string pathBelow, std::size_t depthBelow,
@@ -36,7 +47,10 @@ FolderWalk::FolderWalk(const IProvider& provider, const StorageIRI& folder) : m_
 }
 
 FolderWalk::FolderWalk(const FolderWalk& other)
-    : m_provider(other.m_provider), m_levels(other.m_levels), m_nextFolder(other.m_nextFolder) {}
+    : m_provider(other.m_provider),
+      m_levels(other.m_levels),
+      m_nextFolder(other.m_nextFolder),
+      m_asksForLinks(other.m_asksForLinks) {}
 
 std::unique_ptr<EntrySource> FolderWalk::clone() const { return std::make_unique<FolderWalk>(*this); }
 
@@ -85,6 +99,9 @@ void FolderWalk::enter(const StorageIRI& folder, std::u16string path, std::size_
     if (depth > MaxDepth) {
         throw Exception(ErrorCode::InvalidLocation, folder);
     }
+    if (leadsAway(folder)) {
+        return;
+    }
     auto entries = listUnlessGone(*m_provider, folder);
     if (!entries) {
         return;
@@ -93,6 +110,17 @@ void FolderWalk::enter(const StorageIRI& folder, std::u16string path, std::size_
         m_levels.pop_back();
     }
     m_levels.emplace_back(folder, std::move(path), depth, std::move(entries));
+}
+
+bool FolderWalk::leadsAway(const StorageIRI& folder) {
+    try {
+        return m_asksForLinks && isLink(*m_provider, folder);
+    } catch (const Exception& error) {
+        m_asksForLinks = error.code() != ErrorCode::NotSupported;
+    } catch (const std::exception&) {
+        // The folder's listing comes next, and meets what lasts.
+    }
+    return false;
 }
 
 }  // namespace foundation::storage::provider::detail

@@ -17,9 +17,13 @@ namespace foundation::storage::provider::detail {
 /// A folder is listed when its turn comes, and its listing is let go when its last entry has been given. So what is
 /// held at a time are the listings along one path.
 ///
+/// A folder that the back end reports as a symbolic link is given and not entered, so links that lead back end no walk
+/// in their circle; only the folder where the walk begins may be one. Folders are asked for it when their turn comes.
+/// Where the back end does not say, MaxDepth is the only end.
+///
 /// A folder that is gone by then, or is no folder any more, is passed over. A folder whose listing is refused, fails or
 /// breaks off, and one that lies deeper than MaxDepth, is an error of next(); the rest of it is left out and the walk
-/// goes on behind it.
+/// continues after it.
 class FolderWalk final : public EntrySource {
 public:
     /// How many folders deep a walk goes. No path of the 4095 bytes that Linux takes is as deep, but a storage in which
@@ -51,11 +55,13 @@ private:
     void leaveFinished();
     void enterFolder();
     void enter(const StorageIRI& folder, std::u16string path, std::size_t depth);
+    [[nodiscard]] bool leadsAway(const StorageIRI& folder);
     [[nodiscard]] std::optional<FolderEntry> nextEntry();
 
     const IProvider* m_provider;
     std::vector<Level> m_levels;
     std::optional<std::u16string> m_nextFolder;  // the name of the last entry, if that was a folder
+    bool m_asksForLinks = true;                  // false once the back end has no extended attributes
 };
 
 }  // namespace foundation::storage::provider::detail

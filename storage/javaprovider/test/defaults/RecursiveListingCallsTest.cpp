@@ -45,6 +45,8 @@ TEST_F(RecursiveListingCallsTest, EachFolderIsListedOnceWhenItsTurnComes) {
     EXPECT_FALSE(entries->hasMore());
     EXPECT_EQ(folders, Folders);
     EXPECT_EQ(listings(), 1 + Folders);
+    // Each is asked whether it is a link; the files are not.
+    EXPECT_EQ(recorder.count("CallObjectMethod getExtendedAttributes"), static_cast<std::size_t>(Folders));
 }
 
 TEST_F(RecursiveListingCallsTest, ListingThatIsGivenUpAsksForNothingMore) {

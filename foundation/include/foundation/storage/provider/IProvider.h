@@ -165,7 +165,8 @@ public:
         return doGetFolderAttributes(location);
     }
 
-    /// Named metadata beyond the basic attributes; empty where there is none. NotFound if nothing is there.
+    /// Named metadata beyond the basic attributes; empty where there is none. NotFound if nothing is there. The text
+    /// "true" by the name `basic:isSymbolicLink` says that the location itself is a symbolic link.
     [[nodiscard]] ExtendedAttributes getExtendedAttributes(const StorageIRI& location) const {
         return doGetExtendedAttributes(location);
     }
@@ -236,9 +237,14 @@ public:
     // is asked for; the recursive ones take each folder's listing when its turn comes.
     //
     // Recursive listings name an entry by its path below the folder and give each folder before what it holds; their
-    // wildcards apply to the last name of the path, and folders are walked whether they fit or not. A folder that is
-    // gone when its turn comes is passed over. One that cannot be listed, or lies more than 2048 folders deep (links
-    // may form a loop), makes advance() throw; the walk goes on behind it if advance() is called again. At a time the
+    // wildcards apply to the last name of the path, and folders are walked whether they fit or not. A symbolic link to
+    // a folder is given and not entered, except as the folder that the listing is asked for: links may lead back up,
+    // and two of them in one folder make more paths than a lifetime can walk. So each folder costs a
+    // getExtendedAttributes() beside its listing, as long as the back end supports that (see there for the name). Where
+    // it does not say, links are entered, and only the depth ends the walk.
+    //
+    // A folder that is gone when its turn comes is passed over. One that cannot be listed, or lies more than 2048
+    // folders deep, makes advance() throw; the walk continues after it if advance() is called again. At a time the
     // listings along one path are in memory, never the tree. Such an iterator, and its clones, use the provider and
     // must not outlive it.
 

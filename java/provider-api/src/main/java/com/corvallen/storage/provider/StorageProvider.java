@@ -267,6 +267,9 @@ public interface StorageProvider {
     /**
      * Returns the extended attributes of a file or folder.
      *
+     * <p>A back end with links says which folders are links by the attribute {@code basic:isSymbolicLink} with the value
+     * {@code true}: a host's recursive listings ask for it before they enter a folder, and do not enter a link.
+     *
      * @param location which
      * @return the attributes, {@link ExtendedAttributes#none()} if it has none, never null
      * @throws ProviderException with NOT_FOUND if nothing is there
