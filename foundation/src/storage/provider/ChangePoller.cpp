@@ -46,7 +46,7 @@ ChangePoller::ChangePoller(const IProvider& provider) : m_provider(provider), m_
 
 ChangePoller::~ChangePoller() {
     if (m_thread.joinable()) {
-        m_thread.detach();  // it has ended by itself, or was left behind by fork()
+        m_thread.detach();  // it has ended by itself
     }
 }
 

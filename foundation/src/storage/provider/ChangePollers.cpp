@@ -40,10 +40,11 @@ std::shared_ptr<ChangePoller> findPoller(const PollerSlot& slot) {
 }
 
 void endPoller(PollerSlot& slot) noexcept {
-    const std::unique_ptr<PollerHolder> holder(slot.exchange(nullptr, std::memory_order_acq_rel));
-    if (!isUsable(holder.get())) {
-        return;
+    PollerHolder* const present = slot.exchange(nullptr, std::memory_order_acq_rel);
+    if (!isUsable(present)) {
+        return;  // One of the parent process is left as it is: neither its locks nor its thread can be let go here.
     }
+    const std::unique_ptr<PollerHolder> holder(present);
     if (const std::size_t locations = holder->poller->end(); locations != 0) {
         logForgotten(locations);
     }
