@@ -7,8 +7,8 @@
 
 #include "ClassPath.h"
 #include "JavaError.h"
+#include "LastFailure.h"
 #include "Text.h"
-#include "foundation/storage/provider/Exception.h"
 #include "foundation/storage/provider/IConfigurableProvider.h"
 #include "storage/javaprovider/EntryPoints.h"
 #include "storage/jvm/JVMWrapper.h"
@@ -129,6 +129,12 @@ void BackEnd::release() {
     JVMWrapper attached(m_jvm->getJavaVM());
     attached.getEnv()->ExceptionClear();
     attached.getEnv()->DeleteGlobalRef(m_object);
+}
+
+std::string BackEnd::reasonOf(const foundation::storage::provider::Exception& error) const {
+    JVMWrapper attached(m_jvm->getJavaVM());
+    const auto last = takeLastFailure(attached.getEnv(), m_object);
+    return last && last->isBehind(error) ? last->reason : std::string();
 }
 
 std::optional<Problem> BackEnd::closeObject() {

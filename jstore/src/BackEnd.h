@@ -6,6 +6,7 @@
 
 #include "Options.h"
 #include "Problem.h"
+#include "foundation/storage/provider/Exception.h"
 #include "foundation/storage/provider/IProvider.h"
 #include "storage/jvm/EmbeddedJVM.h"
 
@@ -27,6 +28,10 @@ public:
     BackEnd& operator=(const BackEnd&) = delete;
 
     [[nodiscard]] const foundation::storage::provider::IProvider& provider() const { return *m_provider; }
+
+    /// Why the operation that threw `error` on this thread just now failed, in the back end's words; empty when it does
+    /// not say. To be asked once. Blocks in Java.
+    [[nodiscard]] std::string reasonOf(const foundation::storage::provider::Exception& error) const;
 
     /// Closes the object if it is an AutoCloseable, then gives the provider back, which disposes of it. What fails, or
     /// what a disposal throws though it must not, is the answer: the code and location of a ProviderException,

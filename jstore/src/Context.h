@@ -1,9 +1,12 @@
 #pragma once
 
+#include <exception>
 #include <optional>
 #include <utility>
 
+#include "Hints.h"
 #include "Options.h"
+#include "Problem.h"
 #include "Reporter.h"
 #include "Session.h"
 #include "progress/Progress.h"
@@ -34,6 +37,17 @@ public:
             m_session.emplace(m_options);
         }
         return m_session->provider();
+    }
+
+    /// The error of an operation that has failed just now, as a problem: with the back end's reason and a hint.
+    [[nodiscard]] Problem problemOf(const std::exception& error, const Location& subject) const {
+        auto problem = describe(error, subject);
+        const auto* const reported = dynamic_cast<const foundation::storage::provider::Exception*>(&error);
+        if (reported != nullptr && m_session) {
+            addReason(problem, m_session->reasonOf(*reported));
+        }
+        addHint(problem, m_options);
+        return problem;
     }
 
     /// Ends what provider() started: what the back end could not write, if it tells. To be called once, at the end.

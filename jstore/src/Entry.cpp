@@ -10,7 +10,7 @@ namespace jstore {
 
 using namespace foundation::storage::provider;
 
-std::string Entry::nameText() const { return printable(fl::i18n::to_string(name)); }
+std::string Entry::nameText() const { return printableName(fl::i18n::to_string(name)); }
 
 const char* wordFor(EntryType type) noexcept { return type == EntryType::Folder ? "folder" : "file"; }
 

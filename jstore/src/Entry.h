@@ -19,7 +19,7 @@ struct Entry {
     bool last = true;       ///< whether its folder lists nothing after it
 
     [[nodiscard]] bool isFolder() const noexcept { return type == foundation::storage::provider::EntryType::Folder; }
-    /// The name as one line of UTF-8.
+    /// The name as one line of UTF-8, as printableName() gives it.
     [[nodiscard]] std::string nameText() const;
 };
 

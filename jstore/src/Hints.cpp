@@ -31,7 +31,8 @@ std::string hintFor(const Problem& problem, const Options& options) {
     }
     const auto isIt = [&](const Mount& mount) { return mount.name == name; };
     if (std::any_of(options.mounts.begin(), options.mounts.end(), isIt)) {
-        return "the mount cannot be opened; jstore doctor with the same --mount may tell why";
+        return problem.reason.empty() ? "the mount cannot be opened; jstore doctor with the same --mount may say why"
+                                      : "";
     }
     return fmt::format("no mount of that name; give --mount {}=URI", printable(name));
 }

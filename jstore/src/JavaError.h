@@ -16,6 +16,7 @@ struct JavaError {
     /// What a ProviderException says; Unknown and no location for any other.
     foundation::storage::provider::ErrorCode code = foundation::storage::provider::ErrorCode::Unknown;
     std::string location;
+    std::string reason;  ///< a ProviderException's message without code and location; empty when it says no more
 };
 
 /// The exception that is pending on this thread, which it is no more afterwards; empty if there is none.

@@ -1,14 +1,20 @@
 #include "LocalPath.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <filesystem>
 #include <system_error>
 
 #include "Problem.h"
+#include "RawName.h"
+#include "Text.h"
 #include "fl/i18n/text.h"
 #include "foundation/storage/provider/StorageIRI.h"
 
 namespace jstore {
+
+using foundation::storage::provider::StorageIRI;
 
 namespace {
 
@@ -48,6 +54,28 @@ std::filesystem::path withoutDotDot(const std::filesystem::path& path, std::stri
     return resolved / rest;
 }
 
+/// The bytes of a name in the folder, which may be given as they are or as lists show them.
+std::string nameIn(const std::filesystem::path& folder, const std::string& given) {
+    if (!standsForBytes(given)) {
+        return given;
+    }
+    std::error_code error;
+    const bool isThere = std::filesystem::exists(std::filesystem::symlink_status(folder / given, error));
+    return isThere ? given : bytesOfShownName(given);
+}
+
+/// Bytes as a part of a URI.
+std::string encodedBytes(std::string_view name) {
+    constexpr std::string_view others = "-._~";
+    std::string text;
+    for (const char byte : name) {
+        const bool plain =
+            isLetter(byte) || (byte >= '0' && byte <= '9') || others.find(byte) != std::string_view::npos;
+        text += plain ? std::string(1, byte) : fmt::format("%{:02X}", static_cast<unsigned char>(byte));
+    }
+    return text;
+}
+
 }  // namespace
 
 std::string_view schemeOf(std::string_view text) noexcept {
@@ -61,20 +89,24 @@ std::string_view schemeOf(std::string_view text) noexcept {
 
 std::vector<std::string> localPathNames(std::string_view path) {
     std::vector<std::string> names;
-    for (const auto& name : withoutDotDot(absolutePath(path), path).relative_path()) {
-        if (!name.empty() && name != ".") {
-            names.push_back(name.string());
+    std::filesystem::path folder = "/";
+    for (const auto& part : withoutDotDot(absolutePath(path), path).relative_path()) {
+        if (!part.empty() && part != ".") {
+            names.push_back(nameIn(folder, part.string()));
+            folder /= names.back();
         }
     }
     return names;
 }
 
 std::string fileUri(std::string_view path) {
-    foundation::storage::provider::StorageIRI uri(u"file:///");
+    std::string uri = "file:///";
     for (const auto& name : localPathNames(path)) {
-        uri = uri.getChild(fl::i18n::to_ustring(name));
+        const StorageIRI child = StorageIRI(u"file:///").getChild(fl::i18n::to_ustring(name));
+        const auto plain = fl::i18n::to_string(child.toIRI().toAsciiString(/*strict=*/true)).substr(8);
+        uri += (uri.ends_with('/') ? "" : "/") + (isUtf8(name) ? plain : encodedBytes(name));
     }
-    return fl::i18n::to_string(uri.toIRI().toAsciiString(/*strict=*/true));
+    return uri;
 }
 
 }  // namespace jstore

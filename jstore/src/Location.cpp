@@ -7,6 +7,7 @@
 
 #include "LocalPath.h"
 #include "Problem.h"
+#include "RawName.h"
 #include "Text.h"
 #include "fl/i18n/text.h"
 
@@ -41,10 +42,7 @@ Location fromIri(std::string_view argument, std::string_view afterScheme) {
 Location fromLocalPath(std::string_view argument) {
     StorageIRI location(u"java:///");
     for (const auto& name : localPathNames(argument)) {
-        if (!isUtf8(name)) {
-            throw invalid(argument, "the working folder's name is not UTF-8");
-        }
-        location = location.getChild(fl::i18n::to_ustring(name));
+        location = location.getChild(textOfName(name));
     }
     return Location(std::move(location));
 }
@@ -57,11 +55,11 @@ Location toLocation(std::string_view argument) {
     if (argument.empty()) {
         throw usageError("a location is empty");
     }
-    if (!isUtf8(argument)) {
-        throw invalid(argument, "the argument is not UTF-8");
-    }
     const auto scheme = lowerCase(schemeOf(argument));
     if (scheme == "java") {
+        if (!isUtf8(argument)) {
+            throw invalid(argument, "it is not UTF-8; a local path may be any bytes");
+        }
         return fromIri(argument, argument.substr(scheme.size() + 1));
     }
     if (!scheme.empty() && argument.substr(scheme.size() + 1, 2) == "//") {

@@ -21,13 +21,13 @@ private:
     foundation::storage::provider::StorageIRI m_iri;
 };
 
-/// Turns one argument, bytes in UTF-8, into a location.
+/// Turns one argument into a location.
 ///
 /// `java://…` is taken as it stands; what an IRI may not hold (blanks, a `%` that begins no escape) is encoded on its
 /// way to the back end. Anything without a scheme is a local path, relative to the working folder, and becomes
-/// `java:///…` with each name encoded; `..` in it is resolved through the file system, symbolic links and all.
-/// Throws CommandError, exit code 2: empty, not UTF-8, another scheme, `#` or `?` in an IRI; with NotFound if what
-/// stands before a `..` is missing.
+/// `java:///…` with each name encoded; `..` in it is resolved through the file system, symbolic links and all. A name
+/// in it may be any bytes, or what a list shows for them (see RawName.h). Throws CommandError, exit code 2: empty,
+/// another scheme, an IRI that is not UTF-8 or holds `#` or `?`; with NotFound if what stands before a `..` is missing.
 [[nodiscard]] Location toLocation(std::string_view argument);
 
 /// All arguments, before any operation begins: one that is wrong means that nothing is done.

@@ -47,9 +47,6 @@ std::string decoded(std::string_view text) {
 }  // namespace
 
 Mount parseMount(std::string_view argument) {
-    if (!isUtf8(argument)) {
-        throw usageError(fmt::format("--mount {}: not UTF-8", printable(argument)));
-    }
     const auto equals = argument.find('=');
     const auto name = argument.substr(0, equals);
     if (equals == std::string_view::npos || !isName(name)) {
@@ -60,7 +57,13 @@ Mount parseMount(std::string_view argument) {
     if (target.empty()) {
         throw usageError(fmt::format("--mount {}: nothing after the '='", argument));
     }
-    return {std::string(name), schemeOf(target).empty() ? fileUri(target) : asciiUri(target)};
+    if (schemeOf(target).empty()) {
+        return {std::string(name), fileUri(target)};
+    }
+    if (!isUtf8(target)) {
+        throw usageError(fmt::format("--mount {}: not UTF-8", printable(argument)));
+    }
+    return {std::string(name), asciiUri(target)};
 }
 
 std::optional<std::filesystem::path> localTarget(const Mount& mount) {

@@ -2,11 +2,13 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <array>
 #include <string_view>
 
 #include "Text.h"
 #include "foundation/storage/provider/Exception.h"
+#include "progress/DisplayText.h"
 
 namespace jstore {
 
@@ -32,6 +34,34 @@ constexpr std::array<std::pair<ErrorCode, std::string_view>, 13> Meanings{{
     {ErrorCode::Unavailable, "the back end cannot be reached"},
 }};
 
+/// What adds nothing to a code, in lower case.
+constexpr std::array<std::pair<std::string_view, std::string_view>, 14> Repetitions{{
+    {"NotFound", "does not exist"},
+    {"NotFound", "not found"},
+    {"NotFound", "no such file or directory"},
+    {"AlreadyExists", "exists"},
+    {"AlreadyExists", "already exists"},
+    {"AlreadyExists", "file exists"},
+    {"AccessDenied", "access denied"},
+    {"NotAFile", "is a folder"},
+    {"NotAFile", "is a directory"},
+    {"NotAFolder", "is a file"},
+    {"NotAFolder", "not a directory"},
+    {"FolderNotEmpty", "is not empty"},
+    {"FolderNotEmpty", "directory not empty"},
+    {"NotSupported", "not supported"},
+}};
+
+bool repeatsItsCode(const std::string& code, std::string_view reason) {
+    const auto same = [](char left, char right) {
+        return left == (right >= 'A' && right <= 'Z' ? static_cast<char>(right - 'A' + 'a') : right);
+    };
+    return std::any_of(Repetitions.begin(), Repetitions.end(), [&](const auto& row) {
+        return row.first == code &&
+               std::equal(row.second.begin(), row.second.end(), reason.begin(), reason.end(), same);
+    });
+}
+
 bool sameLocation(const StorageIRI& left, const StorageIRI& right) {
     // The error's location went through Java in its ASCII form; the normal forms see through that.
     return left == right || left.normalized() == right.normalized();
@@ -49,13 +79,21 @@ std::string errorLine(const Problem& problem) {
     if (problem.location.empty()) {
         return fmt::format("jstore: {}", oneLine(problem.text));
     }
-    const auto hint = problem.text.empty() ? std::string() : ": " + oneLine(problem.text);
-    return fmt::format("jstore: {}: {}{}", problem.code, printable(problem.location), hint);
+    const auto more = oneLine(problem.text.empty() ? problem.reason : problem.text);
+    return fmt::format("jstore: {}: {}{}{}", problem.code, printable(problem.location), more.empty() ? "" : ": ", more);
+}
+
+void addReason(Problem& problem, std::string_view words) {
+    constexpr std::size_t longest = 300;
+    auto reason = shortened(oneLine(words), longest);
+    if (!repeatsItsCode(problem.code, reason)) {
+        problem.reason = std::move(reason);
+    }
 }
 
 std::string messageOf(const Problem& problem) {
-    if (!problem.text.empty()) {
-        return oneLine(problem.text);
+    if (!problem.text.empty() || !problem.reason.empty()) {
+        return oneLine(problem.text.empty() ? problem.reason : problem.text);
     }
     for (const auto& [code, meaning] : Meanings) {
         if (toString(code) == problem.code) {

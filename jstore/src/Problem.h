@@ -3,6 +3,7 @@
 #include <exception>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "ExitCode.h"
@@ -16,6 +17,7 @@ struct Problem {
     std::string location;  ///< what it concerns; empty when it concerns the whole command
     std::string text;      ///< an explanation or a hint; may be empty when there is a location
     ExitCode exitCode = ExitCode::Failed;
+    std::string reason = {};  ///< why, in the words of the back end; shown where there is no text
 };
 
 /// A problem that ends the command before, or instead of, its operations.
@@ -32,11 +34,15 @@ private:
 /// A wrong command line: "Usage" with exit code 2.
 [[nodiscard]] CommandError usageError(std::string text);
 
-/// The problem as its line on standard error, without the newline: `jstore: NotFound: java:///x`, or `jstore: text`
-/// when it concerns the whole command.
+/// The problem as its line on standard error, without the newline: `jstore: NotFound: java:///x`, with the text or the
+/// reason after it where there is one; or `jstore: text` when it concerns the whole command.
 [[nodiscard]] std::string errorLine(const Problem& problem);
 
-/// A sentence for people: the problem's text, or what its code means.
+/// Adds what a back end gives as its reason: as one printable line, cut where it gets long. A reason that only repeats
+/// the code, as "does not exist" does after NotFound, is none.
+void addReason(Problem& problem, std::string_view words);
+
+/// A sentence for people: the problem's text, its reason, or what its code means.
 [[nodiscard]] std::string messageOf(const Problem& problem);
 
 /// What an operation on `subject` was ended by. The location is the one the error names, spelled as the subject is

@@ -14,6 +14,9 @@ using Fields = Reporter::Fields;
 
 Fields errorFields(const Problem& problem, const std::string& subject) {
     Fields fields = {{"code", problem.code}, {"message", messageOf(problem)}};
+    if (!problem.reason.empty()) {
+        fields["reason"] = problem.reason;
+    }
     if (problem.location != subject) {
         fields["location"] = problem.location;
     }
@@ -84,7 +87,8 @@ void Reporter::object(const Fields& fields) {
     }
     Fields object = {{"verb", m_verb}};
     object.update(fields);
-    write(object.dump(-1, ' ', /*ensure_ascii=*/false, Fields::error_handler_t::replace) + '\n');
+    const auto text = object.dump(-1, ' ', /*ensure_ascii=*/false, Fields::error_handler_t::replace);
+    write(printableJson(text) + '\n');
 }
 
 void writeOutput(std::string_view text) {

@@ -25,6 +25,11 @@ public:
 
     [[nodiscard]] const foundation::storage::provider::IProvider& provider() const { return m_backEnd->provider(); }
 
+    /// As BackEnd::reasonOf().
+    [[nodiscard]] std::string reasonOf(const foundation::storage::provider::Exception& error) const {
+        return m_backEnd->reasonOf(error);
+    }
+
     /// Ends the back end, as BackEnd::end() does.
     [[nodiscard]] std::optional<Problem> end() { return m_backEnd->end(); }
 

@@ -4,6 +4,7 @@
 #include <cwchar>
 #include <vector>
 
+#include "Text.h"
 #include "fl/i18n/text.h"
 
 namespace jstore {
@@ -40,14 +41,10 @@ struct Glyph {
 constexpr char32_t Replacement = 0xFFFD;
 constexpr std::string_view Ellipsis = "\xE2\x80\xA6";
 
-bool turnsDirection(char32_t c) {
-    return c == 0x061C || c == 0x200E || c == 0x200F || (c >= 0x202A && c <= 0x202E) || (c >= 0x2066 && c <= 0x2069);
-}
-
 Glyph glyphOf(char32_t character) {
     // Without a Unicode locale nothing but ASCII is known to have a width.
     const int columns = ::wcwidth(static_cast<wchar_t>(character));
-    if (columns < 0 || turnsDirection(character) || character == Replacement) {
+    if (columns < 0 || isUnsafe(character) || character == Replacement) {
         return {Replacement, 1};
     }
     return {character, static_cast<std::size_t>(columns)};

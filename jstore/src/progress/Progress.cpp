@@ -4,6 +4,7 @@
 #include <csignal>
 #include <system_error>
 
+#include "Text.h"
 #include "fl/i18n/text.h"
 #include "progress/Terminal.h"
 
@@ -79,7 +80,7 @@ void Progress::atFile(const Location& file, std::optional<std::uint64_t> size) {
     if (!m_enabled) {
         return;
     }
-    auto name = fl::i18n::to_string(file.iri().getName());
+    auto name = printableName(fl::i18n::to_string(file.iri().getName()));
     const std::lock_guard lock(m_mutex);
     m_state.name = std::move(name);
     m_fileSize = size;

@@ -3,7 +3,6 @@
 #include <exception>
 #include <utility>
 
-#include "Hints.h"
 #include "Problem.h"
 #include "Refusal.h"
 
@@ -19,9 +18,7 @@ bool isFolder(Context& context, const Location& location) {
     } catch (const CommandError&) {
         throw;
     } catch (const std::exception& error) {
-        auto problem = describe(error, location);
-        addHint(problem, context.options());
-        throw CommandError(std::move(problem));
+        throw CommandError(context.problemOf(error, location));
     }
 }
 

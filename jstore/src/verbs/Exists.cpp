@@ -12,7 +12,7 @@ using foundation::storage::provider::EntryType;
 
 namespace {
 
-const char* wordFor(const std::optional<EntryType>& found) {
+const char* answerFor(const std::optional<EntryType>& found) {
     if (!found) {
         return "missing";
     }
@@ -42,7 +42,7 @@ public:
 private:
     [[nodiscard]] ExitCode answer(Reporter& reporter, const Location& location,
                                   const std::optional<EntryType>& found) const {
-        const auto* const word = wordFor(found);
+        const auto* const word = answerFor(found);
         reporter.line(m_arguments.size() == 1 ? word : fmt::format("{}\t{}", word, printable(location.text())));
         if (found) {
             reporter.done(location, {{"type", word}});

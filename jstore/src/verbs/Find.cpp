@@ -3,6 +3,7 @@
 #include "Arguments.h"
 #include "Entry.h"
 #include "HelpText.h"
+#include "RawName.h"
 #include "Text.h"
 #include "fl/i18n/text.h"
 #include "foundation/storage/provider/Wildcards.h"
@@ -25,6 +26,11 @@ struct Filter {
         return (!name || name->matches(entry.name)) && (!type || *type == entry.type);
     }
 };
+
+/// A pattern that is UTF-8 is text, in which names stand as lists show them; another one is bytes, as names are.
+std::u16string patternOf(const std::string& argument) {
+    return isUtf8(argument) ? fl::i18n::to_ustring(argument) : textOfName(argument);
+}
 
 /// Tells what fits.
 class Search final : public TreeWalk {
@@ -81,11 +87,7 @@ private:
     [[nodiscard]] Filter readFilter() const {
         Filter filter;
         if (m_name) {
-            const auto pattern = unmarked(*m_name);
-            if (!isUtf8(pattern)) {
-                throw usageError("--name: the pattern is not UTF-8");
-            }
-            filter.name.emplace(fl::i18n::to_ustring(pattern));
+            filter.name.emplace(patternOf(unmarked(*m_name)));
         }
         if (m_type) {
             filter.type = m_type->front() == 'f' && *m_type != "folder" ? EntryType::File : EntryType::Folder;

@@ -2,7 +2,6 @@
 
 #include <exception>
 
-#include "Hints.h"
 #include "Interrupt.h"
 #include "Problem.h"
 
@@ -19,8 +18,7 @@ ExitCode reportFailure(Context& context, const Location& location) {
         context.reporter().failed(location, error.problem());
         return error.problem().exitCode;
     } catch (const std::exception& error) {
-        auto problem = describe(error, location);
-        addHint(problem, context.options());
+        const auto problem = context.problemOf(error, location);
         context.reporter().failed(location, problem);
         return problem.exitCode;
     }

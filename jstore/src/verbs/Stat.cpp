@@ -108,7 +108,7 @@ private:
             field(reporter, "occupied", sizeText(storage->spaceOccupied()));
         }
         for (const auto& [name, text] : texts) {
-            field(reporter, "attribute", fmt::format("{}={}", printable(name), printable(text)));
+            field(reporter, "attribute", fmt::format("{}={}", printableName(name), printableName(text)));
         }
     }
 

@@ -1,9 +1,15 @@
+#include <filesystem>
+
+#include "support/Json.h"
 #include "support/Matchers.h"
 #include "support/TemporaryFolder.h"
 
 namespace jstore::test {
 
 using ::testing::AllOf;
+using ::testing::AnyOf;
+using ::testing::ContainsRegex;
+using ::testing::EndsWith;
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
@@ -43,14 +49,84 @@ TEST_F(ErrorCodeTest, ErrorWithoutALocationNamesTheArgument) {
     EXPECT_THAT(remove("java:///IN_USE/nowhere"), FailsWith(1, "jstore: InUse: java:///IN_USE/nowhere"));
 }
 
-TEST(RefusalTest, SystemFolderRefuses) {
-    EXPECT_THAT(jstore({"touch", "java:///sys/jstore-test"}),
-                FailsWith(5, "jstore: AccessDenied: java:///sys/jstore-test"));
+TEST_F(ErrorCodeTest, MessageOfTheBackEndIsTheReason) {
+    EXPECT_THAT(remove("java:///IN_USE/why/it%20is%20open%20elsewhere"),
+                FailsWith(1, "jstore: InUse: java:///IN_USE/why/it%20is%20open%20elsewhere: it is open elsewhere"));
+    EXPECT_THAT(remove("java:///NOT_FOUND/why/does%20not%20exist"),
+                FailsWith(3, "jstore: NotFound: java:///NOT_FOUND/why/does%20not%20exist"));
+    EXPECT_THAT(remove("java:///UNKNOWN/nowhere/why/gone"),
+                FailsWith(1, "jstore: Unknown: java:///UNKNOWN/nowhere/why/gone: gone"));
 }
 
-TEST(RefusalTest, ReadOnlyFileSystemRefuses) {
+TEST_F(ErrorCodeTest, ReasonIsOneHarmlessLine) {
+    EXPECT_THAT(remove("java:///IN_USE/why/one%0A%09two%1B%5B31m%E2%80%AE"),
+                FailsWith(1, EndsWith(": one two [31m%E2%80%AE")));
+    const auto outcome = remove("java:///IN_USE/why/" + std::string(100'000, 'x'));
+    EXPECT_THAT(outcome.err, EndsWith("x\n"));
+    EXPECT_LT(outcome.err.size(), 100'000U + 500U);
+}
+
+class RefusalTest : public ::testing::Test {
+protected:
+    [[nodiscard]] std::string at(std::string_view name) const { return m_folder.location(name); }
+    [[nodiscard]] std::string error(const char* code, std::string_view name) const {
+        return std::string("jstore: ") + code + ": " + at(name);
+    }
+
+    TemporaryFolder m_folder;
+};
+
+TEST_F(RefusalTest, SystemFolderRefuses) {
+    EXPECT_THAT(jstore({"touch", "java:///sys/jstore-test"}),
+                FailsWith(5, AnyOf("jstore: AccessDenied: java:///sys/jstore-test: permission denied",
+                                   "jstore: AccessDenied: java:///sys/jstore-test: operation not permitted",
+                                   "jstore: AccessDenied: java:///sys/jstore-test: read-only file system")));
+}
+
+TEST_F(RefusalTest, ReadOnlyFileSystemRefuses) {
     EXPECT_THAT(jstore({"--mount", "runtime=jrt:/", "touch", "java://runtime/x"}),
-                FailsWith(5, "jstore: AccessDenied: java://runtime/x"));
+                FailsWith(5, "jstore: AccessDenied: java://runtime/x: read-only file system"));
+}
+
+TEST_F(RefusalTest, LoopOfLinksIsNamed) {
+    std::filesystem::create_symlink("loop", m_folder / "loop");
+    EXPECT_THAT(jstore({"touch", at("loop/x")}),
+                FailsWith(1, error("InvalidLocation", "loop/x") + ": too many symbolic links"));
+}
+
+TEST_F(RefusalTest, NameThatIsTooLongIsNamed) {
+    const std::string name(300, 'x');
+    EXPECT_THAT(jstore({"touch", at(name)}), FailsWith(1, error("InvalidLocation", name) + ": file name too long"));
+}
+
+TEST_F(RefusalTest, MoveIntoItselfIsNamed) {
+    m_folder.folder("a");
+    EXPECT_THAT(jstore({"mv", at("a"), at("a/b")}),
+                FailsWith(1, error("InvalidLocation", "a/b") + ": lies inside the folder to be moved"));
+}
+
+TEST_F(RefusalTest, PlainErrorsStayShort) {
+    m_folder.folder("a/b");
+    m_folder.file("file");
+    EXPECT_THAT(jstore({"cat", at("none")}), FailsWith(3, error("NotFound", "none")));
+    EXPECT_THAT(jstore({"mkdir", at("a")}), FailsWith(4, error("AlreadyExists", "a")));
+    EXPECT_THAT(jstore({"cat", at("a")}), FailsWith(1, error("NotAFile", "a")));
+    EXPECT_THAT(jstore({"mkdir", at("file/x")}), FailsWith(1, StartsWith(error("NotAFolder", "file/x"))));
+}
+
+TEST_F(RefusalTest, ArchiveThatCannotBeOpenedSaysWhy) {
+    m_folder.file("a.zip", "this is no archive");
+    EXPECT_THAT(jstore({"--mount", "z=jar:file://" + (m_folder / "a.zip").string(), "ls", "java://z/"}),
+                FailsWith(1, AllOf(StartsWith("jstore: Unavailable: java://z/: "), HasSubstr("a.zip"),
+                                   HasSubstr("cannot be opened: "), ContainsRegex("zip END header|END header"))));
+}
+
+TEST_F(RefusalTest, JsonHasTheReasonInAFieldOfItsOwn) {
+    const std::string name(300, 'x');
+    const auto objects = objectsOf(jstore({"--json", "touch", at(name), at("none/x")}));
+    ASSERT_EQ(2U, objects.size());
+    EXPECT_EQ("file name too long", objects[0]["error"]["reason"]);
+    EXPECT_EQ("file name too long", objects[0]["error"]["message"]);
 }
 
 TEST(NoJavaTest, GivenHomeWithoutJavaIsSeven) {

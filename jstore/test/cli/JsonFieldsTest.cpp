@@ -99,6 +99,7 @@ TEST_F(JsonFieldsTest, EveryFieldOfEveryVerbIsAsDocumented) {
     run("mv", {"copy", "moved"});
     run("mv", {"file", "other"});
     run("rm", {"moved", "none"});
+    run("rm", {std::string(300, 'x')});
     run("du", {"a", "none"});
     run("df", {"a", "none"});
     run("features", {"a"});

@@ -104,6 +104,31 @@ TEST_F(LsTest, ControlCharactersKeepToOneLine) {
     EXPECT_THAT(jstore({"ls", at("d")}), Prints("a%0Ab\ne\n"));
 }
 
+TEST_F(LsTest, NamesAreKeptApart) {
+    m_folder.file("d/a%0Ab");
+    m_folder.file("d/a\nb");
+    m_folder.file("d/100%");
+    EXPECT_THAT(jstore({"ls", at("d")}), Prints("100%\na%0Ab\na%250Ab\ne\n"));
+}
+
+/// What a terminal would obey: a control sequence in one character, and text from right to left.
+TEST_F(LsTest, NamesOrderNothingFromATerminal) {
+    m_folder.file(
+        "d/\xC2\x9B"
+        "31m\xE2\x80\xAE"
+        "fdp.exe");
+    const std::string shown = "%C2%9B31m%E2%80%AEfdp.exe";
+    EXPECT_THAT(jstore({"ls", at("d")}), Prints(shown + "\ne\n"));
+    EXPECT_THAT(jstore({"ls", "-R", at("d")}), Prints(HasSubstr('\n' + shown + '\n')));
+    EXPECT_THAT(jstore({"tree", at("d")}), Prints(HasSubstr(' ' + shown + '\n')));
+    EXPECT_THAT(jstore({"find", "--type", "f", at("d")}), Prints(HasSubstr(at("d/" + shown) + '\n')));
+    EXPECT_THAT(jstore({"du", "-a", at("d")}), Prints(HasSubstr('\t' + at("d/" + shown) + '\n')));
+    EXPECT_THAT(jstore({"stat", at("d/" + shown)}), Prints(HasSubstr(at("d/" + shown) + '\n')));
+    EXPECT_THAT(jstore({"ls", (m_folder / "none\xC2\x9B").string()}),
+                FailsWith(3, "jstore: NotFound: " + at("none%C2%9B")));
+    EXPECT_THAT(jstore({"--json", "ls", at("d")}).out, HasSubstr(R"("name":"\u009b31m\u202efdp.exe")"));
+}
+
 TEST_F(LsTest, JsonHasAnObjectForEachEntry) {
     const auto objects = objectsOf(jstore({"--json", "ls", at("d")}));
     ASSERT_EQ(1U, objects.size());

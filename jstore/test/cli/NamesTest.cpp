@@ -70,7 +70,7 @@ TEST_F(IriNamesTest, EncodedSlashIsRefusedByTheBackEnd) {
 }
 
 TEST_F(IriNamesTest, BytesThatAreNotUtf8AreRefused) {
-    EXPECT_THAT(jstore({"touch", (m_folder / "gr\xFCn").string()}), FailsWith(2, HasSubstr("not UTF-8")));
+    EXPECT_THAT(jstore({"touch", m_folder.location("gr\xFCn")}), FailsWith(2, HasSubstr("not UTF-8")));
     EXPECT_TRUE(fs::is_empty(m_folder.path()));
 }
 
@@ -83,6 +83,54 @@ TEST_F(IriNamesTest, ErrorNamesTheLocationAsItWasGiven) {
                 FailsWith(3, "jstore: NotFound: " + m_folder.location("a b \xF0\x9F\x98\x80")));
     EXPECT_THAT(jstore({"rm", m_folder.location("a\nb")}),
                 FailsWith(3, "jstore: NotFound: " + m_folder.location("a%0Ab")));
+}
+
+/// A name in Latin-1, as a shell's `*` gives it.
+class RawNamesTest : public IriNamesTest {
+protected:
+    static constexpr const char* Raw = "gr\xFCn";
+    static constexpr const char* Shown = "gr\xEE\xBF\xBCn";
+};
+
+TEST_F(RawNamesTest, EveryVerbTakesThem) {
+    EXPECT_THAT(inFolder({"mkdir", Raw}), IsSilentlyDone());
+    const auto file = std::string(Raw) + "/\xE9";
+    EXPECT_THAT(inFolder({"touch", file}), IsSilentlyDone());
+    EXPECT_TRUE(fs::is_regular_file(m_folder / file));
+    m_folder.file(file, "content");
+    EXPECT_THAT(inFolder({"cat", file}), Prints("content"));
+    EXPECT_THAT(inFolder({"ls", Raw}), Prints("\xEE\xBF\xA9\n"));
+    EXPECT_THAT(inFolder({"exists", file}), Prints("file\n"));
+    EXPECT_THAT(inFolder({"stat", file}), Prints(HasSubstr("size        7\n")));
+    EXPECT_THAT(inFolder({"du", "-s", Raw}), Prints(StartsWith("7\t")));
+    EXPECT_THAT(inFolder({"df", Raw}), Prints(HasSubstr(Shown)));
+    EXPECT_THAT(inFolder({"tree", Raw}), Prints(HasSubstr("1 file\n")));
+    EXPECT_THAT(inFolder({"find", "--name", "\xE9", Raw}), Prints(HasSubstr("\xEE\xBF\xA9\n")));
+    EXPECT_THAT(inFolder({"--mount", std::string("m=") + Raw, "ls", "java://m/"}), Prints("\xEE\xBF\xA9\n"));
+    EXPECT_THAT(inFolder({"cp", file, "copy\xFF"}), IsSilentlyDone());
+    EXPECT_THAT(inFolder({"mv", "copy\xFF", "moved\xFF"}), IsSilentlyDone());
+    EXPECT_EQ("content", contentOf(m_folder / "moved\xFF"));
+    EXPECT_EQ(0, inFolder({"watch", "--for", "1ms", Raw}).exitCode);
+    EXPECT_THAT(inFolder({"rm", "-r", Raw, "moved\xFF"}), IsSilentlyDone());
+    EXPECT_TRUE(fs::is_empty(m_folder.path()));
+}
+
+TEST_F(RawNamesTest, NamesAsTheyAreShownLeadBackToThem) {
+    m_folder.file(Raw, "content");
+    EXPECT_THAT(inFolder({"ls", "."}), Prints(std::string(Shown) + '\n'));
+    EXPECT_THAT(inFolder({"cat", Shown}), Prints("content"));
+    EXPECT_THAT(inFolder({"cat", m_folder.location(Shown)}), Prints("content"));
+}
+
+TEST_F(RawNamesTest, OneOfThemDoesNotKeepTheOthersFromBeingListed) {
+    m_folder.file(Raw);
+    m_folder.file("plain");
+    EXPECT_THAT(inFolder({"ls", "--", Raw, "plain"}),
+                Prints(m_folder.location(Shown) + '\n' + m_folder.location("plain") + '\n'));
+}
+
+TEST_F(RawNamesTest, ErrorsNameThem) {
+    EXPECT_THAT(inFolder({"cat", Raw}), FailsWith(3, "jstore: NotFound: " + m_folder.location(Shown)));
 }
 
 }  // namespace

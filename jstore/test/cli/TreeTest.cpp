@@ -72,7 +72,6 @@ TEST_F(FindTest, LocationsFoundAreTakenByOtherVerbs) {
 
 TEST_F(FindTest, WrongConditionsAreTwo) {
     EXPECT_THAT(jstore({"find", "--type", "x", at("d")}), FailsWith(2, HasSubstr("--type")));
-    EXPECT_THAT(jstore({"find", "--name", "\xFF", at("d")}), FailsWith(2, HasSubstr("not UTF-8")));
 }
 
 TEST_F(FindTest, OthersFollowAFailure) {

@@ -27,6 +27,12 @@ TEST_F(HintsTest, KnownMountIsForTheDoctor) {
     EXPECT_THAT(hint("Unavailable", "java://data/x"), HasSubstr("jstore doctor"));
 }
 
+TEST_F(HintsTest, ReasonIsBetterThanTheDoctor) {
+    m_options.mounts = {{"data", "file:///srv"}};
+    EXPECT_EQ("",
+              hintFor({"Unavailable", "java://data/x", "", ExitCode::Failed, "zip END header not found"}, m_options));
+}
+
 TEST_F(HintsTest, NothingElseHasAHint) {
     EXPECT_EQ("", hint("NotFound", "java://data/x"));
     EXPECT_EQ("", hint("Unavailable", "java:///x"));

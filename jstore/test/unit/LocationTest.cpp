@@ -94,10 +94,22 @@ TEST_F(LocationTest, OtherSchemesAreRefused) {
     EXPECT_THAT(problemOf("java:x").text, HasSubstr("./"));
 }
 
-TEST_F(LocationTest, EmptyAndNotUtf8AreRefused) {
+TEST_F(LocationTest, EmptyAndIriThatIsNotUtf8AreRefused) {
     EXPECT_EQ(ExitCode::Usage, problemOf("").exitCode);
-    EXPECT_EQ("jstore: InvalidLocation: gr\xEF\xBF\xBDn: the argument is not UTF-8", errorLine(problemOf("gr\xFCn")));
+    EXPECT_EQ("jstore: InvalidLocation: java:///gr\xEF\xBF\xBDn: it is not UTF-8; a local path may be any bytes",
+              errorLine(problemOf("java:///gr\xFCn")));
     EXPECT_EQ(ExitCode::Usage, problemOf("java:///\xFF").exitCode);
+}
+
+TEST_F(LocationTest, PathMayBeAnyBytes) {
+    EXPECT_EQ(u"gr\uEFFCn", toLocation("/tmp/gr\xFCn").iri().getName());
+    EXPECT_EQ(m_folder.location("a\xEE\xBF\xBF"), toLocation("a\xFF").text());
+}
+
+TEST_F(LocationTest, NameAsItIsShownIsTheNameThatIsThere) {
+    EXPECT_EQ(toLocation("gr\xFCn").text(), toLocation("gr\xEE\xBF\xBCn").text());
+    m_folder.file("gr\xEE\xBF\xBCn");
+    EXPECT_EQ(u"gr\uEFEE\uEFBF\uEFBCn", toLocation("gr\xEE\xBF\xBCn").iri().getName());
 }
 
 TEST_F(LocationTest, OneWrongArgumentStopsAll) {

@@ -26,10 +26,13 @@ TEST(MountTest, PathBecomesAFileUri) {
     EXPECT_EQ("file://" + (std::filesystem::current_path() / "x").string(), uriOf("a=x"));
 }
 
+TEST(MountTest, PathMayBeAnyBytes) { EXPECT_EQ("file:///a%20b/gr%FCn%20", uriOf("a=/a b/gr\xFCn ")); }
+
 TEST(MountTest, UriIsMadeAscii) { EXPECT_EQ("file:///gr%C3%BCn/a%20b", uriOf("a=file:///gr\xC3\xBCn/a b")); }
 
 TEST(MountTest, WrongArgumentsAreUsageErrors) {
-    for (const auto* const argument : {"", "a", "=x", "a=", "a/b=x", "a b=x", "gr\xC3\xBCn=x", "a=\xFF"}) {
+    for (const auto* const argument :
+         {"", "a", "=x", "a=", "a/b=x", "a b=x", "gr\xC3\xBCn=x", "gr\xFCn=x", "a=file:///\xFF"}) {
         try {
             static_cast<void>(parseMount(argument));
             ADD_FAILURE() << argument;

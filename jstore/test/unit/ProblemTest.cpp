@@ -39,6 +39,45 @@ TEST(ProblemTest, MessageIsTheTextOrTheMeaningOfTheCode) {
     }
 }
 
+Problem withReason(const char* code, const char* text, std::string_view reason) {
+    Problem problem{code, "java:///x", text, ExitCode::Failed};
+    addReason(problem, reason);
+    return problem;
+}
+
+TEST(ReasonTest, FollowsTheLocation) {
+    const auto problem = withReason("InvalidLocation", "", "too many symbolic links");
+    EXPECT_EQ("jstore: InvalidLocation: java:///x: too many symbolic links", errorLine(problem));
+    EXPECT_EQ("too many symbolic links", messageOf(problem));
+}
+
+TEST(ReasonTest, TextSaysMore) {
+    const auto problem = withReason("NotAFile", "use -r", "a folder is there");
+    EXPECT_EQ("jstore: NotAFile: java:///x: use -r", errorLine(problem));
+    EXPECT_EQ("a folder is there", problem.reason);
+}
+
+TEST(ReasonTest, WordsThatRepeatTheCodeAreNone) {
+    for (const auto& [code, words] : {std::pair("NotFound", "Does not exist"),
+                                      {"NotFound", "no such file or directory"},
+                                      {"AlreadyExists", "exists"},
+                                      {"NotAFile", "is a folder"},
+                                      {"NotAFolder", "Not a directory"},
+                                      {"FolderNotEmpty", "is not empty"},
+                                      {"NotFound", ""},
+                                      {"NotFound", " \n"}}) {
+        EXPECT_EQ("", withReason(code, "", words).reason) << code << words;
+    }
+    EXPECT_EQ("is a folder", withReason("AccessDenied", "", "is a folder").reason);
+}
+
+TEST(ReasonTest, IsOneHarmlessLineThatEnds) {
+    EXPECT_EQ("one two %E2%80%AE", withReason("Unknown", "", "one\n\ttwo\xC2\x9B \xE2\x80\xAE").reason);
+    const auto longest = withReason("Unknown", "", std::string(100'000, 'a') + "end").reason;
+    EXPECT_EQ(300U + 2U, longest.size());
+    EXPECT_TRUE(longest.ends_with("end"));
+}
+
 class DescribeTest : public ::testing::Test {
 protected:
     [[nodiscard]] std::string lineFor(ErrorCode code, std::u16string location) const {

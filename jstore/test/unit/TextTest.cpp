@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+#include <utility>
+#include <vector>
+
 namespace jstore {
 
 namespace {
@@ -36,6 +40,54 @@ TEST(TextTest, PrintableKeepsNamesApart) {
                                     "b\x7F"));
     EXPECT_EQ("a  b%20", printable("a  b%20"));
     EXPECT_EQ("\xF0\x9F\x98\x80", printable("\xF0\x9F\x98\x80"));
+}
+
+/// What a terminal may take for more than text, and how it stands in a URI.
+const std::vector<std::pair<std::string, std::string>> Unsafe = {{"\x01", "%01"},
+                                                                 {"\n", "%0A"},
+                                                                 {"\x1F", "%1F"},
+                                                                 {"\x7F", "%7F"},
+                                                                 {"\xC2\x80", "%C2%80"},
+                                                                 {"\xC2\x9B", "%C2%9B"},
+                                                                 {"\xC2\x9F", "%C2%9F"},
+                                                                 {"\xD8\x9C", "%D8%9C"},
+                                                                 {"\xE2\x80\x8E", "%E2%80%8E"},
+                                                                 {"\xE2\x80\x8F", "%E2%80%8F"},
+                                                                 {"\xE2\x80\xA8", "%E2%80%A8"},
+                                                                 {"\xE2\x80\xA9", "%E2%80%A9"},
+                                                                 {"\xE2\x80\xAA", "%E2%80%AA"},
+                                                                 {"\xE2\x80\xAE", "%E2%80%AE"},
+                                                                 {"\xE2\x81\xA6", "%E2%81%A6"},
+                                                                 {"\xE2\x81\xA9", "%E2%81%A9"}};
+
+TEST(TextTest, UnsafeCharactersAreEncoded) {
+    for (const auto& [raw, encoded] : Unsafe) {
+        EXPECT_EQ("a" + encoded + "b", printable("a" + raw + "b"));
+        EXPECT_EQ("a" + encoded + "b", printableName("a" + raw + "b"));
+        EXPECT_EQ(std::string::npos, oneLine("a" + raw + "b").find(raw)) << encoded;
+        EXPECT_EQ(std::string::npos, printableJson("\"" + raw + "\"").find(raw)) << encoded;
+    }
+}
+
+TEST(TextTest, OrdinaryCharactersStay) {
+    for (const std::string text : {"e\xCC\x81", "\xE6\x97\xA5\xE6\x9C\xAC", "\xD7\xA9\xD7\x9C", "\xD8\xB9", "\xC2\xA0",
+                                   "\xE2\x80\x8D", "\xE2\x80\xA7", "\xE2\x81\xAA", "\xEE\xBF\xA9", "~ \\"}) {
+        EXPECT_EQ(text, printable(text));
+        EXPECT_EQ(text, printableName(text));
+        EXPECT_EQ(text, oneLine(text));
+        EXPECT_EQ(text, printableJson(text));
+    }
+}
+
+TEST(TextTest, NamesWithPercentSignsAreKeptApart) {
+    EXPECT_EQ("a%250Ab", printableName("a%0Ab"));
+    EXPECT_EQ("%25e9%25E9", printableName("%e9%E9"));
+    EXPECT_EQ("100% %zz %4 %", printableName("100% %zz %4 %"));
+    EXPECT_EQ("a%0Ab", printable("a%0Ab"));
+}
+
+TEST(TextTest, JsonMeansTheSame) {
+    EXPECT_EQ(R"({"a":"\u009b\u202e\u007f"})", printableJson("{\"a\":\"\xC2\x9B\xE2\x80\xAE\x7F\"}"));
 }
 
 }  // namespace

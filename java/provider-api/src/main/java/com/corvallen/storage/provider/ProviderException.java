@@ -3,9 +3,11 @@ package com.corvallen.storage.provider;
 /**
  * A failure that a back end reports on purpose: a code, and the location it concerns.
  *
- * <p>The host receives the code and the location. The message and the cause stay in Java, for logs and debuggers. Any
- * other exception that leaves a back end is treated as a programming error of the back end, so everything foreseen is
- * reported with this class or a subclass of it.
+ * <p>The host receives the code and the location. The message can be asked for with {@link LastFailure}, so it may be
+ * shown to people: one plain line that says what the code does not, such as {@code "the file name is too long"}. The
+ * code and the location may stand before it, with a colon after each; a host leaves them out. The cause stays in Java,
+ * for logs and debuggers. Any other exception that leaves a back end is treated as a programming error of the back end,
+ * so everything foreseen is reported with this class or a subclass of it.
  *
  * <p>The code comes from an enum, so its number is always 0 to 11; the two getters the host calls are final and never
  * throw, so a subclass cannot change that.
@@ -35,7 +37,7 @@ public class ProviderException extends Exception {
      *
      * @param errorCode why it failed; {@code null} counts as {@link ErrorCode#UNKNOWN}
      * @param location what it concerns, or {@code null}
-     * @param message what to tell a reader of logs; {@code null} for one made of the code and the location
+     * @param message why it failed, for people; {@code null} for one made of the code and the location
      */
     public ProviderException(ErrorCode errorCode, StorageURI location, String message) {
         this(errorCode, location, message, null);
@@ -46,7 +48,7 @@ public class ProviderException extends Exception {
      *
      * @param errorCode why it failed; {@code null} counts as {@link ErrorCode#UNKNOWN}
      * @param location what it concerns, or {@code null}
-     * @param message what to tell a reader of logs; {@code null} for one made of the code and the location
+     * @param message why it failed, for people; {@code null} for one made of the code and the location
      * @param cause what led to it, or {@code null}
      */
     public ProviderException(ErrorCode errorCode, StorageURI location, String message, Throwable cause) {
@@ -65,12 +67,31 @@ public class ProviderException extends Exception {
     }
 
     /**
-     * Returns the number of {@link #getErrorCode()}, which is what the host is told. Called by the native side.
+     * Returns the number of {@link #getErrorCode()}, which is what the host is told. Called by the native side, and from
+     * then on this exception is the {@link LastFailure} of the calling thread.
      *
      * @return 0 to 11
      */
     public final int getErrorCodeNumber() {
+        noteAsLast();
         return errorCode.getNumber();
+    }
+
+    private void noteAsLast() {
+        try {
+            LastFailure.note(errorCode, locationText, messageOrNull());
+        } catch (OutOfMemoryError e) {
+            // The number counts more than the words; those of an earlier failure do not fit this one.
+        }
+    }
+
+    /** A subclass's message may throw anything, and what the native side calls never throws. */
+    private String messageOrNull() {
+        try {
+            return getMessage();
+        } catch (RuntimeException | Error e) {
+            return null;
+        }
     }
 
     /**

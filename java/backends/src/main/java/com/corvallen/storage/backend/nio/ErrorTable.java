@@ -102,15 +102,19 @@ final class ErrorTable {
 
     /** Returns the code for an exception, UNKNOWN if no row fits. */
     static ErrorCode codeOf(Exception exception) {
-        if (exception instanceof UncheckedIOException || exception instanceof DirectoryIteratorException) {
-            return codeOf((IOException) exception.getCause());
-        }
+        Exception plain = unwrapped(exception);
         for (Entry<Class<? extends Exception>, ErrorCode> row : CLASSES) {
-            if (row.getKey().isInstance(exception)) {
+            if (row.getKey().isInstance(plain)) {
                 return row.getValue();
             }
         }
-        return codeOfReason(reasonOf(exception));
+        return codeOfReason(reasonOf(plain));
+    }
+
+    /** Returns the exception that says what happened. */
+    static Exception unwrapped(Exception exception) {
+        boolean wraps = exception instanceof UncheckedIOException || exception instanceof DirectoryIteratorException;
+        return wraps ? unwrapped((IOException) exception.getCause()) : exception;
     }
 
     private static ErrorCode codeOfReason(String reason) {
@@ -124,7 +128,7 @@ final class ErrorTable {
     }
 
     /** The message of a FileSystemException also holds names of files, and those may say anything. */
-    private static String reasonOf(Exception exception) {
+    static String reasonOf(Exception exception) {
         String reason = "";
         if (exception instanceof FileSystemException) {
             reason = ((FileSystemException) exception).getReason();

@@ -38,7 +38,9 @@ final class Failures {
 
     private static ProviderException failure(Exception e, StorageURI location) {
         ErrorCode code = ErrorTable.codeOf(e);
-        return new ProviderException(code, location, code + ": " + location + " (" + e + ")", e);
+        String reason = Reasons.beside(code, e);
+        String message = reason == null ? null : code + ": " + location + ": " + reason;
+        return new ProviderException(code, location, message, e);
     }
 
     private static boolean concernsTarget(Exception e, Entry source, Entry target) {

@@ -49,7 +49,7 @@ final class MountProperty {
         try {
             return open(provider, uri);
         } catch (IOException | RuntimeException e) {
-            throw failure("cannot be opened (" + e + ")", e);
+            throw failure("cannot be opened: " + Reasons.of(e), e);
         }
     }
 
@@ -96,6 +96,6 @@ final class MountProperty {
 
     private ProviderException failure(String why, Throwable cause) {
         return new ProviderException(
-                ErrorCode.UNAVAILABLE, location, "system property " + property + "=" + value + " " + why, cause);
+                ErrorCode.UNAVAILABLE, location, property + "=" + value + " " + why, cause);
     }
 }

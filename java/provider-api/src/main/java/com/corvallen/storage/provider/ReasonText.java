@@ -1,0 +1,30 @@
+package com.corvallen.storage.provider;
+
+/** Takes off a message what a host shows anyway: the code and the location before the words. */
+final class ReasonText {
+    private ReasonText() {}
+
+    /** Returns the words of a message as one line; null if there are none. */
+    static String of(ErrorCode code, String location, String message) {
+        if (message == null) {
+            return null;
+        }
+        String rest = message.strip();
+        rest = without(rest, code.name());
+        rest = without(rest, location);
+        rest = rest.replaceAll("\\s+", " ").strip();
+        return rest.isEmpty() ? null : rest;
+    }
+
+    /** Takes off a beginning that is followed by no letter or digit, with the colon after it. */
+    private static String without(String text, String beginning) {
+        if (beginning == null || beginning.isEmpty() || !text.startsWith(beginning)) {
+            return text;
+        }
+        String rest = text.substring(beginning.length());
+        if (!rest.isEmpty() && rest.charAt(0) != ':' && !Character.isWhitespace(rest.charAt(0))) {
+            return text;
+        }
+        return (rest.startsWith(":") ? rest.substring(1) : rest).strip();
+    }
+}
