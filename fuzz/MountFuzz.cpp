@@ -1,5 +1,6 @@
 // Mounts and locations as arguments name them: one argument, up to a zero byte.
 #include <algorithm>
+#include <charconv>
 #include <string>
 #include <string_view>
 
@@ -8,6 +9,7 @@
 #include "Location.h"
 #include "Mount.h"
 #include "Problem.h"
+#include "RawName.h"
 #include "Require.h"
 #include "Text.h"
 #include "fl/i18n/text.h"
@@ -31,9 +33,27 @@ bool isVisibleAscii(const std::string& text) {
     return std::all_of(text.begin(), text.end(), [](char c) { return c > ' ' && c < '\x7F'; });
 }
 
+/// Whether the text has something that a terminal obeys.
 bool hasControls(const std::string& text) {
-    return std::any_of(text.begin(), text.end(),
-                       [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7F'; });
+    const auto units = fl::i18n::to_ustring(text);
+    return std::any_of(units.begin(), units.end(), [](char16_t unit) { return jstore::isUnsafe(unit); });
+}
+
+/// The text with its percent-encoded bytes as they are.
+std::string decoded(std::string_view text) {
+    std::string plain;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        unsigned byte = 0;
+        const auto* const digits = text.data() + at + 1;
+        if (text[at] == '%' && at + 2 < text.size() &&
+            std::from_chars(digits, digits + 2, byte, 16).ptr == digits + 2) {
+            plain += static_cast<char>(byte);
+            at += 2;
+        } else {
+            plain += text[at];
+        }
+    }
+    return plain;
 }
 
 std::string pathOf(const std::vector<std::string>& names) {
@@ -72,6 +92,15 @@ std::vector<std::string> namesAlong(StorageIRI location) {
     return names;
 }
 
+/// What the back end calls names that are these bytes.
+std::vector<std::string> textsOf(const std::vector<std::string>& names) {
+    std::vector<std::string> texts;
+    for (const auto& name : names) {
+        texts.push_back(fl::i18n::to_string(jstore::textOfName(name)));
+    }
+    return texts;
+}
+
 void checkLocation(const std::string& argument) {
     try {
         const jstore::Location location = jstore::toLocation(argument);
@@ -79,9 +108,10 @@ void checkLocation(const std::string& argument) {
         require(location.text().find_first_of("#?") == std::string::npos, "no query, no fragment", location.text());
         if (jstore::schemeOf(argument).empty()) {
             const auto names = jstore::localPathNames(argument);
-            require(namesAlong(location.iri()) == names, "a path's names are the location's", location.text());
-            require(jstore::toLocation(pathOf(names)).text() == location.text(), "the names lead to the same place",
-                    location.text());
+            require(namesAlong(location.iri()) == textsOf(names), "a path's names are the location's", location.text());
+            // A name that stands for others' bytes may itself stand for a third one's.
+            require(jstore::standsForBytes(argument) || jstore::toLocation(pathOf(names)).text() == location.text(),
+                    "the names lead to the same place", location.text());
         }
     } catch (const jstore::CommandError& error) {
         require(isExpected(error), "a wrong location is an error of the user's", jstore::errorLine(error.problem()));
@@ -93,6 +123,11 @@ void checkTexts(const std::string& bytes) {
     const std::string name = jstore::printable(bytes);
     require(jstore::isUtf8(name) && !hasControls(name), "printable is printable", name);
     require(jstore::printable(name) == name, "printable text stays", name);
+    const std::string shown = jstore::printableName(bytes);
+    require(jstore::isUtf8(shown) && !hasControls(shown), "a name is printable", shown);
+    require(decoded(shown) == fl::i18n::to_string(fl::i18n::to_ustring(bytes)), "a name can be had back", shown);
+    const auto raw = fl::i18n::to_string(jstore::textOfName(bytes));
+    require(jstore::bytesOfShownName(raw) == bytes, "bytes can be had back", raw);
     const std::string line = jstore::oneLine(bytes);
     require(jstore::isUtf8(line) && !hasControls(line) && jstore::oneLine(line) == line, "a line stays one", line);
 }

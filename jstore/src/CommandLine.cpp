@@ -20,8 +20,8 @@ constexpr const char* Description =
     "Work with files and folders that a Java storage back end holds.\n"
     "\n"
     "A LOCATION is java:///absolute/path, java://MOUNT/path, or a local path. In java:// locations\n"
-    "write %23 for # and %3F for ?. Arguments are UTF-8 under every locale; after -- an argument may\n"
-    "begin with a dash.";
+    "write %23 for # and %3F for ?. Arguments are UTF-8 under every locale, local paths may be any\n"
+    "bytes; after -- an argument may begin with a dash.";
 
 const std::map<std::string, LogLevel> LogLevels{{"off", LogLevel::Off},
                                                 {"failures", LogLevel::Failures},

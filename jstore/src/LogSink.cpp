@@ -6,6 +6,7 @@
 #include <boost/log/expressions/message.hpp>
 #include <boost/log/sinks/sync_frontend.hpp>
 #include <boost/log/sinks/text_ostream_backend.hpp>
+#include <boost/log/utility/exception_handler.hpp>
 #include <boost/log/utility/formatting_ostream.hpp>
 #include <boost/make_shared.hpp>
 #include <boost/shared_ptr.hpp>
@@ -80,6 +81,8 @@ void startLog(LogLevel level) {
     });
     sink->set_formatter(&format);
     log::core::get()->add_sink(sink);
+    // A record that cannot be written is lost; it never ends the operation that it is about.
+    log::core::get()->set_exception_handler(log::make_exception_suppressor());
     foundation::log::setSeverityMask(Channel, maskOf(level));
 }
 

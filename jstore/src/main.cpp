@@ -6,6 +6,7 @@
 
 #include "CommandLine.h"
 #include "Context.h"
+#include "Inheritance.h"
 #include "Interrupt.h"
 #include "LogSink.h"
 #include "Problem.h"
@@ -77,5 +78,6 @@ ExitCode runCommand(int argc, const char* const* argv) {
 
 int main(int argc, char** argv) {
     jstore::occupyStandardStreams();
+    jstore::noteInheritedDescriptors();
     return static_cast<int>(jstore::runCommand(argc, argv));
 }

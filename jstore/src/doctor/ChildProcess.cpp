@@ -15,15 +15,26 @@
 #include <system_error>
 
 #include "Descriptor.h"
+#include "Inheritance.h"
 
 namespace jstore::doctor {
 
 namespace {
 
+/// Takes back what this program does with a signal; one that the parent process chose to ignore stays ignored.
+void endBy(int signal) {
+    struct sigaction present = {};
+    if (::sigaction(signal, nullptr, &present) == 0 && present.sa_handler != SIG_IGN) {
+        std::signal(signal, SIG_DFL);
+    }
+}
+
 /// The child's way from its first instruction to its last.
 [[noreturn]] void live(const std::function<void()>& work, int output) {
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-    std::signal(SIGINT, SIG_DFL);
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        endBy(signal);
+    }
     ::dup2(output, STDOUT_FILENO);
     ::dup2(output, STDERR_FILENO);
     try {
@@ -65,6 +76,7 @@ ChildEnd runInChild(const std::function<void()>& work) {
     const int piped = ::pipe2(ends.data(), O_CLOEXEC);
     const Descriptor reading(piped == 0 ? ends[0] : -1, "pipe");
     std::optional<Descriptor> writing(std::in_place, ends[1], "pipe");
+    keepEndsOfChildren();
     const pid_t child = ::fork();
     if (child < 0) {
         throw std::system_error(errno, std::generic_category(), "fork");

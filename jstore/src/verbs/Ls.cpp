@@ -179,7 +179,9 @@ public:
         verb.footer(helpText(
             "In the last name of a location that does not exist * stands for any characters and ? (in java://\n"
             "locations %3F) for one; what fits is listed by name, folders too. Symbolic links to folders are\n"
-            "not entered with -R. -l shows d for a folder, w for what may be written, ? for what is gone.",
+            "not entered with -R. -l shows d for a folder, w for what may be written, ? for what is gone.\n"
+            "Each name is one line: a line break in it is shown as %0A, other control characters likewise, and\n"
+            "a % before two hexadecimal digits as %25.",
             {"jstore ls -l photos", "jstore ls -R --files photos", "jstore ls \x27photos/*.jpg\x27"}));
         return verb;
     }

@@ -8,8 +8,11 @@
 
 #include <array>
 #include <cerrno>
+#include <csignal>
 #include <string_view>
 #include <system_error>
+
+#include "Inheritance.h"
 
 namespace jstore {
 
@@ -17,24 +20,51 @@ namespace {
 
 constexpr const char* Shell = "/bin/sh";
 
-/// Where the child's standard streams lead, freed with the object.
-class Streams {
+/// What a child gets of this process's descriptors and signals, freed with the object.
+class ChildSettings {
 public:
-    Streams() { m_error = ::posix_spawn_file_actions_init(&m_actions); }
-    ~Streams() { ::posix_spawn_file_actions_destroy(&m_actions); }
-    Streams(const Streams&) = delete;
-    Streams& operator=(const Streams&) = delete;
+    ChildSettings() {
+        m_error = ::posix_spawn_file_actions_init(&m_actions);
+        note(::posix_spawnattr_init(&m_attributes));
+    }
+    ~ChildSettings() {
+        ::posix_spawn_file_actions_destroy(&m_actions);
+        ::posix_spawnattr_destroy(&m_attributes);
+    }
+    ChildSettings(const ChildSettings&) = delete;
+    ChildSettings& operator=(const ChildSettings&) = delete;
 
     void emptyInput() { note(::posix_spawn_file_actions_addopen(&m_actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0)); }
     void outputToError() { note(::posix_spawn_file_actions_adddup2(&m_actions, STDERR_FILENO, STDOUT_FILENO)); }
 
-    [[nodiscard]] const posix_spawn_file_actions_t* get() const noexcept { return &m_actions; }
+    void blockNoSignal() {
+        sigset_t none;
+        ::sigemptyset(&none);
+        note(::posix_spawnattr_setsigmask(&m_attributes, &none));
+        note(::posix_spawnattr_setflags(&m_attributes, POSIX_SPAWN_SETSIGMASK));
+    }
+
+    /// Closes whatever this process and Java have opened.
+    void keepOnly(const std::vector<int>& inherited) {
+        int next = STDERR_FILENO + 1;
+        for (const int kept : inherited) {
+            for (; next < kept; ++next) {
+                note(::posix_spawn_file_actions_addclose(&m_actions, next));
+            }
+            next = kept + 1;
+        }
+        note(::posix_spawn_file_actions_addclosefrom_np(&m_actions, next));
+    }
+
+    [[nodiscard]] const posix_spawn_file_actions_t* actions() const noexcept { return &m_actions; }
+    [[nodiscard]] const posix_spawnattr_t* attributes() const noexcept { return &m_attributes; }
     [[nodiscard]] int error() const noexcept { return m_error; }
 
 private:
     void note(int error) { m_error = m_error == 0 ? error : m_error; }
 
     posix_spawn_file_actions_t m_actions{};
+    posix_spawnattr_t m_attributes{};
     int m_error = 0;
 };
 
@@ -78,11 +108,14 @@ std::string outcomeOf(pid_t child) {
 }  // namespace
 
 std::string Command::run(const Variables& variables) const {
-    Streams streams;
-    streams.emptyInput();
+    ChildSettings settings;
+    settings.emptyInput();
     if (m_output == Output::ToStandardError) {
-        streams.outputToError();
+        settings.outputToError();
     }
+    settings.keepOnly(inheritedDescriptors());
+    settings.blockNoSignal();
+    keepEndsOfChildren();
     auto environment = environmentWith(variables);
     std::vector<char*> pointers;
     for (auto& assignment : environment) {
@@ -92,9 +125,9 @@ std::string Command::run(const Variables& variables) const {
     std::array<std::string, 3> words{"sh", "-c", m_text};
     const std::array<char*, 4> arguments{words[0].data(), words[1].data(), words[2].data(), nullptr};
     pid_t child = 0;
-    const int error = streams.error() != 0
-                          ? streams.error()
-                          : ::posix_spawn(&child, Shell, streams.get(), nullptr, arguments.data(), pointers.data());
+    const int error = settings.error() != 0 ? settings.error()
+                                            : ::posix_spawn(&child, Shell, settings.actions(), settings.attributes(),
+                                                            arguments.data(), pointers.data());
     return error != 0 ? cannotRun(error) : outcomeOf(child);
 }
 

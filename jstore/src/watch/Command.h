@@ -17,7 +17,9 @@ public:
     Command(std::string text, Output output) : m_text(std::move(text)), m_output(output) {}
 
     /// Runs `/bin/sh -c TEXT` with this process's environment and the variables, and waits for its end. Its standard
-    /// input is empty. The text is never changed: whatever is in the variables, the shell takes it for a value.
+    /// input is empty; of file descriptors it has the other standard streams and those that the parent of this process
+    /// passed on, of signals none is blocked, and those that the parent ignores stay ignored, SIGCHLD excepted. The
+    /// text is never changed: whatever is in the variables, the shell takes it for a value.
     ///
     /// Returns what went wrong ("ended with 3", "was killed by signal 9", "cannot be run: …"); empty when it ended
     /// with 0.

@@ -8,10 +8,6 @@ namespace jstore {
 
 using foundation::storage::provider::StorageIRI;
 
-bool WatchedPlace::is(const StorageIRI& location) const {
-    return location == m_location.iri() || location.normalized() == m_normal;
-}
-
 std::optional<WatchedPlace::Below> WatchedPlace::find(const StorageIRI& changed) const {
     std::vector<std::u16string> names;
     // The parent of a normal form is one, and a root among them is the end in any case.

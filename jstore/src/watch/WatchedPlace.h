@@ -17,9 +17,6 @@ public:
 
     [[nodiscard]] const Location& location() const noexcept { return m_location; }
 
-    /// Whether the back end means this place.
-    [[nodiscard]] bool is(const foundation::storage::provider::StorageIRI& location) const;
-
     /// Something at or below the place.
     struct Below {
         Location location;  ///< spelled as the place is, and as a listing spells names

@@ -50,8 +50,10 @@ private:
 Watching::Watching(Context& context, const std::vector<Location>& locations, WatchOptions options)
     : m_context(&context), m_options(std::move(options)) {
     for (const auto& location : locations) {
+        m_index.add(location.iri(), m_places.size());
         m_places.emplace_back(location);
     }
+    m_watched = m_places.size();
     if (m_options.command) {
         const bool json = context.reporter().json();
         m_command.emplace(*m_options.command,
@@ -83,7 +85,7 @@ void Watching::start(Place& place) {
     try {
         begin(place.location());
     } catch (...) {
-        place.code = reportFailure(*m_context, place.location());
+        end(place, reportFailure(*m_context, place.location()));
         return;
     }
     m_context->reporter().note("watching " + printable(place.location().text()));
@@ -115,7 +117,7 @@ void Watching::stopAll() {
         try {
             m_context->provider().stopChangeNotification(place.location().iri());
         } catch (...) {
-            place.code = reportFailure(*m_context, place.location());
+            end(place, reportFailure(*m_context, place.location()));
         }
     }
 }
@@ -143,15 +145,14 @@ void Watching::awaitSomething(const std::optional<Clock::time_point>& end) const
     // Rounded up, or the last millisecond would be spent going round.
     const auto left = end ? std::chrono::ceil<milliseconds>(*end - Clock::now()) : longest;
     ::poll(sources.data(), sources.size(), static_cast<int>(std::clamp(left, milliseconds(0), longest).count()));
-    if ((static_cast<unsigned>(sources[2].revents) & static_cast<unsigned>(POLLERR)) != 0) {
+    // POLLERR says so of a pipe, POLLHUP of a socket or a terminal. Both are reported unasked, and stay.
+    if (sources[2].revents != 0) {
         throw OutputError(EPIPE);
     }
 }
 
 bool Watching::isOver() const {
-    const auto isWatched = [](const Place& place) { return place.code == ExitCode::Done; };
-    return interrupted() || (m_options.count && m_shown >= *m_options.count) ||
-           std::none_of(m_places.begin(), m_places.end(), isWatched);
+    return interrupted() || (m_options.count && m_shown >= *m_options.count) || m_watched == 0;
 }
 
 void Watching::showAll(const EventQueue::Batch& batch) {
@@ -167,9 +168,8 @@ void Watching::showAll(const EventQueue::Batch& batch) {
 }
 
 Watching::Place* Watching::placeOf(const StorageIRI& watched) {
-    const auto isIt = [&](const Place& place) { return place.is(watched); };
-    const auto found = std::find_if(m_places.begin(), m_places.end(), isIt);
-    return found == m_places.end() ? nullptr : &*found;
+    const auto number = m_index.find(watched);
+    return number ? &m_places[*number] : nullptr;
 }
 
 void Watching::show(const Event& event) {
@@ -193,7 +193,7 @@ void Watching::show(const Event& event, Place& place) {
     }
     const bool enough = m_options.count && m_shown >= *m_options.count;
     if (event.kind == Kind::SelfRemoved && !enough) {
-        noteEnd(place);
+        reportRemoval(place);
     }
 }
 
@@ -223,8 +223,14 @@ void Watching::runCommand(const Event& event, const Location& changed, const Loc
     }
 }
 
-void Watching::noteEnd(Place& place) {
-    place.code = ExitCode::NotFound;
+/// The place is not watched, or not any more.
+void Watching::end(Place& place, ExitCode code) {
+    place.code = code;
+    --m_watched;
+}
+
+void Watching::reportRemoval(Place& place) {
+    end(place, ExitCode::NotFound);
     m_context->reporter().failed(place.location(), {std::string(toString(ErrorCode::NotFound)), place.location().text(),
                                                     "it was removed and is not watched any more", place.code});
 }

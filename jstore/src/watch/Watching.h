@@ -11,6 +11,7 @@
 #include "ExitCode.h"
 #include "watch/Command.h"
 #include "watch/EventQueue.h"
+#include "watch/PlaceIndex.h"
 #include "watch/WatchedPlace.h"
 
 namespace jstore {
@@ -58,7 +59,8 @@ private:
     void show(const Event& event, Place& place);
     void print(const Event& event, const Location& changed, const Location& watched);
     void runCommand(const Event& event, const Location& changed, const Location& watched);
-    void noteEnd(Place& place);
+    void end(Place& place, ExitCode code);
+    void reportRemoval(Place& place);
     void reportLoss(std::uint64_t lost);
     [[nodiscard]] Place* placeOf(const foundation::storage::provider::StorageIRI& watched);
     [[nodiscard]] bool isOver() const;
@@ -67,6 +69,8 @@ private:
     Context* m_context;
     WatchOptions m_options;
     std::vector<Place> m_places;
+    PlaceIndex m_index;         ///< of the places, by their number in the list
+    std::size_t m_watched = 0;  ///< how many of them have not ended
     std::optional<Command> m_command;
     std::shared_ptr<EventQueue> m_queue = std::make_shared<EventQueue>();
     std::uint64_t m_shown = 0;

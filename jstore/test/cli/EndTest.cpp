@@ -98,7 +98,8 @@ TEST_F(EndTest, ArchiveThatCannotBeWrittenIsTold) {
         // Nor would the counts of lines fit that an instrumented program writes at its end.
         return Jstore(arguments).with("LLVM_PROFILE_FILE", "/dev/null").run();
     }();
-    EXPECT_THAT(outcome, FailsWith(1, "jstore: StorageFull: java://zip/: what was written may be lost"));
+    EXPECT_THAT(outcome,
+                FailsWith(1, "jstore: StorageFull: java://zip/: what was written may be lost: file too large"));
     EXPECT_TRUE(before == contentOf(archive));
 }
 

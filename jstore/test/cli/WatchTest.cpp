@@ -12,9 +12,11 @@ namespace jstore::test {
 namespace fs = std::filesystem;
 using nlohmann::json;
 using ::testing::AllOf;
+using ::testing::AnyOf;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::MatchesRegex;
+using ::testing::Not;
 using ::testing::StartsWith;
 
 namespace {
@@ -167,6 +169,11 @@ TEST_F(WatchTest, ReaderThatHasGoneEndsAQuietWatch) {
     EXPECT_EQ(SIGPIPE, Jstore({"watch", at("w")}).outputTo(Jstore::Output::ReaderGone).run().signal);
 }
 
+TEST_F(WatchTest, ReaderOfASocketThatHasGoneEndsAQuietWatch) {
+    Jstore run({"watch", at("w")});
+    EXPECT_EQ(SIGPIPE, run.outputTo(Jstore::Output::SocketReaderGone).within(std::chrono::seconds(30)).run().signal);
+}
+
 TEST_F(WatchTest, OutputThatIsFullIsTold) {
     Jstore run({"watch", at("w")});
     run.outputTo(Jstore::Output::Full).start();
@@ -243,6 +250,27 @@ TEST_F(WatchCommandTest, OutputOfTheCommandStaysOutOfTheJson) {
     ASSERT_EQ(3U, objects.size());
     EXPECT_EQ("Command", objects[2]["error"]["code"]);
     EXPECT_THAT(outcome.err, StartsWith("word\n"));
+}
+
+TEST_F(WatchCommandTest, CommandRunsWhereEndsOfChildrenAreIgnored) {
+    Jstore run({"watch", "--count", "1", "--exec", "exit 3", at("w")});
+    run.through({"env", "--ignore-signal=CHLD"}).start();
+    ASSERT_TRUE(run.readUntil(says(readyLine("w"))));
+    m_folder.folder("w/a");
+    const auto outcome = run.wait();
+    EXPECT_EQ(1, outcome.exitCode);
+    EXPECT_THAT(outcome.err, HasSubstr("the command ended with 3\n"));
+}
+
+/// Java's files and watches are no business of a command's; what the caller opened for it is.
+TEST_F(WatchCommandTest, CommandHasTheDescriptorsOfTheCallerOnly) {
+    Jstore run({"watch", "--count", "1", "--exec", "ls -l /proc/self/fd", at("w")});
+    run.through({"/bin/sh", "-c", "exec \"$@\" 7</dev/zero", "sh"}).start();
+    ASSERT_TRUE(run.readUntil(says(readyLine("w"))));
+    m_folder.folder("w/a");
+    const auto out = run.wait().out;
+    EXPECT_THAT(out, HasSubstr(" 7 -> /dev/zero\n"));
+    EXPECT_THAT(out, Not(AnyOf(HasSubstr(".jar\n"), HasSubstr("/lib/modules\n"), HasSubstr("inotify"))));
 }
 
 /// A back end that tells things of its own.

@@ -216,6 +216,16 @@ TEST_P(AwkwardNamesTest, LinesOfFindAreLocationsThatRmTakes) {
     EXPECT_EQ(2 * m_names.size() + 2, tree("original").items.size());
 }
 
+TEST_P(AwkwardNamesTest, RmTakesThemAsAShellGivesThem) {
+    std::vector<std::string> rm{"rm"};
+    for (const auto& name : m_names) {
+        rm.push_back((m_folder / "original/files" / name).string());
+    }
+    EXPECT_THAT(jstore(rm), IsSilentlyDone());
+    EXPECT_TRUE(fs::is_empty(m_folder / "original/files"));
+    EXPECT_EQ(2 * m_names.size() + 2, tree("original").items.size());
+}
+
 INSTANTIATE_TEST_SUITE_P(Kinds, AwkwardNamesTest, ::testing::ValuesIn(Kinds),
                          [](const auto& kind) { return std::string(kind.param.name); });
 

@@ -5,6 +5,7 @@
 #include <poll.h>
 #include <spawn.h>
 #include <sys/resource.h>
+#include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -52,9 +53,11 @@ struct Pipe {
     int reader = -1;
     int writer = -1;
 
-    Pipe() {
+    explicit Pipe(bool isSocket = false) {
         std::array<int, 2> ends{};
-        check(::pipe2(ends.data(), O_CLOEXEC) == 0 ? 0 : errno, "pipe");
+        const int made = isSocket ? ::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data())
+                                  : ::pipe2(ends.data(), O_CLOEXEC);
+        check(made == 0 ? 0 : errno, "pipe");
         reader = ends[0];
         writer = ends[1];
     }
@@ -164,7 +167,7 @@ Jstore& Jstore::through(std::vector<std::string> wrapper) {
 }
 
 void Jstore::start() {
-    const Pipe out;
+    const Pipe out(m_output == Output::SocketReaderGone);
     const Pipe err;
     FileActions actions;
     actions.open(STDIN_FILENO, "/dev/null", O_RDONLY);
@@ -180,7 +183,7 @@ void Jstore::start() {
     }
     m_out = out.reader;
     m_err = err.reader;
-    if (m_output == Output::ReaderGone) {
+    if (m_output == Output::ReaderGone || m_output == Output::SocketReaderGone) {
         ::close(m_out);
         m_out = -1;
     }

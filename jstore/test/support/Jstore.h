@@ -30,7 +30,7 @@ void PrintTo(const Outcome& outcome, std::ostream* out);
 /// A run of the real program as a child process. Not for use from several threads.
 class Jstore {
 public:
-    enum class Output { Captured, Closed, ReaderGone, Full };
+    enum class Output { Captured, Closed, ReaderGone, SocketReaderGone, Full };
 
     explicit Jstore(std::vector<std::string> arguments);
     /// Ends the process if it still runs.

@@ -55,6 +55,24 @@ TEST_F(CommandTest, OutputMayGoToStandardError) {
     EXPECT_EQ("word\n", ::testing::internal::GetCapturedStderr());
 }
 
+/// The system throws ends away that a parent ignores, and such a parent passes that on.
+TEST_F(CommandTest, EndIsToldWhereEndsOfChildrenAreIgnored) {
+    std::signal(SIGCHLD, SIG_IGN);
+    EXPECT_EQ("", run("exit 0"));
+    EXPECT_EQ("ended with 3", run("exit 3"));
+    std::signal(SIGCHLD, SIG_DFL);
+}
+
+TEST_F(CommandTest, NoSignalIsBlocked) {
+    sigset_t blocked;
+    sigset_t before;
+    ::sigemptyset(&blocked);
+    ::sigaddset(&blocked, SIGTERM);
+    ::pthread_sigmask(SIG_BLOCK, &blocked, &before);
+    EXPECT_EQ("was killed by signal 15", run("kill -TERM $$; exit 0"));
+    ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
+}
+
 TEST_F(CommandTest, CommandThatIsTooLongIsTold) {
     EXPECT_EQ("cannot be run: Argument list too long", run("true", {{"VALUE", std::string(1 << 20, 'x')}}));
 }

@@ -10,13 +10,6 @@ namespace {
 
 WatchedPlace placeAt(const char16_t* text) { return WatchedPlace(Location(StorageIRI(text))); }
 
-TEST(WatchedPlaceTest, SpellingDoesNotMatter) {
-    const auto place = placeAt(u"java:///a/\u00E4 b");
-    EXPECT_TRUE(place.is(StorageIRI(u"java:///a/\u00E4 b")));
-    EXPECT_TRUE(place.is(StorageIRI(u"java:///a/%C3%A4%20b/")));
-    EXPECT_FALSE(place.is(StorageIRI(u"java:///a")));
-}
-
 TEST(WatchedPlaceTest, WhatIsBelowIsSpelledAsThePlaceIs) {
     const auto place = placeAt(u"java:///./a//\u00E4");
     const auto found = place.find(StorageIRI(u"java:///a/%C3%A4/%F0%9F%9A%80/50%25%20x"));

@@ -67,8 +67,8 @@ public class ProviderException extends Exception {
     }
 
     /**
-     * Returns the number of {@link #getErrorCode()}, which is what the host is told. Called by the native side, and from
-     * then on this exception is the {@link LastFailure} of the calling thread.
+     * Returns the number of {@link #getErrorCode()}, which is what the host is told. Called by the native side; this
+     * exception is the {@link LastFailure} of the calling thread from then on.
      *
      * @return 0 to 11
      */

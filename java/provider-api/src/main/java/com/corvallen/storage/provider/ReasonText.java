@@ -1,6 +1,6 @@
 package com.corvallen.storage.provider;
 
-/** Takes off a message what a host shows anyway: the code and the location before the words. */
+/** Takes off a message what a host shows anyway: code and location before the words, or the location after them. */
 final class ReasonText {
     private ReasonText() {}
 
@@ -12,8 +12,14 @@ final class ReasonText {
         String rest = message.strip();
         rest = without(rest, code.name());
         rest = without(rest, location);
+        rest = withoutEnd(rest, location);
         rest = rest.replaceAll("\\s+", " ").strip();
         return rest.isEmpty() ? null : rest;
+    }
+
+    private static String withoutEnd(String text, String location) {
+        boolean ends = location != null && !location.isEmpty() && text.endsWith(": " + location);
+        return ends ? text.substring(0, text.length() - location.length() - 2) : text;
     }
 
     /** Takes off a beginning that is followed by no letter or digit, with the colon after it. */

@@ -67,12 +67,14 @@ class LastFailureTest {
     }
 
     @Test
-    void codeAndLocationBeforeTheWordsAreLeftOut() {
+    void codeAndLocationAroundTheWordsAreLeftOut() {
         assertEquals("another writer", reasonOf("IN_USE: java://m/a: another writer"));
         assertEquals("is open already", reasonOf("java://m/a is open already"));
         assertEquals("another writer", reasonOf("IN_USE: another writer"));
         assertEquals("java://m/ab is open", reasonOf("java://m/ab is open"));
         assertEquals("IN_USED", reasonOf("IN_USED"));
+        assertEquals("no such name", reasonOf("no such name: java://m/a"));
+        assertEquals("what java://m/a is", reasonOf("what java://m/a is"));
     }
 
     @Test
