@@ -54,7 +54,7 @@ TEST_F(DuTest, WhatFailsBelowIsTold) {
     fs::create_symlink(m_folder / "outside", m_folder / "d/escape");
     const auto outcome = jstore({"--mount", mount, "du", "-s", "java://jail/"});
     EXPECT_EQ(6, outcome.exitCode);
-    EXPECT_EQ("jstore: AccessDenied: java://jail/escape\n", outcome.err);
+    EXPECT_EQ("jstore: AccessDenied: java://jail/escape: a link leads out of the mount\n", outcome.err);
     EXPECT_EQ("2049\tjava://jail/\n", outcome.out);
 }
 

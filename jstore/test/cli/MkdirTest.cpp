@@ -26,7 +26,7 @@ TEST_F(MkdirTest, FolderThatExistsIsFour) {
 
 TEST_F(MkdirTest, MissingParentIsThree) {
     EXPECT_THAT(jstore({"mkdir", m_folder.location("a/b")}),
-                FailsWith(3, "jstore: NotFound: " + m_folder.location("a/b")));
+                FailsWith(3, "jstore: NotFound: " + m_folder.location("a/b") + ": has no parent folder"));
     EXPECT_FALSE(fs::exists(m_folder / "a"));
 }
 

@@ -35,7 +35,7 @@ TEST_F(TouchTest, FolderThatExistsIsNoError) {
 
 TEST_F(TouchTest, MissingFolderIsThree) {
     EXPECT_THAT(jstore({"touch", m_folder.location("a/b")}),
-                FailsWith(3, "jstore: NotFound: " + m_folder.location("a/b")));
+                FailsWith(3, "jstore: NotFound: " + m_folder.location("a/b") + ": has no parent folder"));
 }
 
 class TouchDateTest : public TouchTest {

@@ -13,6 +13,7 @@ import java.nio.file.AtomicMoveNotSupportedException;
 import java.nio.file.ClosedFileSystemException;
 import java.nio.file.DirectoryNotEmptyException;
 import java.nio.file.FileAlreadyExistsException;
+import java.nio.file.FileSystemException;
 import java.nio.file.FileSystemLoopException;
 import java.nio.file.FileSystemNotFoundException;
 import java.nio.file.InvalidPathException;
@@ -63,12 +64,16 @@ final class Reasons {
 
     /** Returns what the exception adds to its code; null for nothing. */
     static String beside(ErrorCode code, Exception exception) {
-        return SPEAKING.contains(code) ? null : of(exception);
+        boolean saysAll = SPEAKING.contains(code) && !hasOwnWords(ErrorTable.unwrapped(exception));
+        return saysAll ? null : of(exception);
     }
 
     /** Returns why, never null. */
     static String of(Exception exception) {
         Exception plain = ErrorTable.unwrapped(exception);
+        if (hasOwnWords(plain)) {
+            return begun(common(wordsOf(plain)));
+        }
         for (Entry<Class<? extends Exception>, String> row : CLASSES) {
             if (row.getKey().isInstance(plain)) {
                 return row.getValue();
@@ -76,6 +81,13 @@ final class Reasons {
         }
         String words = wordsOf(plain);
         return words.isEmpty() ? plain.toString() : begun(common(words));
+    }
+
+    /** The system gives words to plain exceptions only, so those of a particular class were chosen for the case. */
+    private static boolean hasOwnWords(Exception exception) {
+        return exception instanceof FileSystemException
+                && exception.getClass() != FileSystemException.class
+                && !ErrorTable.reasonOf(exception).isEmpty();
     }
 
     private static String wordsOf(Exception exception) {

@@ -41,6 +41,7 @@ class ReasonsTest {
                 arguments(new UncheckedIOException(new IOException("File too large")), "file too large"),
                 arguments(new ZipException("zip END header not found"), "zip END header not found"),
                 arguments(new AccessDeniedException("/f"), "permission denied"),
+                arguments(new AccessDeniedException("/f", null, "A link leads out"), "a link leads out"),
                 arguments(new ReadOnlyFileSystemException(), "read-only file system"),
                 arguments(new FileSystemLoopException("/f"), "too many symbolic links"),
                 arguments(new OverlappingFileLockException(), "this process has locked it"),
@@ -67,6 +68,12 @@ class ReasonsTest {
             names = {"NOT_FOUND", "ALREADY_EXISTS", "NOT_A_FILE", "NOT_A_FOLDER", "FOLDER_NOT_EMPTY"})
     void codeThatSaysItAllHasNone(ErrorCode code) {
         assertNull(Reasons.beside(code, words("Whatever")));
+    }
+
+    @Test
+    void wordsChosenForTheCaseAreKept() {
+        NoSuchFileException exception = new NoSuchFileException("/f", null, "the other disk is gone");
+        assertEquals("the other disk is gone", Reasons.beside(ErrorCode.NOT_FOUND, exception));
     }
 
     @Test
