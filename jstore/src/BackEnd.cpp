@@ -134,7 +134,7 @@ void BackEnd::release() {
 std::string BackEnd::reasonOf(const foundation::storage::provider::Exception& error) const {
     JVMWrapper attached(m_jvm->getJavaVM());
     const auto last = takeLastFailure(attached.getEnv(), m_object);
-    return last && last->isBehind(error) ? last->reason : std::string();
+    return last && last->isReportedBy(error) ? last->reason : std::string();
 }
 
 std::optional<Problem> BackEnd::closeObject() {

@@ -40,7 +40,7 @@ jobject take(JNIEnv* env, jobject object) {
 
 }  // namespace
 
-bool LastFailure::isBehind(const Exception& error) const {
+bool LastFailure::isReportedBy(const Exception& error) const {
     if (code != error.code()) {
         return false;
     }

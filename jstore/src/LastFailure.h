@@ -18,7 +18,7 @@ struct LastFailure {
 
     /// Whether the exception reports this failure: the same code, and the same location or one beside it, since a file
     /// is written under another name in the same folder before it takes its place.
-    [[nodiscard]] bool isBehind(const foundation::storage::provider::Exception& error) const;
+    [[nodiscard]] bool isReportedBy(const foundation::storage::provider::Exception& error) const;
 };
 
 /// Takes what is remembered, so that it is asked for once. `object` is of a class that knows the contract: a back end,

@@ -131,7 +131,7 @@ TEST_F(CpTest, FileThatClaimsToBeEmptyIsCopiedWhole) {
 
 TEST_F(CpTest, WhatIsNeitherFileNorFolderIsNotSupported) {
     ASSERT_EQ(0, ::mkfifo((m_folder / "pipe").c_str(), 0600));
-    EXPECT_THAT(jstore({"cp", at("pipe"), at("b")}), FailsWith(8, "jstore: NotSupported: " + at("pipe")));
+    EXPECT_THAT(jstore({"cp", at("pipe"), at("b")}), FailsWith(8, StartsWith("jstore: NotSupported: " + at("pipe"))));
     EXPECT_FALSE(fs::exists(m_folder / "b"));
 }
 

@@ -78,8 +78,8 @@ public final class LastFailure {
     }
 
     /**
-     * Returns what the exception's message says beside the code and the location: one line, of which a host should
-     * still expect any character and some hundred of them.
+     * Returns what the exception's message says beside the code and the location, as one line. It may hold any
+     * characters, so a host that shows it on a terminal takes out what controls one.
      *
      * @return the words, or {@code null} if the message says no more
      */

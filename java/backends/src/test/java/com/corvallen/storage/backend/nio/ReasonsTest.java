@@ -77,7 +77,7 @@ class ReasonsTest {
     }
 
     @Test
-    void failureCarriesItBehindCodeAndLocation() {
+    void failureCarriesItAfterCodeAndLocation() {
         IOException cause = words("File name too long");
         ProviderException failure = failureOf(cause);
         assertEquals("INVALID_LOCATION: java:///f: file name too long", failure.getMessage());
