@@ -36,7 +36,9 @@ ProcessMachine& processMachine() {
 std::string describeRefusal(const std::filesystem::path& libjvm, const detail::CreationResult& result) {
     const std::string words = result.words.empty() ? "it gave no reason" : result.words;
     const std::string end = result.endedItself ? "it tried to end the process" : detail::describeJniError(result.error);
-    return "The Java virtual machine " + libjvm.string() + " does not start: " + words + " [" + end + "]";
+    const std::string variables = detail::describeVariables();
+    return "The Java virtual machine " + libjvm.string() + " does not start: " + words + " [" + end + "]" +
+           (variables.empty() ? "" : " (options were added by " + variables + ")");
 }
 
 detail::CreationResult createQuietly(const detail::LoadedLibjvm& libjvm, const std::vector<std::string>& options) {
@@ -49,12 +51,12 @@ detail::CreationResult createQuietly(const detail::LoadedLibjvm& libjvm, const s
 void makeMachine(ProcessMachine& process, const EmbeddedJVMOptions& options) {
     const std::vector<std::string> machineOptions = detail::machineOptions(options);
     const detail::LoadedLibjvm libjvm = detail::loadLibjvm(findJava(options));
-    detail::watchForks();
     detail::stayInProcess();
     const detail::CreationResult result = createQuietly(libjvm, machineOptions);
     if (result.vm != nullptr) {
         process.vm = result.vm;
         process.libjvm = libjvm.path;
+        detail::ForkWatch::keep();
         return;
     }
     const std::string refusal = describeRefusal(libjvm.path, result);
@@ -89,6 +91,7 @@ std::shared_ptr<EmbeddedJVM> EmbeddedJVM::start(const EmbeddedJVMOptions& option
     if (detail::inForkedChild()) {
         detail::fail("The virtual machine runs in the process that this one was forked from, and not here");
     }
+    const detail::ForkWatch forks;
     ProcessMachine& process = processMachine();
     const std::lock_guard lock(process.mutex);
     if (!process.over.empty()) {
@@ -113,7 +116,7 @@ std::shared_ptr<EmbeddedJVM> EmbeddedJVM::takeHostsMachine() {
     if (running.vm == nullptr) {
         return nullptr;
     }
-    detail::watchForks();
+    detail::ForkWatch::keep();
     return std::shared_ptr<EmbeddedJVM>(new EmbeddedJVM(running.vm, std::move(running.libjvm), /*startedHere=*/false));
 }
 

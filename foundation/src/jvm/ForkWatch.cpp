@@ -8,11 +8,25 @@ namespace storage::jvm::detail {
 
 std::atomic<bool> forkedFromMachine{false};
 
-void watchForks() {
-    static const int registered = pthread_atfork(nullptr, nullptr, [] { forkedFromMachine = true; });
+namespace {
+
+std::atomic<unsigned> startsUnderWay{0};
+std::atomic<bool> machineExists{false};
+
+void markChild() { forkedFromMachine = forkedFromMachine || machineExists || startsUnderWay != 0; }
+
+}  // namespace
+
+ForkWatch::ForkWatch() {
+    static const int registered = pthread_atfork(nullptr, nullptr, markChild);
     if (registered != 0) {
         failOutOfMemory();
     }
+    ++startsUnderWay;
 }
+
+ForkWatch::~ForkWatch() { --startsUnderWay; }
+
+void ForkWatch::keep() noexcept { machineExists = true; }
 
 }  // namespace storage::jvm::detail

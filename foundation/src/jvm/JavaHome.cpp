@@ -1,8 +1,11 @@
 #include "jvm/JavaHome.h"
 
 #include <array>
-#include <fstream>
 #include <sstream>
+#include <string_view>
+
+#include "jvm/HomeFiles.h"
+#include "jvm/RegularFile.h"
 
 namespace storage::jvm::detail {
 
@@ -39,15 +42,43 @@ std::vector<unsigned> parseVersion(const std::string& text) {
 }
 
 /// Every Java home states its version in a file "release", as JAVA_VERSION="17.0.15".
-std::vector<unsigned> readVersion(const fs::path& home) {
-    static const std::string key = "JAVA_VERSION=\"";
-    std::ifstream release(home / "release");
+std::string readVersion(const fs::path& home) {
+    constexpr std::string_view key = "JAVA_VERSION=\"";
+    constexpr std::size_t longestFile = 64 * 1024;
+    std::istringstream release(RegularFile(home / "release").read(0, longestFile));
     for (std::string line; std::getline(release, line);) {
         if (line.starts_with(key)) {
-            return parseVersion(line.substr(key.size()));
+            return line.substr(key.size(), line.find('"', key.size()) - key.size());
         }
     }
     return {};
+}
+
+std::string named(const fs::path& file, const std::string& problem) {
+    return problem.empty() ? "" : file.string() + ": " + problem;
+}
+
+/// A Java that is being developed has a folder of classes in place of the image.
+bool hasUnpackedClasses(const fs::path& folder) {
+    std::error_code error;
+    return fs::is_directory(folder.parent_path() / "modules/java.base", error);
+}
+
+/// Why the machine of this library could not begin, by the files that it opens first. It looks for them from its own
+/// place, with links resolved.
+std::string findIncompleteness(const fs::path& libjvm) {
+    std::error_code error;
+    const fs::path resolved = fs::canonical(libjvm, error);
+    const fs::path folder = resolved.parent_path().parent_path();
+    std::string problem = named(libjvm, problemOfLibrary(libjvm));
+    if (problem.empty()) {
+        problem = named(folder / "libjava.so", problemOfLibrary(folder / "libjava.so"));
+    }
+    if (problem.empty() && !hasUnpackedClasses(folder)) {
+        problem = named(folder / "libjimage.so", problemOfLibrary(folder / "libjimage.so"));
+        problem = problem.empty() ? named(folder / "modules", problemOfImage(folder / "modules")) : problem;
+    }
+    return problem;
 }
 
 std::string findProblem(const fs::path& home, const JavaHome& found) {
@@ -58,13 +89,16 @@ std::string findProblem(const fs::path& home, const JavaHome& found) {
     if (!found.version.empty() && found.version.front() < OldestJava) {
         return "too old: Java 11 or newer is needed";
     }
-    return found.libjvm.empty() ? "no lib/server/libjvm.so in it" : "";
+    return found.libjvm.empty() ? "no lib/server/libjvm.so in it" : findIncompleteness(found.libjvm);
 }
 
 }  // namespace
 
 JavaHome inspectJavaHome(const fs::path& home) {
-    JavaHome found{findLibjvm(home), readVersion(home), {}};
+    JavaHome found;
+    found.libjvm = findLibjvm(home);
+    found.statedVersion = readVersion(home);
+    found.version = parseVersion(found.statedVersion);
     found.problem = findProblem(home, found);
     return found;
 }

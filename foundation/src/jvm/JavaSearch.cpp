@@ -22,11 +22,11 @@ std::string variable(const char* name) {
 }
 
 JavaCandidate without(std::string origin, std::string problem) {
-    return {std::move(origin), {}, {}, std::move(problem)};
+    return {std::move(origin), {}, {}, std::move(problem), {}};
 }
 
 JavaCandidate candidate(std::string origin, const fs::path& home, const JavaHome& found) {
-    return {std::move(origin), home, found.libjvm, found.problem};
+    return {std::move(origin), home, found.libjvm, found.problem, found.statedVersion};
 }
 
 JavaCandidate candidate(std::string origin, const fs::path& home) {

@@ -3,11 +3,14 @@
 #include <pthread.h>
 
 #include <memory>
+#include <sstream>
+#include <string_view>
 #include <system_error>
 #include <utility>
 
 #include "jvm/Failure.h"
 #include "jvm/MachineHooks.h"
+#include "jvm/RedirectedImports.h"
 #include "jvm/ThreadEnvironment.h"
 
 namespace storage::jvm::detail {
@@ -75,20 +78,27 @@ pthread_t startThread(const std::shared_ptr<Attempt>& attempt) {
     return thread;
 }
 
+/// The lines that say something, as one. A report of a crash draws a frame of `#` around itself.
 std::string asOneLine(const std::string& text) {
-    std::string line;
-    for (const char letter : text) {
-        line += letter == '\n' ? std::string("; ") : std::string(1, letter);
+    constexpr std::string_view frame = "# \t\r";
+    constexpr std::size_t longest = 2000;
+    std::string joined;
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line) && joined.size() < longest;) {
+        const std::size_t first = line.find_first_not_of(frame);
+        if (first != std::string::npos) {
+            const std::size_t last = line.find_last_not_of(frame);
+            joined += (joined.empty() ? "" : "; ") + line.substr(first, last - first + 1);
+        }
     }
-    const std::size_t first = line.find_first_not_of("; ");
-    const std::size_t last = line.find_last_not_of("; ");
-    return first == std::string::npos ? "" : line.substr(first, last - first + 1);
+    return joined;
 }
 
 }  // namespace
 
 CreationResult createMachine(CreateJavaVM* create, const std::vector<std::string>& options) {
     const std::shared_ptr<Attempt> attempt = prepare(create, options);
+    const RedirectedImports redirected(reinterpret_cast<const void*>(create), hookImports());
     beginCreation();
     const pthread_t thread = startThread(attempt);
     if (awaitCreation() == CreationState::Ended) {

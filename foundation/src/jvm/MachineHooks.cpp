@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <mutex>
+#include <string_view>
 
 namespace storage::jvm::detail {
 
@@ -52,15 +53,12 @@ bool leaveCreating(CreationState next) {
     }
 }
 
-void keep(const char* format, va_list arguments, std::size_t length) {
+void keep(std::string_view text) {
     Creation& shared = creation();
     const std::lock_guard lock(shared.mutex);
-    if (shared.state != CreationState::Creating || shared.output.size() + length > LongestOutput) {
-        return;
+    if (shared.state == CreationState::Creating && shared.output.size() + text.size() <= LongestOutput) {
+        shared.output.append(text);
     }
-    std::vector<char> text(length + 1);
-    std::vsnprintf(text.data(), text.size(), format, arguments);
-    shared.output.append(text.data(), length);
 }
 
 /// The machine's print function. Its log files come along here as well and are written as they should be.
@@ -73,9 +71,29 @@ jint JNICALL print(std::FILE* stream, const char* format, va_list arguments) {
     const int length = std::vsnprintf(nullptr, 0, format, measured);
     va_end(measured);
     if (length > 0) {
-        keep(format, arguments, static_cast<std::size_t>(length));
+        std::vector<char> text(static_cast<std::size_t>(length) + 1);
+        std::vsnprintf(text.data(), text.size(), format, arguments);
+        keep({text.data(), static_cast<std::size_t>(length)});
     }
     return length;
+}
+
+/// Called in place of write().
+ssize_t writeBytes(int descriptor, const void* bytes, std::size_t count) {
+    if (descriptor != STDOUT_FILENO && descriptor != STDERR_FILENO) {
+        return ::write(descriptor, bytes, count);
+    }
+    keep({static_cast<const char*>(bytes), count});
+    return static_cast<ssize_t>(count);
+}
+
+/// Called in place of fwrite().
+std::size_t writeItems(const void* items, std::size_t size, std::size_t count, std::FILE* stream) {
+    if (stream != stdout && stream != stderr) {
+        return std::fwrite(items, size, count, stream);
+    }
+    keep({static_cast<const char*>(items), size * count});
+    return count;
 }
 
 /// Called in place of exit(): by a start that fails, later by System.exit().
@@ -86,11 +104,25 @@ void JNICALL exitProcess(jint code) {
     std::exit(code);
 }
 
+/// Called in place of _exit().
+void exitAtOnce(int code) {
+    if (leaveCreating(CreationState::Ended)) {
+        park();
+    }
+    ::_exit(code);
+}
+
 /// Called before abort() or exit(1): by a start that fails, later by a machine that crashes; returning lets it happen.
 void JNICALL abortProcess() {
     if (leaveCreating(CreationState::Ended)) {
         park();
     }
+}
+
+/// Called in place of abort().
+void abortAtOnce() {
+    abortProcess();
+    std::abort();
 }
 
 JavaVMOption hook(const char* name, void* function) { return {const_cast<char*>(name), function}; }
@@ -100,6 +132,12 @@ JavaVMOption hook(const char* name, void* function) { return {const_cast<char*>(
 std::vector<JavaVMOption> hookOptions() {
     return {hook("vfprintf", reinterpret_cast<void*>(print)), hook("exit", reinterpret_cast<void*>(exitProcess)),
             hook("abort", reinterpret_cast<void*>(abortProcess))};
+}
+
+std::array<Import, 5> hookImports() {
+    return {Import{"exit", reinterpret_cast<void*>(exitProcess)}, Import{"_exit", reinterpret_cast<void*>(exitAtOnce)},
+            Import{"abort", reinterpret_cast<void*>(abortAtOnce)}, Import{"write", reinterpret_cast<void*>(writeBytes)},
+            Import{"fwrite", reinterpret_cast<void*>(writeItems)}};
 }
 
 void beginCreation() {

@@ -2,8 +2,11 @@
 
 #include <jni.h>
 
+#include <array>
 #include <string>
 #include <vector>
+
+#include "jvm/RedirectedImports.h"
 
 namespace storage::jvm::detail {
 
@@ -17,6 +20,10 @@ enum class CreationState {
 
 /// The options that make the machine print, exit and abort through this module; they come before all others.
 [[nodiscard]] std::vector<JavaVMOption> hookOptions();
+
+/// Functions of the system with what stands in for them while a machine is made: before it has read the options above,
+/// and at a few places later, the machine ends the process and writes to its standard streams without them.
+[[nodiscard]] std::array<Import, 5> hookImports();
 
 /// Begins to keep what the machine writes, and to keep it from ending the process.
 void beginCreation();

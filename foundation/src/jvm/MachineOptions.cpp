@@ -1,11 +1,14 @@
 #include "jvm/MachineOptions.h"
 
 #include <algorithm>
+#include <array>
 #include <iterator>
 #include <utility>
 
 #include "jvm/EnvironmentOptions.h"
 #include "jvm/Failure.h"
+#include "jvm/OptionFiles.h"
+#include "jvm/OptionMatters.h"
 
 namespace storage::jvm::detail {
 
@@ -14,12 +17,21 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr char PathSeparator = ':';
+constexpr const char* ToolVariable = "JAVA_TOOL_OPTIONS";
+constexpr const char* LastVariable = "_JAVA_OPTIONS";
 
-/// Java passes silently over what is not there; a host would learn of it by a missing class, far from the cause.
+using Options = std::vector<std::string>;
+
+/// Java passes silently over what is not there; a host would learn of it by a missing class, far from the cause. A pipe
+/// would make it wait.
 void requireUsable(const fs::path& entry) {
     std::error_code error;
-    if (!fs::exists(entry, error)) {
+    const fs::file_status status = fs::status(entry, error);
+    if (!fs::exists(status)) {
         fail("Not found on the class path: " + entry.string());
+    }
+    if (!fs::is_directory(status) && !fs::is_regular_file(status)) {
+        fail("Neither a folder nor a file on the class path: " + entry.string());
     }
     if (entry.native().find(PathSeparator) != fs::path::string_type::npos) {
         fail("A colon cannot stand in an entry of the class path: " + entry.string());
@@ -37,24 +49,82 @@ std::string classPathOption(const std::vector<fs::path>& classPath) {
     return "-Djava.class.path=" + (joined.empty() ? "/dev/null" : joined);
 }
 
-void append(std::vector<std::string>& all, std::vector<std::string> more) {
-    std::ranges::move(more, std::back_inserter(all));
+void append(Options& all, const Options& more) { all.insert(all.end(), more.begin(), more.end()); }
+
+/// The defaults of an embedded machine where the host's own do not say otherwise, and those. Without the second and the
+/// third, a machine that leaves the signals alone starts the attach listener, and every machine leaves a file in /tmp.
+Options defaultsFor(const EmbeddedJVMOptions& options) {
+    Options all{"-Xrs", "-XX:+DisableAttachMechanism", "-XX:-UsePerfData", "-Xmx512m"};
+    stepBack(all, options.defaultOptions);
+    append(all, options.defaultOptions);
+    return all;
+}
+
+/// None where the size is left to Java, or to the defaults.
+Options heapOption(const EmbeddedJVMOptions& options) {
+    const std::size_t size = options.maxHeapMiB.value_or(0);
+    return size == 0 ? Options() : Options{"-Xmx" + std::to_string(size) + "m"};
+}
+
+/// Whether both are there and one file.
+bool isSameFile(std::string_view one, std::string_view other) {
+    std::error_code error;
+    return fs::equivalent(one, other, error);
+}
+
+void requireHarmless(const Options& given, const std::string& origin, const Options& defaults) {
+    for (const std::string& option : given) {
+        if (endsInArchive(option)) {
+            fail(origin + ": " + option +
+                 " makes the virtual machine write a class archive and end the process, so nothing else can be done");
+        }
+        const auto overwritten = [&option](const std::string& used) {
+            return !writtenArchive(option).empty() && isSameFile(usedArchive(used), writtenArchive(option));
+        };
+        if (std::ranges::any_of(defaults, overwritten)) {
+            fail(origin + ": " + option + " would overwrite the class archive of this program");
+        }
+    }
 }
 
 }  // namespace
 
-std::vector<std::string> machineOptions(const EmbeddedJVMOptions& options) {
-    std::vector<std::string> all = environmentOptions("JAVA_TOOL_OPTIONS");
-    // Without the last two, a machine that leaves the signals alone starts the attach listener, and every machine
-    // leaves a file in /tmp.
-    append(all, {"-Xrs", "-XX:+DisableAttachMechanism", "-XX:-UsePerfData"});
-    if (options.maxHeapMiB != 0) {
-        all.push_back("-Xmx" + std::to_string(options.maxHeapMiB) + "m");
+Options machineOptions(const EmbeddedJVMOptions& options) {
+    Options defaults = defaultsFor(options);
+    const std::array given{
+        std::pair(withOptionFiles(environmentOptions(ToolVariable), ToolVariable), std::string(ToolVariable)),
+        std::pair(withOptionFiles(options.jvmOptions, "The host's options"), std::string("The host's options")),
+        std::pair(withOptionFiles(environmentOptions(LastVariable), LastVariable), std::string(LastVariable))};
+    for (const auto& [each, origin] : given) {
+        requireHarmless(each, origin, defaults);
     }
+    for (const auto& [each, origin] : given) {
+        stepBack(defaults, each);
+    }
+    stepBack(defaults, heapOption(options));
+    if (options.maxHeapMiB == 0) {
+        stepBack(defaults, {"-Xmx"});
+    }
+    Options all = given[0].first;
+    append(all, defaults);
+    append(all, heapOption(options));
     all.push_back(classPathOption(options.classPath));
-    append(all, options.jvmOptions);
-    append(all, environmentOptions("_JAVA_OPTIONS"));
+    append(all, given[1].first);
+    append(all, given[2].first);
     return all;
+}
+
+std::string describeVariables() {
+    constexpr std::size_t longest = 300;
+    std::string text;
+    for (const char* const name : {ToolVariable, LastVariable}) {
+        if (const char* const value = secure_getenv(name); value != nullptr && *value != '\0') {
+            const std::string whole = value;
+            text += (text.empty() ? "" : ", ") + (name + ("=" + whole.substr(0, longest))) +
+                    (whole.size() > longest ? "…" : "");
+        }
+    }
+    return text;
 }
 
 }  // namespace storage::jvm::detail

@@ -75,6 +75,49 @@ TEST(FailedStartTest, MissingAgentLeavesTheProcessAlive) {
         [] { expectHalfWayFailure(withOptions({"-agentlib:nowhere"}), "Could not find agent library nowhere"); });
 }
 
+// Each of them prints and exits by the system's functions, not by the machine's hooks.
+TEST(FailedStartTest, OptionsThatEndTheMachineLeaveTheProcessAlive) {
+    inOwnProcess([] { expectHalfWayFailure(withOptions({"-XX:+PrintFlagsInitial"}), "[Global flags]"); });
+    inOwnProcess([] { expectHalfWayFailure(withOptions({"-Xlog:help"}), "-Xlog Usage"); });
+    inOwnProcess([] { expectHalfWayFailure(withOptions({"-Xinternalversion"}), "VM ("); });
+}
+
+TEST(FailedStartTest, FileOfOptionsThatIsMissingIsNamedSilently) {
+    inOwnProcess([] {
+        const test::CapturedOutput output;
+        EXPECT_THAT(failureOf(withOptions({"-XX:VMOptionsFile=/nowhere"})), HasSubstr("/nowhere"));
+        setenv("JAVA_TOOL_OPTIONS", "-XX:Flags=/nowhere", 1);
+        EXPECT_THAT(failureOf({}), AllOf(HasSubstr("JAVA_TOOL_OPTIONS"), HasSubstr("/nowhere")));
+        EXPECT_EQ(output.text(), "");
+    });
+}
+
+TEST(FailedStartTest, VariablesThatAddOptionsAreNamed) {
+    inOwnProcess([] {
+        setenv("JAVA_TOOL_OPTIONS", "-XX:+Nonsense", 1);
+        setenv("_JAVA_OPTIONS", "-Dsome=thing", 1);
+        EXPECT_THAT(failureOf({}),
+                    AllOf(HasSubstr("'Nonsense'"), HasSubstr("JAVA_TOOL_OPTIONS=-XX:+Nonsense, _JAVA_OPTIONS=-Dsome")));
+        unsetenv("JAVA_TOOL_OPTIONS");
+        unsetenv("_JAVA_OPTIONS");
+        EXPECT_THAT(failureOf(withOptions({"-nonsense"})), Not(HasSubstr("options were added")));
+    });
+}
+
+TEST(FailedStartTest, ArchiveInPlaceOfAStartIsRefusedAndAnotherStartMayFollow) {
+    inOwnProcess([] {
+        const test::TemporaryFolder folder;
+        const std::string archive = (folder.path() / "classes.jsa").string();
+        for (const char* const variable : {"JAVA_TOOL_OPTIONS", "_JAVA_OPTIONS"}) {
+            setenv(variable, ("-Xshare:dump -XX:SharedArchiveFile=" + archive).c_str(), 1);
+            EXPECT_THAT(failureOf({}), AllOf(HasSubstr(variable), HasSubstr("-Xshare:dump"), HasSubstr("archive")));
+            unsetenv(variable);
+        }
+        EXPECT_FALSE(std::filesystem::exists(archive));
+        EXPECT_NE(EmbeddedJVM::start()->getJavaVM(), nullptr);
+    });
+}
+
 TEST(FailedStartTest, LocaleAndEnvironmentAreRestoredAfterAHalfWayFailure) {
     inOwnProcess([] {
         setenv("LC_ALL", "C", 1);

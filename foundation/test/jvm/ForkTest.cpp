@@ -1,12 +1,17 @@
 #include <gmock/gmock.h>
 
 #include <optional>
+#include <thread>
 
 #include "JavaCalls.h"
 #include "OwnProcess.h"
 #include "storage/jvm/EmbeddedJVM.h"
 #include "storage/jvm/JVMWrapper.h"
 #include "storage/jvm/ThreadAttachment.h"
+
+#ifndef __has_feature
+#define __has_feature(feature) 0  // NOLINT(bugprone-reserved-identifier)
+#endif
 
 namespace {
 
@@ -42,6 +47,54 @@ TEST(ForkTest, ChildCannotStartAMachine) {
                 EXPECT_THAT(error.what(), testing::HasSubstr("forked"));
             }
         });
+    });
+}
+
+TEST(ForkTest, ChildOfARefusedStartHasItsOwnMachine) {
+    inOwnProcess([] {
+        storage::jvm::EmbeddedJVMOptions refused;
+        refused.jvmOptions = {"-nonsense"};
+        EXPECT_THROW(static_cast<void>(EmbeddedJVM::start(refused)), std::runtime_error);
+        inOwnProcess([] { EXPECT_NE(EmbeddedJVM::start()->getJavaVM(), nullptr); });
+        EXPECT_NE(EmbeddedJVM::start()->getJavaVM(), nullptr);
+        inOwnProcess([] { EXPECT_THROW(static_cast<void>(EmbeddedJVM::start()), std::runtime_error); });
+    });
+}
+
+TEST(ForkTest, ChildOfAStartThatFailedHalfWaySaysSo) {
+    inOwnProcess([] {
+        storage::jvm::EmbeddedJVMOptions failing;
+        failing.jvmOptions = {"-Xmx99999999g"};
+        EXPECT_THROW(static_cast<void>(EmbeddedJVM::start(failing)), std::runtime_error);
+        inOwnProcess([] {
+            try {
+                static_cast<void>(EmbeddedJVM::start());
+                FAIL() << "it started";
+            } catch (const std::runtime_error& error) {
+                EXPECT_THAT(error.what(), testing::HasSubstr("after one that failed half-way"));
+            }
+        });
+    });
+}
+
+// A fork in the midst of a start leaves the child a machine half-made and its locks taken.
+TEST(ForkTest, ChildOfAProcessThatStartsAMachineHasNone) {
+#if __has_feature(thread_sanitizer)
+    GTEST_SKIP() << "a child that is forked before the start would begin threads, which the sanitizer forbids";
+#endif
+    inOwnProcess([] {
+        std::thread starting([] { static_cast<void>(EmbeddedJVM::start()); });
+        for (int i = 0; i < 20; ++i) {
+            inOwnProcess([] {
+                try {
+                    static_cast<void>(EmbeddedJVM::start());
+                } catch (const std::runtime_error& error) {
+                    EXPECT_THAT(error.what(), testing::HasSubstr("forked"));
+                }
+            });
+        }
+        starting.join();
+        EXPECT_NE(EmbeddedJVM::start()->getJavaVM(), nullptr);
     });
 }
 

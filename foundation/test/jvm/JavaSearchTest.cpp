@@ -4,6 +4,7 @@
 
 #include <fstream>
 
+#include "Homes.h"
 #include "TemporaryFolder.h"
 #include "foundation/core/except/AnonymousInternalException.h"
 #include "jvm/LibjvmLoader.h"
@@ -26,12 +27,11 @@ class JavaSearchTest : public testing::Test {
 protected:
     JavaSearchTest() { places.distributionFolders = {folder.path() / "jvm"}; }
 
-    /// A Java home as far as a look from outside goes: its library is an empty file.
+    /// A Java home as far as a look from outside goes.
     fs::path makeHome(const fs::path& name, const std::string& version) const {
         const fs::path home = folder.path() / name;
+        test::makeEmptyHome(home);
         fs::create_directories(home / "bin");
-        fs::create_directories(home / "lib/server");
-        std::ofstream(home / "lib/server/libjvm.so").flush();
         std::ofstream(home / "bin/java").flush();
         fs::permissions(home / "bin/java", fs::perms::owner_all);
         if (!version.empty()) {
@@ -93,6 +93,38 @@ TEST_F(JavaSearchTest, JavaThatIsTooOldIsAProblem) {
 
 TEST_F(JavaSearchTest, HomeThatDoesNotStateItsVersionIsTried) {
     EXPECT_EQ(search(makeHome("plain", "")).front().problem, "");
+}
+
+TEST_F(JavaSearchTest, VersionIsTheHomesOwn) {
+    EXPECT_EQ(search(makeHome("given", "21.0.1")).front().version, "21.0.1");
+    EXPECT_EQ(search(makeHome("plain", "")).front().version, "");
+}
+
+TEST_F(JavaSearchTest, HomeWithoutItsClassesIsAProblem) {
+    const fs::path home = makeHome("given", "21");
+    fs::remove(home / "lib/modules");
+    EXPECT_EQ(search(home).front().problem, (home / "lib/modules").string() + ": no such file");
+}
+
+TEST_F(JavaSearchTest, ClassesMayBeInAFolder) {
+    const fs::path home = makeHome("given", "21");
+    fs::remove(home / "lib/modules");
+    fs::create_directories(home / "modules/java.base");
+    EXPECT_EQ(search(home).front().problem, "");
+}
+
+TEST_F(JavaSearchTest, WhatIsNoLibraryIsAProblem) {
+    const fs::path home = makeHome("given", "21");
+    std::ofstream(home / "lib/libjava.so") << "no library, but as long as the header of one, or a little longer: text";
+    EXPECT_THAT(search(home).front().problem, HasSubstr("libjava.so: not a library for this machine"));
+    std::ofstream(home / "lib/libjava.so").flush();
+    EXPECT_THAT(search(home).front().problem, HasSubstr("libjava.so: cut short"));
+}
+
+TEST_F(JavaSearchTest, WhatIsNoImageIsAProblem) {
+    const fs::path home = makeHome("given", "21");
+    std::ofstream(home / "lib/modules") << "no image, but as long as the header of one";
+    EXPECT_THAT(search(home).front().problem, HasSubstr("lib/modules: not a class image"));
 }
 
 TEST_F(JavaSearchTest, LinksOnPathAreResolved) {
@@ -174,9 +206,9 @@ TEST_F(JavaSearchTest, LibraryThatCannotBeLoadedIsPassedOver) {
 TEST_F(JavaSearchTest, LinkersWordsAreInTheError) {
     try {
         static_cast<void>(storage::jvm::detail::loadLibjvm(search(makeHome("broken", "17"))));
-        FAIL() << "an empty file was loaded";
+        FAIL() << "an empty library was loaded";
     } catch (const std::runtime_error& error) {
-        EXPECT_THAT(error.what(), HasSubstr("broken/lib/server/libjvm.so: file too short"));
+        EXPECT_THAT(error.what(), HasSubstr("broken/lib/server/libjvm.so: object file has no "));
     }
 }
 

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,16 +18,21 @@ struct FOUNDATION_API EmbeddedJVMOptions {
     /// Where Java is installed, the first place to look. Where it is empty or holds no usable Java, JAVA_HOME, then
     /// `java` on PATH, then the distribution's folders are tried.
     std::filesystem::path javaHome{};
-    /// Jars and folders of the system class path, in order. Each must exist and have no colon in its name. An empty
-    /// list is an empty class path, not the working folder.
+    /// Jars and folders of the system class path, in order. Each must be a folder or a file and have no colon in its
+    /// name. An empty list is an empty class path, not the working folder.
     std::vector<std::filesystem::path> classPath{};
     /// The largest Java heap in MiB; zero leaves it to Java (a quarter of the memory). The machine reserves address
-    /// space for it and uses memory as it needs.
-    std::size_t maxHeapMiB = 512;
+    /// space for it and uses memory as it needs. Where it is not stated it is 512, unless other options say otherwise.
+    std::optional<std::size_t> maxHeapMiB{};
     /// Options of the virtual machine itself (`-Dname=value`, `-XX:…`), after the defaults, so they win. The variables
     /// JAVA_TOOL_OPTIONS and _JAVA_OPTIONS count as they do for every Java: the one before the defaults, the other
     /// last.
     std::vector<std::string> jvmOptions{};
+    /// Options that the host only prefers. One of these, or of the library's own defaults, is left out when the
+    /// variables, `jvmOptions` or the stated heap decide the same: the collector, the size of the heap (also a smallest
+    /// heap that is larger), class sharing and its archive, how code is compiled, the same flag or property. Two of a
+    /// kind would be refused by the machine.
+    std::vector<std::string> defaultOptions{};
 };
 
 /// A Java virtual machine inside this process, for hosts that have none of their own.
@@ -48,10 +54,13 @@ public:
     /// Signals stay the host's (-Xrs, no attach listener), nothing the machine itself says is printed, and LC_CTYPE is
     /// UTF-8 while the machine starts, so that file names outside ASCII work under any locale; the host's locale and
     /// environment are restored afterwards. The calling thread is not left attached.
+    /// A Java home that lacks a file without which no machine begins is passed over like one without Java.
     /// Throws AnonymousInternalException<std::runtime_error> whose text names each place that was tried when no Java
-    /// is found, what is missing on the class path, or what the virtual machine said when it refused to start. After a
-    /// refusal start() may be called again, with one exception: a machine that failed half-way and would have ended the
-    /// process (a heap that cannot be had, options at odds) leaves its threads parked, and every later call fails.
+    /// is found, what is missing on the class path, or what the virtual machine said when it refused to start, with the
+    /// variables that add options. Throws too, and begins nothing, for an option that makes the machine write a class
+    /// archive and end the process (`-Xshare:dump`), wherever it stands. After a refusal start() may be called again,
+    /// with one exception: a machine that failed half-way and would have ended the process (a heap that cannot be had,
+    /// options at odds, a home that is damaged) leaves its threads parked, and every later call fails.
     /// Fails too after shutdown(), and in a child made by fork() from a process with a machine.
     [[nodiscard]] static std::shared_ptr<EmbeddedJVM> start(const EmbeddedJVMOptions& options = {});
 
@@ -95,6 +104,7 @@ struct FOUNDATION_API JavaCandidate {
     std::filesystem::path home;    ///< the Java home; empty when the origin names none
     std::filesystem::path libjvm;  ///< the library inside it; empty when there is none
     std::string problem;           ///< why it is not usable; empty for a usable one
+    std::string version{};         ///< what the home states, such as "17.0.15"; empty when it states none
 };
 
 /// Every place that start() would try for these options, in order, without loading anything. start() takes the first
