@@ -8,6 +8,7 @@
 #include "ClassPath.h"
 #include "JavaError.h"
 #include "LastFailure.h"
+#include "MemoryError.h"
 #include "Text.h"
 #include "foundation/storage/provider/IConfigurableProvider.h"
 #include "storage/javaprovider/EntryPoints.h"
@@ -33,6 +34,9 @@ std::string classPathText(const Options& options) {
 /// Java says "java.lang.NoClassDefFoundError: com/example/Nope" for a class that is nowhere, and the same with
 /// "(wrong name: …)" after it for a file that holds another class.
 std::string reason(const std::string& javaText, const Options& options) {
+    if (auto hint = memoryHint(javaText)) {
+        return *hint;
+    }
     const auto missing = "java.lang.NoClassDefFoundError: " + slashed(options.provider);
     if (oneLine(javaText) == missing) {
         return fmt::format("class not found on the class path ({})", classPathText(options));
@@ -56,7 +60,8 @@ void configure(IProvider& provider, const Options& options) {
         throw usageError(
             fmt::format("--config {}={}: the back end refuses it ({})", last.key, last.value, toString(error.code())));
     } catch (const std::exception& error) {
-        const auto text = fmt::format("cannot configure {}: {}", dotted(options.provider), error.what());
+        const auto why = memoryHint(error).value_or(error.what());
+        const auto text = fmt::format("cannot configure {}: {}", dotted(options.provider), why);
         throw CommandError({"Provider", {}, text, ExitCode::Failed});
     }
 }
@@ -108,7 +113,7 @@ BackEnd::BackEnd(std::shared_ptr<EmbeddedJVM> jvm, const Options& options)
         m_provider.reset(storage::javaprovider::buildProvider(m_jvm, m_object));
     } catch (const std::exception& error) {
         env->DeleteGlobalRef(m_object);
-        throw unusable(options, error.what());
+        throw unusable(options, memoryHint(error).value_or(error.what()));
     }
     try {
         configure(*m_provider, options);

@@ -4,15 +4,12 @@
 #include <string>
 #include <system_error>
 
-#include "JavaVersion.h"
-
 namespace jstore {
 
 namespace fs = std::filesystem;
 
 fs::path classArchiveOf(const Options& options, const storage::jvm::JavaCandidate& java) {
-    const auto version = versionOf(java.home);
-    return version.empty() ? fs::path() : options.archives / ("classes-" + version + ".jsa");
+    return java.version.empty() ? fs::path() : options.archives / ("classes-" + java.version + ".jsa");
 }
 
 bool takesClassArchive(const Options& options) {

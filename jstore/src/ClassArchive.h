@@ -9,7 +9,8 @@
 /// takes longer than all that a short command does.
 ///
 /// It is good for the very Java, jars and places of jars that it was made with. Java itself compares them, and passes
-/// over an archive that does not fit in silence.
+/// over an archive that does not fit in silence. It looks at the head only: what is damaged further on is found by the
+/// seal (see ArchiveSeal.h).
 namespace jstore {
 
 /// Where the archive for a Java is, or would be; empty when its home states no version.

@@ -7,7 +7,8 @@
 
 namespace jstore {
 
-/// The table of contents of a jar, read to tell a broken file before Java passes over it in silence.
+/// The table of contents of a jar, read to report a broken file before Java silently passes over it. Archives with
+/// other bytes before or after them count, as they do for Java.
 ///
 /// An immutable value. The members' bytes are not read or checked.
 class JarFile {

@@ -4,6 +4,7 @@
 
 #include "JavaText.h"
 #include "LastFailure.h"
+#include "MemoryError.h"
 #include "fl/i18n/text.h"
 
 namespace jstore {
@@ -48,6 +49,9 @@ std::optional<Problem> problemOf(const std::optional<JavaError>& error) {
     const auto code = std::string(toString(error->code));
     constexpr const char* loss = "what was written may be lost";
     if (error->location.empty()) {
+        if (const auto hint = memoryHint(error->text)) {
+            return Problem{MemoryCode, {}, fmt::format("{}: {}", loss, *hint), ExitCode::Failed};
+        }
         return Problem{code, {}, fmt::format("{}: {}: {}", code, loss, error->text), exitCodeOf(error->code)};
     }
     Problem problem{code, error->location, loss, exitCodeOf(error->code)};

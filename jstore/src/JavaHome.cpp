@@ -1,14 +1,13 @@
 #include "JavaHome.h"
 
 #include <fmt/format.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <filesystem>
-#include <string_view>
 #include <system_error>
 #include <utility>
 
+#include "ArchiveSeal.h"
 #include "ClassArchive.h"
 #include "ClassPath.h"
 
@@ -19,29 +18,26 @@ using storage::jvm::JavaCandidate;
 
 namespace {
 
-constexpr std::size_t HeapMiB = 128;
-
-bool choosesCollector(const std::string& option) {
-    constexpr std::string_view prefix = "-XX:+Use";
-    return option.starts_with(prefix) && option.ends_with("GC");
-}
-
-/// Whether the user says which archive to use or make; Java refuses some mixtures.
-bool choosesArchive(const std::string& option) {
-    return option.starts_with("-XX:SharedArchiveFile=") || option.starts_with("-XX:ArchiveClassesAtExit=");
-}
-
-/// Empty, or the option about the class archive that is made or used. A file that is not there, or may not be read,
-/// would cost Java even the archive of its own classes.
-std::string archiveOption(const Options& options, const JavaCandidate& java) {
-    if (!options.newArchive.empty()) {
-        return "-XX:ArchiveClassesAtExit=" + options.newArchive.string();
-    }
-    if (!takesClassArchive(options) || std::ranges::any_of(options.jvmOptions, choosesArchive)) {
+/// The class archive that commands use; empty where none is there that Java could use. One that may not be read would
+/// cost Java even the archive of its own classes, and one that is damaged would end the process.
+std::string usedArchive(const Options& options, const JavaCandidate& java) {
+    if (!takesClassArchive(options)) {
         return {};
     }
     const auto archive = classArchiveOf(options, java);
-    return ::access(archive.c_str(), R_OK) == 0 ? "-XX:SharedArchiveFile=" + archive.string() : "";
+    return isSealed(archive) ? archive.string() : "";
+}
+
+/// What jstore prefers: a small heap and the quickest start. Compiled by the quicker compiler, and a little later,
+/// since most commands are over before it pays.
+std::vector<std::string> preferredOptions(const Options& options, const JavaCandidate& java) {
+    std::vector<std::string> preferred{"-Xmx128m", "-XX:TieredStopAtLevel=1", "-XX:CompileThresholdScaling=2",
+                                       "-Xshare:auto", "-XX:+UseSerialGC"};
+    const auto archive = options.newArchive.empty() ? usedArchive(options, java) : "";
+    if (!archive.empty()) {
+        preferred.push_back("-XX:SharedArchiveFile=" + archive);
+    }
+    return preferred;
 }
 
 }  // namespace
@@ -49,21 +45,15 @@ std::string archiveOption(const Options& options, const JavaCandidate& java) {
 EmbeddedJVMOptions virtualMachineOptions(const Options& options, const JavaCandidate& java) {
     EmbeddedJVMOptions result;
     result.javaHome = options.javaHome;
-    result.maxHeapMiB = HeapMiB;
     for (const auto& entry : classPathOf(options)) {
         std::error_code ignored;  // An entry that cannot even be looked at is as good as missing.
         if (std::filesystem::exists(entry.path, ignored)) {
             result.classPath.push_back(entry.path);
         }
     }
-    // Compiled by the quicker compiler, and a little later, since most commands are over before it pays.
-    result.jvmOptions = {"-XX:TieredStopAtLevel=1", "-XX:CompileThresholdScaling=2", "-Xshare:auto"};
-    if (auto archive = archiveOption(options, java); !archive.empty()) {
-        result.jvmOptions.push_back(std::move(archive));
-    }
-    // Two collectors at once are refused, so the default steps back for the user's.
-    if (std::none_of(options.jvmOptions.begin(), options.jvmOptions.end(), choosesCollector)) {
-        result.jvmOptions.emplace_back("-XX:+UseSerialGC");
+    result.defaultOptions = preferredOptions(options, java);
+    if (!options.newArchive.empty()) {
+        result.jvmOptions.push_back("-XX:ArchiveClassesAtExit=" + options.newArchive.string());
     }
     for (const auto& mount : options.mounts) {
         result.jvmOptions.push_back(fmt::format("-Dstorage.mount.{}={}", mount.name, mount.uri));

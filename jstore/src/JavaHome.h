@@ -8,8 +8,9 @@
 
 namespace jstore {
 
-/// How the virtual machine of this Java is started for these options: a small heap and the quickest start, the user's
-/// own options last, so that they win. Entries of the class path that are not there are left out.
+/// How the virtual machine of this Java is started for these options: with a small heap and the quickest start, where
+/// the user's own options and the environment's leave that open. Entries of the class path that are not there are left
+/// out. Reads the class archive to its end.
 [[nodiscard]] storage::jvm::EmbeddedJVMOptions virtualMachineOptions(const Options& options,
                                                                      const storage::jvm::JavaCandidate& java);
 

@@ -6,6 +6,7 @@
 #include <array>
 #include <string_view>
 
+#include "MemoryError.h"
 #include "Text.h"
 #include "foundation/storage/provider/Exception.h"
 #include "progress/DisplayText.h"
@@ -106,6 +107,9 @@ std::string messageOf(const Problem& problem) {
 Problem describe(const std::exception& error, const Location& subject) {
     const auto* reported = dynamic_cast<const provider::Exception*>(&error);
     if (reported == nullptr) {
+        if (const auto hint = memoryHint(error)) {
+            return {MemoryCode, subject.text(), *hint, ExitCode::Failed};
+        }
         return {"Internal", subject.text(), error.what(), ExitCode::Failed};
     }
     const bool elsewhere = !reported->location().empty() && !sameLocation(reported->location(), subject.iri());

@@ -9,6 +9,7 @@
 #include "Inheritance.h"
 #include "Interrupt.h"
 #include "LogSink.h"
+#include "MemoryError.h"
 #include "Problem.h"
 #include "Reporter.h"
 #include "StandardStreams.h"
@@ -67,7 +68,8 @@ ExitCode runCommand(int argc, const char* const* argv) {
         writeErrorLine({"Output", {}, error.what(), ExitCode::Failed});
         return ExitCode::Failed;
     } catch (const std::exception& error) {
-        writeErrorLine({"Internal", {}, error.what(), ExitCode::Failed});
+        const auto memory = memoryHint(error);
+        writeErrorLine({memory ? MemoryCode : "Internal", {}, memory.value_or(error.what()), ExitCode::Failed});
         return ExitCode::Failed;
     }
 }

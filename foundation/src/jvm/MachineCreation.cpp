@@ -1,7 +1,10 @@
 #include "jvm/MachineCreation.h"
 
 #include <pthread.h>
+#include <sched.h>
+#include <unistd.h>
 
+#include <filesystem>
 #include <memory>
 #include <sstream>
 #include <string_view>
@@ -41,6 +44,17 @@ std::shared_ptr<Attempt> prepare(CreateJavaVM* create, const std::vector<std::st
     return attempt;
 }
 
+/// Java asks for the name of the working folder and ends where it has none. If it was removed, this thread, and those
+/// that the machine makes of it, are in the root from now on; the host's threads stay where they are.
+void leaveRemovedFolder() {
+    std::error_code error;
+    static_cast<void>(std::filesystem::current_path(error));
+    if (error && unshare(CLONE_FS) == 0) {
+        // The root is always there; were it not, Java would say so.
+        static_cast<void>(!chdir("/"));
+    }
+}
+
 /// Makes the machine, and leaves it at once: the thread that made it is no other than any that attaches.
 void run(Attempt& attempt) {
     JavaVMInitArgs arguments{};
@@ -49,6 +63,7 @@ void run(Attempt& attempt) {
     arguments.options = attempt.options.data();
     arguments.ignoreUnrecognized = JNI_FALSE;
     void* env = nullptr;
+    leaveRemovedFolder();
     attempt.error = attempt.create(&attempt.vm, &env, &arguments);
     if (attempt.error == JNI_OK) {
         detachThread(attempt.vm, static_cast<JNIEnv*>(env));

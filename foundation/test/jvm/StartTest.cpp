@@ -152,6 +152,21 @@ TEST(StartTest, EmptyClassPathIsNotTheWorkingFolder) {
     });
 }
 
+TEST(StartTest, WorkingFolderMayBeRemoved) {
+    inOwnProcess([] {
+        {
+            const test::TemporaryFolder folder;
+            std::filesystem::current_path(folder.path());
+        }
+        const auto jvm = EmbeddedJVM::start();
+        JVMWrapper wrapper(jvm->getJavaVM());
+        EXPECT_EQ(test::systemProperty(wrapper.getEnv(), "user.dir"), "/");
+        std::error_code error;
+        static_cast<void>(std::filesystem::current_path(error));
+        EXPECT_TRUE(error) << "the host's thread was moved";
+    });
+}
+
 TEST(StartTest, SignalHandlersStayTheHosts) {
     inOwnProcess([] {
         constexpr std::array signals{SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGUSR1, SIGCHLD, SIGALRM};

@@ -3,6 +3,7 @@
 
 #include <exception>
 
+#include "ArchiveSeal.h"
 #include "ClassArchive.h"
 #include "JavaVersion.h"
 #include "Text.h"
@@ -23,7 +24,11 @@ const char* whyUnused(const fs::path& file) {
     if (::access(file.c_str(), F_OK) != 0) {
         return "not there";
     }
-    return ::access(file.c_str(), R_OK) == 0 ? "not used: Java, its options or the jars are others" : "may not be read";
+    if (::access(file.c_str(), R_OK) != 0) {
+        return "may not be read";
+    }
+    return isSealed(file) ? "not used: Java, its options or the jars are others"
+                          : "not used: it is damaged, or was made by another version of jstore";
 }
 
 }  // namespace
@@ -46,7 +51,7 @@ Check archive(const Options& options, const JavaCandidate& java) {
 
 Check makeArchive(const Options& options, const JavaCandidate& java) {
     constexpr int oldest = 13;
-    const auto version = versionOf(java.home);
+    const auto& version = java.version;
     if (majorOf(version) < oldest) {
         return {Mark::Failure, Subject, version.empty() ? NoVersion : "Java " + version + " cannot make one",
                 fmt::format("name Java {} or newer with --java-home", oldest)};

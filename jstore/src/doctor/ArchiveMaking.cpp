@@ -12,6 +12,7 @@
 #include <string>
 #include <system_error>
 
+#include "ArchiveSeal.h"
 #include "BackEnd.h"
 #include "Descriptor.h"
 #include "Interrupt.h"
@@ -122,6 +123,7 @@ void makeClassArchive(const Options& options, const fs::path& archive) {
         if (!end.well || !fs::exists(making.newArchive)) {
             throw std::runtime_error(end.words.empty() ? "Java ended without a word; is the disk full?" : end.words);
         }
+        seal(making.newArchive);
         complete(making.newArchive);
         fs::rename(making.newArchive, archive);
     } catch (...) {

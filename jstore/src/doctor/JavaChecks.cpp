@@ -19,9 +19,8 @@ using storage::jvm::JavaCandidate;
 namespace {
 
 /// The home's version as an addition to a line; empty when it states none.
-std::string versionNote(const std::filesystem::path& home) {
-    const auto version = versionOf(home);
-    return version.empty() ? "" : " (Java " + version + ")";
+std::string versionNote(const JavaCandidate& candidate) {
+    return candidate.version.empty() ? "" : " (Java " + candidate.version + ")";
 }
 
 constexpr int OldestJava = 11;
@@ -29,7 +28,7 @@ constexpr int OldestJava = 11;
 Check checkOf(const JavaCandidate& candidate, const JavaCandidate* chosen) {
     if (candidate.problem.empty()) {
         const auto* const role = &candidate == chosen ? ": used" : ": not needed";
-        return {Mark::Ok, "java home", describe(candidate) + versionNote(candidate.home) + role, {}};
+        return {Mark::Ok, "java home", describe(candidate) + versionNote(candidate) + role, {}};
     }
     const bool named = !candidate.home.empty() && candidate.origin != "distribution folder";
     return {named ? Mark::Warning : Mark::Ok, "java home", describe(candidate),

@@ -17,7 +17,7 @@ using doctor::Mark;
 
 namespace {
 
-const char* wordOf(Mark mark) {
+const char* markWord(Mark mark) {
     switch (mark) {
         case Mark::Ok:
             return "ok";
@@ -105,13 +105,13 @@ private:
 
     void print(const Check& check) {
         auto& reporter = m_context->reporter();
-        reporter.line(fmt::format("{:<4}  {:<12}  {}", wordOf(check.mark), check.subject, oneLine(check.detail)));
+        reporter.line(fmt::format("{:<4}  {:<12}  {}", markWord(check.mark), check.subject, oneLine(check.detail)));
         if (!check.hint.empty()) {
             reporter.line(fmt::format("{:<4}  {:<12}  -> {}", "", "", oneLine(check.hint)));
         }
         Reporter::Fields fields = {{"check", check.subject},
                                    {"ok", check.mark != Mark::Failure},
-                                   {"mark", check.mark == Mark::Failure ? "fail" : wordOf(check.mark)},
+                                   {"mark", check.mark == Mark::Failure ? "fail" : markWord(check.mark)},
                                    {"detail", oneLine(check.detail)}};
         if (!check.hint.empty()) {
             fields["hint"] = oneLine(check.hint);

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -130,6 +131,65 @@ TEST_F(ArchiveTest, WhatIsNoArchiveIsPassedOverInSilence) {
     EXPECT_THAT(installed({"ls", location()}), Prints("document.txt\n"));
     EXPECT_THAT(installed({"doctor"}), Prints(ContainsRegex("warn +archive +.*: not used")));
     EXPECT_THAT(make(), Prints(Uses));
+}
+
+TEST_F(ArchiveTest, DamagedOneIsPassedOver) {
+    make();
+    const auto archive = archives().front();
+    const auto whole = contentOf(archive);
+    for (const auto place : {whole.size() / 4, whole.size() / 2, whole.size() - 100}) {
+        auto damaged = whole;
+        damaged.replace(place, 64, 64, '\x5a');
+        std::ofstream(archive, std::ios::binary) << damaged;
+        EXPECT_THAT(installed({"ls", location()}), Prints("document.txt\n")) << "damaged at " << place;
+    }
+    EXPECT_THAT(installed({"doctor"}), Prints(ContainsRegex("warn +archive +.*: not used: it is damaged")));
+    EXPECT_THAT(make(), Prints(Uses));
+}
+
+TEST_F(ArchiveTest, OneThatHasLostItsEndIsPassedOver) {
+    make();
+    const auto archive = archives().front();
+    for (const std::uintmax_t divisor : {2, 20}) {
+        fs::resize_file(archive, fs::file_size(archive) / divisor);
+        EXPECT_THAT(installed({"ls", location()}), Prints("document.txt\n"));
+    }
+    EXPECT_THAT(make(), Prints(Uses));
+}
+
+TEST_F(ArchiveTest, PipeInItsPlaceIsPassedOver) {
+    make();
+    const auto archive = archives().front();
+    fs::remove(archive);
+    ASSERT_EQ(0, ::mkfifo(archive.c_str(), 0600));
+    EXPECT_THAT(installed({"ls", location()}), Prints("document.txt\n"));
+}
+
+/// Where an option stands that has Java write an archive in place of a command.
+struct DumpCase {
+    const char* variable;
+    std::string value;
+};
+
+TEST_F(ArchiveTest, IsNotOverwrittenByAnOptionOfTheEnvironment) {
+    make();
+    const auto archive = archives().front();
+    const auto before = contentOf(archive);
+    const auto file = m_listed.file("options", "-Xshare:dump").string();
+    const std::vector<DumpCase> cases{{"JAVA_TOOL_OPTIONS", "-Xshare:dump"},
+                                      {"_JAVA_OPTIONS", "-Xshare:dump"},
+                                      {"JAVA_TOOL_OPTIONS", "-XX:+DumpSharedSpaces"},
+                                      {"_JAVA_OPTIONS", "-XX:VMOptionsFile=" + file},
+                                      {"_JAVA_OPTIONS", "-XX:ArchiveClassesAtExit=" + archive.string()}};
+    for (const auto& [variable, value] : cases) {
+        const auto outcome = Jstore({"ls", location()}).through(programIn(m_root)).with(variable, value).run();
+        EXPECT_THAT(outcome,
+                    FailsWith(1, AllOf(HasSubstr("Java does not start: "), HasSubstr(variable), HasSubstr("archive"))))
+            << value;
+        EXPECT_EQ(before, contentOf(archive)) << value;
+    }
+    EXPECT_THAT(installed({"--jvm-option", "-Xshare:dump", "ls", location()}), FailsWith(1, HasSubstr("archive")));
+    EXPECT_EQ(before, contentOf(archive));
 }
 
 TEST_F(ArchiveTest, IsLeftOutWithAClassPath) {

@@ -1,3 +1,7 @@
+#include <sys/stat.h>
+
+#include <filesystem>
+
 #include "support/Matchers.h"
 #include "support/TemporaryFolder.h"
 
@@ -40,13 +44,48 @@ TEST(DoctorTest, NoJavaIsSeven) {
                       HasSubstr("-> install"), ContainsRegex("ok +class path")));
 }
 
+/// A home whose files look right from outside: each library is this program.
+void makeWrongHome(const TemporaryFolder& home) {
+    home.folder("lib/server");
+    for (const auto* const library : {"lib/server/libjvm.so", "lib/libjava.so", "lib/libjimage.so"}) {
+        std::filesystem::create_symlink(JSTORE_PROGRAM, home / library);
+    }
+    home.file("lib/modules", "\xda\xda\xfe\xca" + std::string(40, '\0'));
+}
+
 TEST(DoctorTest, LibraryThatCannotBeLoadedIsSeven) {
     const TemporaryFolder home;
-    home.folder("lib/server");
-    home.file("lib/server/libjvm.so", "no library");
+    makeWrongHome(home);
+    std::filesystem::remove(home / "lib/server/libjvm.so");
+    std::filesystem::copy_file(JSTORE_PROGRAM, home / "lib/server/libjvm.so");
     const auto outcome = jstore({"--java-home", home.path().string(), "doctor"});
     EXPECT_EQ(7, outcome.exitCode);
     EXPECT_THAT(outcome.out, ContainsRegex("FAIL +java +.*libjvm.so cannot be loaded"));
+}
+
+TEST(DoctorTest, HomeThatLacksItsClassesIsSeven) {
+    const TemporaryFolder home;
+    makeWrongHome(home);
+    std::filesystem::remove(home / "lib/modules");
+    std::filesystem::remove(home / "lib/server/libjvm.so");
+    std::filesystem::copy_file(JSTORE_PROGRAM, home / "lib/server/libjvm.so");
+    const auto place = home.path().string();
+    const auto outcome = jstore({"--java-home", place, "doctor"});
+    EXPECT_EQ(7, outcome.exitCode);
+    EXPECT_THAT(outcome.out, HasSubstr("given home " + place + ": " + place + "/lib/modules: no such file"));
+    EXPECT_THAT(jstore({"--java-home", place, "ls", place}),
+                FailsWith(7, HasSubstr(place + "/lib/modules: no such file")));
+}
+
+TEST(DoctorTest, PipesAreNotWaitedFor) {
+    const TemporaryFolder home;
+    makeWrongHome(home);
+    ASSERT_EQ(0, ::mkfifo((home / "release").c_str(), 0600));
+    ASSERT_EQ(0, ::mkfifo((home / "pipe.jar").c_str(), 0600));
+    const auto outcome =
+        jstore({"--java-home", home.path().string(), "--class-path", (home / "pipe.jar").string(), "doctor"});
+    EXPECT_EQ(7, outcome.exitCode);
+    EXPECT_THAT(outcome.out, ContainsRegex("FAIL +class path +.*pipe.jar .*neither a folder nor a jar"));
 }
 
 TEST(DoctorTest, WrongJavaHomeIsAWarning) {

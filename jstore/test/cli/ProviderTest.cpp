@@ -84,6 +84,65 @@ TEST_F(ProviderTest, BrokenJarIsNamed) {
                 FailsWith(1, "jstore: class path entry " + jar + " (--class-path): not a zip archive"));
 }
 
+TEST_F(ProviderTest, JarBehindAScriptIsUsed) {
+    const auto jar = m_folder.file("x.jar", "#!/bin/sh\nexec java -jar \"$0\"\n" + contentOf(JSTORE_TEST_BACKENDS));
+    EXPECT_THAT(jstore({"--class-path", jar.string(), "--provider", "com.corvallen.jstore.test.LingeringProvider",
+                        "touch", "java:///x"}),
+                IsSilentlyDone());
+}
+
+/// A variable with options for Java, all of which jstore's own preferences would be at odds with.
+struct Surroundings {
+    const char* variable;
+    const char* value;
+};
+
+TEST(EnvironmentTest, OptionsInTheEnvironmentWinOverPreferences) {
+    for (const auto& [variable, value] : {Surroundings{"JAVA_TOOL_OPTIONS", "-XX:+UseG1GC"},
+                                          {"_JAVA_OPTIONS", "-XX:+UseParallelGC"},
+                                          {"JAVA_TOOL_OPTIONS", "-Xms512m"},
+                                          {"_JAVA_OPTIONS", "-Xmx32m -Xms16m"},
+                                          {"JAVA_TOOL_OPTIONS", "-Xshare:on"},
+                                          {"_JAVA_OPTIONS", "-Xshare:off"},
+                                          {"JAVA_TOOL_OPTIONS", "-XX:SharedArchiveFile=/nowhere.jsa"},
+                                          {"_JAVA_OPTIONS", "-Xint"},
+                                          {"JAVA_TOOL_OPTIONS", "-XX:-TieredCompilation"},
+                                          {"JDK_JAVA_OPTIONS", "-nonsense"}}) {
+        const auto outcome = Jstore({"exists", "/nonexistent"}).with(variable, value).run();
+        EXPECT_EQ("missing\n", outcome.out + outcome.err) << variable << "=" << value;
+    }
+}
+
+/// jstore in a working folder that is removed before it starts.
+Outcome withoutFolder(std::vector<std::string> arguments) {
+    const TemporaryFolder folder;
+    const auto place = folder.folder("gone").string();
+    return Jstore(std::move(arguments))
+        .in(place)
+        .through({"/bin/sh", "-c", "rmdir '" + place + "' && exec \"$0\" \"$@\""})
+        .run();
+}
+
+TEST(WorkingFolderTest, IsNotNeededForAbsoluteLocations) {
+    const TemporaryFolder folder;
+    folder.file("a");
+    EXPECT_THAT(withoutFolder({"ls", folder.path().string()}), Prints("a\n"));
+    EXPECT_THAT(withoutFolder({"ls", "java://" + folder.path().string()}), Prints("a\n"));
+    EXPECT_THAT(withoutFolder({"--mount", "m=" + folder.path().string(), "ls", "java://m/"}), Prints("a\n"));
+}
+
+TEST(WorkingFolderTest, RelativeLocationSaysThatItIsMissing) {
+    EXPECT_THAT(withoutFolder({"ls", "a"}), FailsWith(3, StartsWith("jstore: NotFound: a: no working folder: ")));
+}
+
+TEST(EnvironmentTest, ErrorNamesTheVariable) {
+    for (const auto* const variable : {"JAVA_TOOL_OPTIONS", "_JAVA_OPTIONS"}) {
+        EXPECT_THAT(Jstore({"exists", "/nonexistent"}).with(variable, "-XX:+NoSuchOption").run(),
+                    FailsWith(1, AllOf(StartsWith("jstore: Java does not start: "), HasSubstr("NoSuchOption"),
+                                       HasSubstr(std::string(variable) + "=-XX:+NoSuchOption"))));
+    }
+}
+
 }  // namespace
 
 }  // namespace jstore::test

@@ -61,6 +61,37 @@ TEST_F(ClassPathTest, DamagedTableOfContentsIsAProblem) {
     EXPECT_THAT(problemOfFile(blotted), HasSubstr("damaged"));
 }
 
+TEST_F(ClassPathTest, JarMayFollowAProgramThatUnpacksIt) {
+    const ClassPathEntry jar{m_folder.file("x.jar", "#!/bin/sh\nexec java -jar \"$0\" \"$@\"\n" + m_jar), ""};
+    EXPECT_EQ("", problemOf(jar));
+    EXPECT_TRUE(holdsClass(jar, "com.corvallen.jstore.test.EmptyProvider"));
+    EXPECT_EQ("", problemOfFile(std::string(100000, 'x') + m_jar));
+}
+
+TEST_F(ClassPathTest, JarMayHaveBytesAfterIt) {
+    EXPECT_EQ("", problemOfFile(m_jar + "a signature, or a line that an upload has added"));
+    EXPECT_EQ("", problemOfFile("before" + m_jar + "after"));
+    EXPECT_EQ("not a zip archive", problemOfFile(m_jar + std::string(70000, 'x')));
+}
+
+TEST_F(ClassPathTest, JarWithoutMembersIsNoProblem) { EXPECT_EQ("", problemOfFile("PK\5\6" + std::string(18, '\0'))); }
+
+TEST_F(ClassPathTest, CommentMayLookLikeAnEnd) {
+    auto jar = m_jar;
+    const std::string comment = "PK\5\6" + std::string(30, 'x');
+    jar[jar.size() - 2] = static_cast<char>(comment.size());
+    EXPECT_EQ("", problemOfFile(jar + comment));
+}
+
+TEST_F(ClassPathTest, TableOfContentsBeforeTheFileIsAProblem) {
+    auto jar = m_jar;
+    jar[jar.size() - 3] = '\x7f';  // the highest byte of the place where the table begins
+    EXPECT_THAT(problemOfFile(jar), HasSubstr("damaged"));
+    jar = m_jar;
+    jar[jar.size() - 7] = '\x7f';  // the same of its size
+    EXPECT_THAT(problemOfFile(jar), HasSubstr("damaged"));
+}
+
 TEST_F(ClassPathTest, PipeIsAProblem) {
     const auto path = m_folder / "pipe";
     ASSERT_EQ(0, ::mkfifo(path.c_str(), 0600));

@@ -2,13 +2,13 @@
 
 #include <gmock/gmock.h>
 
+#include "ArchiveSeal.h"
 #include "JavaVersion.h"
 #include "support/TemporaryFolder.h"
 
 namespace jstore {
 
 using storage::jvm::JavaCandidate;
-using ::testing::AllOf;
 using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
@@ -16,34 +16,33 @@ using ::testing::Not;
 
 namespace {
 
-TEST(JavaHomeTest, UserOptionsComeLast) {
+TEST(JavaHomeTest, PreferencesAreApartFromTheUsersOptions) {
     Options options;
     options.jvmOptions = {"-Xmx1g", "-Da=b"};
     options.mounts = {{"data", "file:///srv"}};
-    EXPECT_THAT(virtualMachineOptions(options, {}).jvmOptions,
-                ElementsAre("-XX:TieredStopAtLevel=1", "-XX:CompileThresholdScaling=2", "-Xshare:auto",
-                            "-XX:+UseSerialGC", "-Dstorage.mount.data=file:///srv", "-Xmx1g", "-Da=b"));
-}
-
-TEST(JavaHomeTest, CollectorStepsBackForTheUsers) {
-    Options options;
-    options.jvmOptions = {"-XX:+UseG1GC"};
-    EXPECT_THAT(virtualMachineOptions(options, {}).jvmOptions, Not(Contains("-XX:+UseSerialGC")));
-    EXPECT_THAT(virtualMachineOptions(options, {}).jvmOptions, Contains("-XX:+UseG1GC"));
+    const auto machine = virtualMachineOptions(options, {});
+    EXPECT_THAT(machine.defaultOptions,
+                ElementsAre("-Xmx128m", "-XX:TieredStopAtLevel=1", "-XX:CompileThresholdScaling=2", "-Xshare:auto",
+                            "-XX:+UseSerialGC"));
+    EXPECT_THAT(machine.jvmOptions, ElementsAre("-Dstorage.mount.data=file:///srv", "-Xmx1g", "-Da=b"));
+    EXPECT_EQ(std::nullopt, machine.maxHeapMiB);
 }
 
 class ClassArchiveOptionTest : public ::testing::Test {
 protected:
-    ClassArchiveOptionTest() {
-        m_folder.file("release", "IMPLEMENTOR=\"Some\"\nJAVA_VERSION=\"17.0.1\"\nLIBC=\"gnu\"\n");
-        m_options.archives = m_folder.path();
-    }
+    ClassArchiveOptionTest() { m_options.archives = m_folder.path(); }
 
-    [[nodiscard]] std::vector<std::string> machineOptions() const {
-        return virtualMachineOptions(m_options, {"", m_folder.path(), "", ""}).jvmOptions;
+    [[nodiscard]] storage::jvm::EmbeddedJVMOptions machine() const {
+        return virtualMachineOptions(m_options, {"", m_folder.path(), "", "", "17.0.1"});
     }
+    [[nodiscard]] std::vector<std::string> preferred() const { return machine().defaultOptions; }
     [[nodiscard]] std::string used() const {
         return "-XX:SharedArchiveFile=" + (m_folder.path() / "classes-17.0.1.jsa").string();
+    }
+    std::string sealedFile(const std::string& name) const {
+        const auto file = m_folder.file(name, "classes");
+        seal(file);
+        return file.string();
     }
 
     test::TemporaryFolder m_folder;
@@ -51,43 +50,37 @@ protected:
 };
 
 TEST_F(ClassArchiveOptionTest, ArchiveIsUsedIfItIsThere) {
-    EXPECT_THAT(machineOptions(), Not(Contains(used())));
-    m_folder.file("classes-17.0.1.jsa");
-    EXPECT_THAT(machineOptions(), Contains(used()));
+    EXPECT_THAT(preferred(), Not(Contains(used())));
+    sealedFile("classes-17.0.1.jsa");
+    EXPECT_THAT(preferred(), Contains(used()));
     m_options.classPath = {"/usr"};
-    EXPECT_THAT(machineOptions(), Not(Contains(used())));
+    EXPECT_THAT(preferred(), Not(Contains(used())));
     m_options.classPath = {};
     m_options.environmentClassPath = "/usr";
-    EXPECT_THAT(machineOptions(), Not(Contains(used())));
+    EXPECT_THAT(preferred(), Not(Contains(used())));
+}
+
+TEST_F(ClassArchiveOptionTest, ArchiveWithoutASealIsNotUsed) {
+    m_folder.file("classes-17.0.1.jsa", "classes");
+    EXPECT_THAT(preferred(), Not(Contains(used())));
 }
 
 TEST_F(ClassArchiveOptionTest, ArchiveOfAnotherVersionIsLeftAlone) {
-    m_folder.file("classes-17.0.2.jsa");
-    EXPECT_THAT(machineOptions(), Not(Contains(HasSubstr("SharedArchiveFile"))));
-}
-
-TEST_F(ClassArchiveOptionTest, ArchiveStepsBackForTheUsers) {
-    m_folder.file("classes-17.0.1.jsa");
-    for (const auto* const own : {"-XX:SharedArchiveFile=/own.jsa", "-XX:ArchiveClassesAtExit=/own.jsa"}) {
-        m_options.jvmOptions = {own};
-        EXPECT_THAT(machineOptions(), AllOf(Contains(own), Not(Contains(used()))));
-    }
-}
-
-TEST_F(ClassArchiveOptionTest, VersionIsTheReleasesOwn) {
-    EXPECT_EQ("17.0.1", versionOf(m_folder.path()));
-    EXPECT_EQ("", versionOf("/nonexistent"));
-    m_folder.file("release", "MODULES=\"java.base\"\n");
-    EXPECT_EQ("", versionOf(m_folder.path()));
-    EXPECT_EQ(17, majorOf("17.0.1"));
-    EXPECT_EQ(1, majorOf("1.8.0"));
-    EXPECT_EQ(0, majorOf(""));
+    sealedFile("classes-17.0.2.jsa");
+    EXPECT_THAT(preferred(), Not(Contains(HasSubstr("SharedArchiveFile"))));
 }
 
 TEST_F(ClassArchiveOptionTest, NewArchiveStandsForTheOld) {
-    m_folder.file("classes-17.0.1.jsa");
+    sealedFile("classes-17.0.1.jsa");
     m_options.newArchive = "/new.jsa";
-    EXPECT_THAT(machineOptions(), AllOf(Contains("-XX:ArchiveClassesAtExit=/new.jsa"), Not(Contains(used()))));
+    EXPECT_THAT(preferred(), Not(Contains(used())));
+    EXPECT_THAT(machine().jvmOptions, Contains("-XX:ArchiveClassesAtExit=/new.jsa"));
+}
+
+TEST(JavaVersionTest, FirstNumberIsTheMajorOne) {
+    EXPECT_EQ(17, majorOf("17.0.1"));
+    EXPECT_EQ(1, majorOf("1.8.0"));
+    EXPECT_EQ(0, majorOf(""));
 }
 
 TEST(JavaHomeTest, HomeAndTheClassPathThatIsThereAreHandedOver) {

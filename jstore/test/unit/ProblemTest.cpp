@@ -78,6 +78,26 @@ TEST(ReasonTest, IsOneHarmlessLineThatEnds) {
     EXPECT_TRUE(longest.ends_with("end"));
 }
 
+TEST(ProblemTest, WantOfMemoryNamesTheOption) {
+    const Location subject(StorageIRI(u"java:///x"));
+    const std::string line =
+        "jstore: OutOfMemory: java:///x: no memory is left in Java; --jvm-option -Xmx1g gives it more";
+    EXPECT_EQ(line, errorLine(describe(std::bad_alloc(), subject)));
+    for (const auto* const text : {"java.lang.OutOfMemoryError: Java heap space", "java.lang.OutOfMemoryError",
+                                   "java.lang.OutOfMemoryError: GC overhead limit exceeded",
+                                   "java.lang.RuntimeException: java.lang.OutOfMemoryError: Java heap space"}) {
+        EXPECT_EQ(line, errorLine(describe(std::runtime_error(text), subject)));
+    }
+    EXPECT_EQ(ExitCode::Failed, describe(std::bad_alloc(), subject).exitCode);
+}
+
+TEST(ProblemTest, WantOfOtherMemoryIsInJavasWords) {
+    const Location subject(StorageIRI(u"java:///x"));
+    const std::runtime_error error("java.lang.OutOfMemoryError: unable to create native thread");
+    EXPECT_EQ("jstore: OutOfMemory: java:///x: no memory is left in Java: unable to create native thread",
+              errorLine(describe(error, subject)));
+}
+
 class DescribeTest : public ::testing::Test {
 protected:
     [[nodiscard]] std::string lineFor(ErrorCode code, std::u16string location) const {
