@@ -29,14 +29,26 @@ struct Attempt {
     CreateJavaVM* create = nullptr;
     std::vector<std::string> texts;
     std::vector<JavaVMOption> options;
+    bool folderIsRemoved = false;  ///< the process's working folder is
     jint error = JNI_OK;
     JavaVM* vm = nullptr;
 };
 
+bool hasWorkingFolder() {
+    std::error_code error;
+    static_cast<void>(std::filesystem::current_path(error));
+    return !error;
+}
+
 std::shared_ptr<Attempt> prepare(CreateJavaVM* create, const std::vector<std::string>& options) {
     auto attempt = std::make_shared<Attempt>();
     attempt->create = create;
-    attempt->texts = options;
+    attempt->folderIsRemoved = !hasWorkingFolder();
+    if (attempt->folderIsRemoved) {
+        // Or the first use of a path on a thread of the host's fails, and with it every later one.
+        attempt->texts.emplace_back("-Dsun.nio.fs.chdirAllowed=true");
+    }
+    attempt->texts.insert(attempt->texts.end(), options.begin(), options.end());
     attempt->options = hookOptions();
     for (std::string& text : attempt->texts) {
         attempt->options.push_back({text.data(), nullptr});
@@ -44,12 +56,10 @@ std::shared_ptr<Attempt> prepare(CreateJavaVM* create, const std::vector<std::st
     return attempt;
 }
 
-/// Java asks for the name of the working folder and ends where it has none. If it was removed, this thread, and those
-/// that the machine makes of it, are in the root from now on; the host's threads stay where they are.
+/// Where the working folder was removed, Java's classes would miss it. This thread, and those that the machine makes of
+/// it, are in the root from now on; the host's threads stay where they are.
 void leaveRemovedFolder() {
-    std::error_code error;
-    static_cast<void>(std::filesystem::current_path(error));
-    if (error && unshare(CLONE_FS) == 0) {
+    if (unshare(CLONE_FS) == 0) {
         // The root is always there; were it not, Java would say so.
         static_cast<void>(!chdir("/"));
     }
@@ -63,7 +73,9 @@ void run(Attempt& attempt) {
     arguments.options = attempt.options.data();
     arguments.ignoreUnrecognized = JNI_FALSE;
     void* env = nullptr;
-    leaveRemovedFolder();
+    if (attempt.folderIsRemoved) {
+        leaveRemovedFolder();
+    }
     attempt.error = attempt.create(&attempt.vm, &env, &arguments);
     if (attempt.error == JNI_OK) {
         detachThread(attempt.vm, static_cast<JNIEnv*>(env));

@@ -161,6 +161,8 @@ TEST(StartTest, WorkingFolderMayBeRemoved) {
         const auto jvm = EmbeddedJVM::start();
         JVMWrapper wrapper(jvm->getJavaVM());
         EXPECT_EQ(test::systemProperty(wrapper.getEnv(), "user.dir"), "/");
+        const test::TemporaryFolder folder;
+        EXPECT_EQ(test::createFile(wrapper.getEnv(), (folder.path() / "file").u16string()), "");
         std::error_code error;
         static_cast<void>(std::filesystem::current_path(error));
         EXPECT_TRUE(error) << "the host's thread was moved";
