@@ -84,7 +84,7 @@ TEST(ForkTest, ChildOfAProcessThatStartsAMachineHasNone) {
 #endif
     inOwnProcess([] {
         std::thread starting([] { static_cast<void>(EmbeddedJVM::start()); });
-        for (int i = 0; i < 20; ++i) {
+        for (int i = 0; i < 5; ++i) {
             inOwnProcess([] {
                 try {
                     static_cast<void>(EmbeddedJVM::start());
