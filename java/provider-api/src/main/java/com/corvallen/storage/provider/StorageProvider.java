@@ -185,7 +185,8 @@ public interface StorageProvider {
      *
      * @param location which
      * @param lastModified milliseconds since 1970-01-01 00:00:00 UTC, negative before that
-     * @throws ProviderException with NOT_FOUND if nothing is there
+     * @throws ProviderException with NOT_FOUND if nothing is there, NOT_SUPPORTED for what has no time that can be set,
+     *     such as a pipe, IN_USE if a channel holds the file exclusively and the time cannot be set beside it
      */
     default void setLastModified(StorageURI location, long lastModified) throws ProviderException {
         throw new ProviderException(ErrorCode.NOT_SUPPORTED, location);
@@ -265,7 +266,8 @@ public interface StorageProvider {
     default void dispose() {}
 
     /**
-     * Returns the extended attributes of a file or folder.
+     * Returns the extended attributes of a file or folder. One that cannot be read, because it is denied or not offered
+     * for this file, is left out; a storage that fails is an error.
      *
      * <p>A back end with links says which folders are links by the attribute {@code basic:isSymbolicLink} with the value
      * {@code true}: a host's recursive listings ask for it before they enter a folder, and do not enter a link.

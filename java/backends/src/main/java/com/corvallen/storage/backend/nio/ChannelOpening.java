@@ -12,10 +12,18 @@ import java.nio.file.OpenOption;
 import java.nio.file.Path;
 import java.nio.file.StandardOpenOption;
 import java.nio.file.attribute.BasicFileAttributes;
+import java.util.Objects;
 import java.util.Set;
 
-/** Opens files. */
+/**
+ * Opens files. A file is looked at before it is opened: what is none is not opened at all, and what a channel of this
+ * process holds exclusively must not be. As another may have taken its name in between, it is looked at again after
+ * that.
+ */
 final class ChannelOpening {
+    /** How often one is opened that is replaced at just that moment. */
+    private static final int MAX_ATTEMPTS = 1000;
+
     private static final Set<OpenOption> READ = Set.of(StandardOpenOption.READ);
     private static final Set<OpenOption> READ_WRITE = Set.of(StandardOpenOption.READ, StandardOpenOption.WRITE);
 
@@ -32,10 +40,39 @@ final class ChannelOpening {
     }
 
     ProviderChannel forReading() throws IOException, ProviderException {
+        return untilSame(this::tryReading);
+    }
+
+    ProviderChannel forWriting(boolean create, boolean truncate, boolean exclusive)
+            throws IOException, ProviderException {
+        return untilSame(() -> tryWriting(create, truncate, exclusive));
+    }
+
+    /** What was opened is not what was found. */
+    private static final class ReplacedException extends IOException {
+        private static final long serialVersionUID = 1;
+
+        ReplacedException(Path path) {
+            super(path.toString());
+        }
+    }
+
+    private ProviderChannel untilSame(IoQuery<ProviderChannel> attempt) throws IOException, ProviderException {
+        for (int i = 0; i < MAX_ATTEMPTS; i++) {
+            try {
+                return attempt.run();
+            } catch (ReplacedException e) {
+                continue;
+            }
+        }
+        throw failure(ErrorCode.IN_USE, "is replaced again and again");
+    }
+
+    private ProviderChannel tryReading() throws IOException, ProviderException {
         Found found = find(/* create= */ false);
         OpenFiles.Use use = begin(found, OpenFiles.Mode.READ);
         try {
-            SeekableByteChannel channel = cache.open(found, () -> open(found.path, READ));
+            SeekableByteChannel channel = cache.open(found, () -> open(found, READ));
             return channel(channel, use, /* writable= */ false);
         } catch (IOException | RuntimeException | ProviderException e) {
             use.close();
@@ -43,7 +80,7 @@ final class ChannelOpening {
         }
     }
 
-    ProviderChannel forWriting(boolean create, boolean truncate, boolean exclusive)
+    private ProviderChannel tryWriting(boolean create, boolean truncate, boolean exclusive)
             throws IOException, ProviderException {
         Found found = find(create);
         OpenFiles.Use use = begin(found, exclusive ? OpenFiles.Mode.EXCLUSIVE : OpenFiles.Mode.WRITE);
@@ -57,12 +94,7 @@ final class ChannelOpening {
     }
 
     private Found find(boolean create) throws IOException, ProviderException {
-        Found found = findOrCreate(create).requireFile();
-        if (found.attributes.isOther()) {
-            // To open a pipe blocks until someone opens its other end, and a device does as it likes.
-            throw failure(ErrorCode.NOT_SUPPORTED, "is neither a file nor a folder");
-        }
-        return found;
+        return findOrCreate(create).requireFile().requireOpenable();
     }
 
     private Found findOrCreate(boolean create) throws IOException, ProviderException {
@@ -78,7 +110,7 @@ final class ChannelOpening {
         return Found.at(location, mount);
     }
 
-    private OpenFiles.Use begin(Found found, OpenFiles.Mode mode) throws ProviderException {
+    private OpenFiles.Use begin(Found found, OpenFiles.Mode mode) throws IOException, ProviderException {
         OpenFiles.Use use = OpenFiles.begin(found, mode);
         if (use == null) {
             throw failure(ErrorCode.IN_USE, "is open already");
@@ -89,7 +121,7 @@ final class ChannelOpening {
     /** Empties the file last, when nothing can refuse it any more. */
     private SeekableByteChannel openForWriting(Found found, boolean truncate, boolean exclusive)
             throws IOException, ProviderException {
-        SeekableByteChannel channel = open(found.path, READ_WRITE);
+        SeekableByteChannel channel = open(found, READ_WRITE);
         try {
             if (!ProcessLock.obtain(channel, found.fileSystem(), exclusive)) {
                 throw failure(ErrorCode.IN_USE, "is locked by another process");
@@ -102,6 +134,30 @@ final class ChannelOpening {
             channel.close();
             throw e;
         }
+    }
+
+    private static SeekableByteChannel open(Found found, Set<OpenOption> options)
+            throws IOException, ProviderException {
+        SeekableByteChannel channel = open(found.path, options);
+        if (!FileSystemTraits.isSharedByProcesses(found.fileSystem())) {
+            return channel;
+        }
+        BasicFileAttributes now = null;
+        try {
+            now = EntryKind.attributesOf(found.path);
+        } finally {
+            if (!isSame(now, found)) {
+                OpenFiles.discard(new Found(found.location, found.path, now), channel);
+            }
+        }
+        if (!isSame(now, found)) {
+            throw new ReplacedException(found.path);
+        }
+        return channel;
+    }
+
+    private static boolean isSame(BasicFileAttributes now, Found found) {
+        return now != null && Objects.equals(now.fileKey(), found.attributes.fileKey());
     }
 
     /** A zip archive's plain channels for writing begin with an empty file, whatever is there; file channels do not. */

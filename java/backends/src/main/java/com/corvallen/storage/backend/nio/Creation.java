@@ -2,19 +2,17 @@ package com.corvallen.storage.backend.nio;
 
 import com.corvallen.storage.provider.ProviderException;
 import java.io.IOException;
-import java.nio.channels.FileChannel;
 import java.nio.file.FileAlreadyExistsException;
 import java.nio.file.FileSystemException;
 import java.nio.file.Files;
 import java.nio.file.Path;
-import java.nio.file.StandardOpenOption;
 
 /** Creates files and folders, exclusively: what has the name already stays as it is, a link that leads nowhere too. */
 final class Creation {
     private Creation() {}
 
     static void createFile(Entry entry) throws IOException, ProviderException {
-        create(entry, () -> Files.createFile(entry.path));
+        create(entry, () -> OpenFiles.creating(entry.path, () -> Files.createFile(entry.path)));
     }
 
     static void createFolder(Entry entry) throws IOException, ProviderException {
@@ -51,7 +49,7 @@ final class Creation {
     /** Creates an empty file unless one is there; through a link that leads nowhere, the one that it names. */
     static void createIfMissing(Path path) throws IOException, ProviderException {
         if (FileSystemTraits.createsExclusively(path.getFileSystem())) {
-            FileChannel.open(path, StandardOpenOption.CREATE, StandardOpenOption.WRITE).close();
+            createOnDisk(path);
             return;
         }
         FileSystemLocks.locked(path.getFileSystem(), () -> {
@@ -59,5 +57,16 @@ final class Creation {
                 Files.createFile(path);
             }
         });
+    }
+
+    /** What is there by now is not opened: to close it again would take the locks of this process off it. */
+    private static void createOnDisk(Path path) throws IOException, ProviderException {
+        try {
+            OpenFiles.creating(path, () -> Files.createFile(path));
+        } catch (FileAlreadyExistsException e) {
+            if (Files.isSymbolicLink(path) && EntryKind.of(path) == EntryKind.MISSING) {
+                createOnDisk(path.resolveSibling(Files.readSymbolicLink(path)));
+            }
+        }
     }
 }

@@ -84,6 +84,7 @@ final class ErrorTable {
             entry("text file busy", ErrorCode.IN_USE),
             entry("device or resource busy", ErrorCode.IN_USE),
             entry("being used by another process", ErrorCode.IN_USE),
+            entry("is open exclusively", ErrorCode.IN_USE),
             entry("file name too long", ErrorCode.INVALID_LOCATION),
             entry("too many levels of symbolic links", ErrorCode.INVALID_LOCATION),
             entry("invalid argument", ErrorCode.INVALID_LOCATION),
@@ -95,6 +96,7 @@ final class ErrorTable {
             entry("stale file handle", ErrorCode.UNAVAILABLE),
             entry("transport endpoint is not connected", ErrorCode.UNAVAILABLE),
             entry("no such device", ErrorCode.UNAVAILABLE),
+            entry("mount point not found", ErrorCode.UNAVAILABLE),
             entry("host is down", ErrorCode.UNAVAILABLE),
             entry("connection timed out", ErrorCode.UNAVAILABLE));
 

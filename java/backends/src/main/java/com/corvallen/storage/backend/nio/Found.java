@@ -33,17 +33,38 @@ final class Found {
         return path.getFileSystem();
     }
 
+    /** The path to open it by: of a folder, one that leads nowhere if something else has taken its name. */
+    Path openedPath() {
+        return attributes.isDirectory() ? Names.asFolder(path) : path;
+    }
+
     Found requireFile() throws ProviderException {
         if (attributes.isDirectory()) {
-            throw new ProviderException(ErrorCode.NOT_A_FILE, location, location + " is a folder");
+            throw failure(ErrorCode.NOT_A_FILE, "is a folder");
         }
         return this;
     }
 
     Found requireFolder() throws ProviderException {
         if (!attributes.isDirectory()) {
-            throw new ProviderException(ErrorCode.NOT_A_FOLDER, location, location + " is a file");
+            throw failure(ErrorCode.NOT_A_FOLDER, "is a file");
         }
         return this;
+    }
+
+    /** Tells whether it is a file or folder. Opening a pipe waits for its other end, and a device does as it likes. */
+    boolean isOpenable() {
+        return !attributes.isOther();
+    }
+
+    Found requireOpenable() throws ProviderException {
+        if (!isOpenable()) {
+            throw failure(ErrorCode.NOT_SUPPORTED, "is neither a file nor a folder");
+        }
+        return this;
+    }
+
+    ProviderException failure(ErrorCode code, String what) {
+        return new ProviderException(code, location, location + " " + what);
     }
 }

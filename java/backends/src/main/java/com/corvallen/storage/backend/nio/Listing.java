@@ -35,11 +35,16 @@ final class Listing extends SimpleFileVisitor<Path> {
 
     static FolderListEntry[] of(Found found, Mount mount) throws IOException, ProviderException {
         found.requireFolder();
-        // A walk does not enter a link, not even at its beginning.
-        Path start = Files.isSymbolicLink(found.path) ? found.path.toRealPath() : found.path;
+        Path start = startOf(found);
         Listing listing = new Listing(found.location, start, mount);
         Files.walkFileTree(start, EnumSet.noneOf(FileVisitOption.class), /* maxDepth= */ 1, listing);
         return listing.entries.toArray(new FolderListEntry[0]);
+    }
+
+    /** A walk does not enter a link, not even at its beginning. */
+    private static Path startOf(Found found) throws IOException {
+        Path start = found.openedPath();
+        return start.equals(found.path) && Files.isSymbolicLink(start) ? start.toRealPath() : start;
     }
 
     @Override

@@ -1,5 +1,6 @@
 package com.corvallen.storage.backend.nio;
 
+import java.nio.file.FileSystems;
 import java.nio.file.InvalidPathException;
 import java.nio.file.Path;
 import java.util.List;
@@ -40,6 +41,14 @@ final class Names {
             path = child(path, name);
         }
         return path;
+    }
+
+    /**
+     * Returns a path that leads to a folder only: if a pipe has taken its name in the meantime, to open that would
+     * block. File systems other than the default one, whose paths may know no such name, get it as it is.
+     */
+    static Path asFolder(Path folder) {
+        return folder.getFileSystem().equals(FileSystems.getDefault()) ? folder.resolve(".") : folder;
     }
 
     /** Returns the last name of a path, such that {@link #child} finds it again. */

@@ -38,11 +38,13 @@ import java.util.Objects;
  * copied first and the source removed last. While a move is under way, entries whose names begin with {@code .storage-}
  * may exist beside the target.
  *
- * <p><b>Open files.</b> Exclusive use holds within the process, and on the default file system against other processes
- * that ask for locks. A zip archive takes one writer for each file, and neither removes nor moves what is being written.
+ * <p><b>Open files.</b> Only files and folders are ever opened; a pipe, socket or device has attributes, moves and can
+ * be removed. Exclusive use holds within the process, and on the default file system against other processes that ask
+ * for locks, whatever else this provider does with the file: what would open it besides is left out or IN_USE. A zip
+ * archive takes one writer for each file, and neither removes nor moves what is being written.
  *
  * <p><b>Events</b> tell the differences between looks at the storage, taken when its watch service says so, or every
- * second where there is none.
+ * second where there is none, or where a look has failed.
  *
  * <p>Safe on any thread; every operation may block on the storage.
  */
@@ -50,6 +52,7 @@ public final class NioProvider implements StorageProvider, AutoCloseable {
     private final Mounts mounts = new Mounts();
     private final ContentCache cache = new ContentCache();
     private final ChannelSet channels = new ChannelSet();
+    private final AttributeViews attributes = new AttributeViews(new OwnerNames());
     private final Watcher watcher;
 
     /** Makes a provider. Mounts are opened when they are first used. */
@@ -136,7 +139,7 @@ public final class NioProvider implements StorageProvider, AutoCloseable {
 
     @Override
     public ExtendedAttributes getExtendedAttributes(StorageURI location) throws ProviderException {
-        return Failures.translated(location, () -> AttributeViews.of(found(location), entry(location).isLink()));
+        return Failures.translated(location, () -> attributes.of(found(location), entry(location).isLink()));
     }
 
     @Override
@@ -163,8 +166,8 @@ public final class NioProvider implements StorageProvider, AutoCloseable {
     /**
      * Begins to send the events of a file, or of a folder and everything below it. What is told is the difference
      * between two looks; what comes and goes in between is told as a file, if at all. A rename is a removal and an
-     * addition. Links are not entered. A watch ends with SelfRemoved. Who caused a change is not known, so the origin is
-     * null.
+     * addition. Links are not entered. A watch ends with SelfRemoved. Who caused a change is not known, so the origin
+     * is null.
      */
     @Override
     public void publishEventsFor(StorageURI location, EventPublisher publisher) throws ProviderException {

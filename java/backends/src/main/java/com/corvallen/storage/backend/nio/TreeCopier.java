@@ -25,7 +25,16 @@ final class TreeCopier {
         } else if (isWithinArchive(from, to)) {
             ArchiveCopy.copy(from, to);
         } else {
+            copy(from, to);
+        }
+    }
+
+    private static void copy(Path from, Path to) throws IOException {
+        OpenFiles.Use use = OpenFiles.reading(from);
+        try {
             Files.copy(from, to, StandardCopyOption.COPY_ATTRIBUTES, LinkOption.NOFOLLOW_LINKS);
+        } finally {
+            use.close();
         }
     }
 

@@ -1,11 +1,12 @@
 package com.corvallen.storage.backend.nio;
 
+import com.corvallen.storage.provider.ErrorCode;
+import com.corvallen.storage.provider.ProviderException;
 import java.io.IOException;
 import java.nio.ByteBuffer;
 import java.nio.charset.CharacterCodingException;
 import java.nio.charset.StandardCharsets;
 import java.nio.file.Files;
-import java.nio.file.Path;
 import java.nio.file.attribute.UserDefinedFileAttributeView;
 import java.util.Arrays;
 import java.util.Base64;
@@ -21,51 +22,60 @@ final class UserAttributes {
     static final String PREFIX = "user:";
     private static final String ENCODED = "base64:";
 
-    private final Path path;
+    private final Found found;
 
     /** Null if the file system has no such attributes at all. */
     private final UserDefinedFileAttributeView view;
 
-    UserAttributes(Path path) {
-        this.path = path;
-        this.view = Files.getFileAttributeView(path, UserDefinedFileAttributeView.class);
+    UserAttributes(Found found) {
+        this(found, Files.getFileAttributeView(found.openedPath(), UserDefinedFileAttributeView.class));
     }
 
-    void readInto(Map<String, String> values) throws IOException {
-        for (String name : names()) {
-            byte[] value = read(name);
+    UserAttributes(Found found, UserDefinedFileAttributeView view) {
+        this.found = found;
+        this.view = view;
+    }
+
+    /**
+     * Adds what can be read to the values. The platform opens what it reads them of, so there are none of what is never
+     * opened, none that this process may not read, and none of a file while one of its channels holds it exclusively.
+     */
+    void readInto(Map<String, String> values) throws IOException, ProviderException {
+        if (view != null && found.isOpenable()) {
+            OpenFiles.briefly(found, () -> readAllInto(values));
+        }
+    }
+
+    private void readAllInto(Map<String, String> values) throws IOException, ProviderException {
+        List<String> names = readable(view::list);
+        if (names == null) {
+            return;
+        }
+        for (String name : names) {
+            byte[] value = readable(() -> read(name));
             if (value != null) {
                 values.put(PREFIX + name, textOf(value));
             }
         }
     }
 
-    private List<String> names() throws IOException {
-        if (view == null) {
-            return List.of();
-        }
-        try {
-            return view.list();
-        } catch (IOException e) {
-            // One file system may span disks of which some can and others cannot.
-            if (!Files.getFileStore(path).supportsFileAttributeView(UserDefinedFileAttributeView.class)) {
-                return List.of();
-            }
-            throw e;
-        }
+    /** Among those that cannot be read are those that are gone meanwhile, and names that are not text. */
+    private byte[] read(String name) throws IOException {
+        ByteBuffer value = ByteBuffer.allocate(view.size(name));
+        view.read(name, value);
+        return Arrays.copyOf(value.array(), value.position());
     }
 
-    /** Returns null for what is gone meanwhile, and for a name that is not text, which Java cannot ask for. */
-    private byte[] read(String name) throws IOException {
+    /** Returns null for what cannot be read here; throws if only now it cannot, because the storage fails. */
+    private static <T> T readable(IoQuery<T> query) throws IOException, ProviderException {
         try {
-            ByteBuffer value = ByteBuffer.allocate(view.size(name));
-            view.read(name, value);
-            return Arrays.copyOf(value.array(), value.position());
+            return query.run();
         } catch (IOException e) {
-            if (!view.list().contains(name) || name.indexOf('\ufffd') >= 0) {
-                return null;
+            ErrorCode code = ErrorTable.codeOf(e);
+            if (code == ErrorCode.UNAVAILABLE || code == ErrorCode.NOT_FOUND) {
+                throw e;
             }
-            throw e;
+            return null;
         }
     }
 

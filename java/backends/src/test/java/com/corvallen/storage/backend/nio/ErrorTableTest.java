@@ -111,6 +111,7 @@ class ErrorTableTest {
         "Text file busy, IN_USE",
         "Device or resource busy, IN_USE",
         "The file is being used by another process, IN_USE",
+        "is open exclusively, IN_USE",
         "File name too long, INVALID_LOCATION",
         "Too many levels of symbolic links, INVALID_LOCATION",
         "Invalid argument, INVALID_LOCATION",
@@ -122,6 +123,7 @@ class ErrorTableTest {
         "Stale file handle, UNAVAILABLE",
         "Transport endpoint is not connected, UNAVAILABLE",
         "No such device, UNAVAILABLE",
+        "Mount point not found, UNAVAILABLE",
         "Host is down, UNAVAILABLE",
         "Connection timed out, UNAVAILABLE",
         "Something else, UNKNOWN"

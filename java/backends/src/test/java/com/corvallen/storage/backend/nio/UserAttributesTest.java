@@ -2,14 +2,19 @@ package com.corvallen.storage.backend.nio;
 
 import static org.junit.jupiter.api.Assertions.assertEquals;
 import static org.junit.jupiter.api.Assertions.assertFalse;
+import static org.junit.jupiter.api.Assertions.assertSame;
+import static org.junit.jupiter.api.Assertions.assertThrows;
 import static org.junit.jupiter.api.Assertions.assertTrue;
 
 import com.corvallen.storage.contract.StorageUnderTest;
 import com.corvallen.storage.provider.ExtendedAttribute;
 import com.corvallen.storage.provider.StorageURI;
 import com.google.common.jimfs.Configuration;
+import java.io.IOException;
 import java.nio.ByteBuffer;
 import java.nio.charset.StandardCharsets;
+import java.nio.file.AccessDeniedException;
+import java.nio.file.FileSystemException;
 import java.nio.file.Files;
 import java.nio.file.Path;
 import java.nio.file.attribute.FileTime;
@@ -25,6 +30,7 @@ import org.junit.jupiter.api.Nested;
 import org.junit.jupiter.api.Test;
 import org.junit.jupiter.params.ParameterizedTest;
 import org.junit.jupiter.params.provider.CsvSource;
+import org.junit.jupiter.params.provider.ValueSource;
 
 /** What extended attributes hold, on the file systems that have them. */
 class UserAttributesTest {
@@ -55,6 +61,85 @@ class UserAttributesTest {
             assertEquals("0", all.get("basic:size"));
         } finally {
             storage.tearDown();
+        }
+    }
+
+    /** Attributes that behave as the platform's do. */
+    private static final class View implements UserDefinedFileAttributeView {
+        private final Map<String, IOException> failures;
+
+        View(Map<String, IOException> failures) {
+            this.failures = failures;
+        }
+
+        private void access(String name) throws IOException {
+            if (failures.containsKey(name)) {
+                throw failures.get(name);
+            }
+        }
+
+        @Override
+        public String name() {
+            return "user";
+        }
+
+        @Override
+        public List<String> list() throws IOException {
+            access("list");
+            return List.of("a", "b", "c");
+        }
+
+        @Override
+        public int size(String name) throws IOException {
+            access(name);
+            return 1;
+        }
+
+        @Override
+        public int read(String name, ByteBuffer target) {
+            target.put((byte) 'v');
+            return 1;
+        }
+
+        @Override
+        public int write(String name, ByteBuffer source) {
+            throw new UnsupportedOperationException();
+        }
+
+        @Override
+        public void delete(String name) {
+            throw new UnsupportedOperationException();
+        }
+    }
+
+    private static Map<String, String> readFrom(View view) throws Exception {
+        Path path = Path.of("").toAbsolutePath();
+        Found found = new Found(new StorageURI("java://" + path), path, EntryKind.attributesOf(path));
+        Map<String, String> values = new LinkedHashMap<>();
+        new UserAttributes(found, view).readInto(values);
+        return values;
+    }
+
+    @Test
+    void valueThatCannotBeReadIsLeftOut() throws Exception {
+        Map<String, IOException> failures = Map.of(
+                "a", new AccessDeniedException("f"), "b", new FileSystemException("f", null, "No data available"));
+        assertEquals(Map.of("user:c", "v"), readFrom(new View(failures)));
+    }
+
+    @ParameterizedTest
+    @ValueSource(strings = {"Permission denied", "Operation not supported", "something else"})
+    void attributesThatCannotBeReadAreLeftOut(String reason) throws Exception {
+        assertEquals(Map.of(), readFrom(new View(Map.of("list", new FileSystemException("f", null, reason)))));
+    }
+
+    /** What can be read another time is not called missing. */
+    @ParameterizedTest
+    @ValueSource(strings = {"Too many open files", "Input/output error"})
+    void storageThatFailsIsReported(String reason) {
+        for (String where : List.of("list", "b")) {
+            FileSystemException failure = new FileSystemException("f", null, reason);
+            assertSame(failure, assertThrows(IOException.class, () -> readFrom(new View(Map.of(where, failure)))));
         }
     }
 
@@ -129,6 +214,16 @@ class UserAttributesTest {
     class OnDisk extends Cases {
         OnDisk() {
             super(NioStorage::ofFolder);
+        }
+
+        @Test
+        void fileThatCannotBeReadHasTheOthers() throws Exception {
+            StorageURI a = file("hello", "a");
+            Files.setPosixFilePermissions(path("a"), PosixFilePermissions.fromString("-w-------"));
+            Assumptions.assumeFalse(Files.isReadable(path("a")), "permissions do not stop this user");
+            Map<String, String> all = UserAttributesTest.read(storage, a);
+            assertEquals("5", all.get("basic:size"));
+            assertEquals("-w-------", all.get("posix:permissions"));
         }
     }
 
