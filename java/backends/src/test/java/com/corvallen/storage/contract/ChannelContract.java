@@ -87,6 +87,37 @@ public abstract class ChannelContract extends OperationContract {
     }
 
     @ParameterizedTest
+    @ValueSource(longs = {1L << 53, Long.MAX_VALUE - 2, Long.MAX_VALUE})
+    void noPositionIsTooFar(long far) throws Exception {
+        StorageURI a = file("hello", "a");
+        for (boolean writable : new boolean[] {false, true}) {
+            try (ProviderChannel channel = open(a, writable)) {
+                channel.position(far);
+                assertEquals(far, channel.position());
+                assertEquals(-1, channel.read(ByteBuffer.allocateDirect(10)));
+                assertEquals(far, channel.position());
+                channel.position(1);
+                assertEquals("ello", ChannelText.read(channel));
+            }
+        }
+    }
+
+    @ParameterizedTest
+    @ValueSource(longs = {Long.MAX_VALUE - 2, Long.MAX_VALUE})
+    void fileThatCannotBeSoLongIsFull(long far) throws Exception {
+        StorageURI a = file("hello", "a");
+        try (ProviderChannel channel = open(a, /* writable= */ true)) {
+            channel.position(far);
+            assertFails(ErrorCode.STORAGE_FULL, a, () -> channel.write(ChannelText.direct("1234567890")));
+            assertEquals(far, channel.position());
+            assertEquals(5, channel.size());
+            channel.position(5);
+            ChannelText.write(channel, "!");
+        }
+        assertFile("hello!", a);
+    }
+
+    @ParameterizedTest
     @ValueSource(booleans = {false, true})
     void negativePositionIsInvalid(boolean writable) throws Exception {
         StorageURI a = file("hello", "a");

@@ -41,8 +41,9 @@ public interface ProviderChannel extends AutoCloseable {
      *
      * @param source the bytes
      * @return the number of bytes written; fewer than {@code source.remaining()} are allowed
-     * @throws ProviderException with ACCESS_DENIED if the channel is read-only, STORAGE_FULL if there is no room,
-     *     UNAVAILABLE if it is closed or the storage is gone; some bytes may have been written then
+     * @throws ProviderException with ACCESS_DENIED if the channel is read-only, STORAGE_FULL if there is no room or no
+     *     file can be so long, UNAVAILABLE if it is closed or the storage is gone; some bytes may have been written
+     *     then
      */
     int write(ByteBuffer source) throws ProviderException;
 
@@ -55,8 +56,8 @@ public interface ProviderChannel extends AutoCloseable {
     long position() throws ProviderException;
 
     /**
-     * Sets the position. A position behind the end is allowed: reading there meets the end of the file, and writing
-     * there makes the file longer.
+     * Sets the position. A position past the end is allowed, however far: reading there meets the end of the file, and
+     * writing there makes the file longer, or is STORAGE_FULL where no file can be so long.
      *
      * @param position bytes from the beginning of the file
      * @throws ProviderException with INVALID_LOCATION if the position is negative (the host passes on what a seek

@@ -10,7 +10,7 @@ public final class ProviderStorageInfo {
      * unsigned: a negative one becomes a huge one.
      *
      * @param storageCapacity bytes in all
-     * @param spaceOccupied bytes in use
+     * @param spaceOccupied bytes in use; what is left of the capacity is what the process can still write
      */
     public ProviderStorageInfo(long storageCapacity, long spaceOccupied) {
         this.storageCapacity = storageCapacity;
@@ -27,7 +27,7 @@ public final class ProviderStorageInfo {
     }
 
     /**
-     * Returns how much of it is in use.
+     * Returns how much of it is in use, or kept for others: all but what the process can still write.
      *
      * @return bytes
      */

@@ -4,6 +4,7 @@ import com.corvallen.storage.provider.ErrorCode;
 import com.corvallen.storage.provider.ProviderChannel;
 import com.corvallen.storage.provider.ProviderException;
 import com.corvallen.storage.provider.StorageURI;
+import java.io.IOException;
 import java.nio.ByteBuffer;
 import java.nio.channels.SeekableByteChannel;
 
@@ -17,6 +18,9 @@ final class NioChannel implements ProviderChannel {
     private final SeekableByteChannel channel;
     private final boolean writable;
 
+    /** A position that the file system has no number for; negative while the channel itself is where it should be. */
+    private long beyond = -1;
+
     NioChannel(StorageURI location, OpenFile file, boolean writable) {
         this.location = location;
         this.file = file;
@@ -27,7 +31,7 @@ final class NioChannel implements ProviderChannel {
     @Override
     public synchronized int read(ByteBuffer target) throws ProviderException {
         requireOpen();
-        return Failures.translated(location, () -> channel.read(target));
+        return Failures.translated(location, () -> readHere(target));
     }
 
     @Override
@@ -36,13 +40,13 @@ final class NioChannel implements ProviderChannel {
         if (!writable) {
             throw new ProviderException(ErrorCode.ACCESS_DENIED, location, location + " is open for reading only");
         }
-        return Failures.translated(location, () -> channel.write(source));
+        return Failures.translated(location, () -> writeHere(source));
     }
 
     @Override
     public synchronized long position() throws ProviderException {
         requireOpen();
-        return Failures.translated(location, () -> channel.position());
+        return Failures.translated(location, () -> beyond < 0 ? channel.position() : beyond);
     }
 
     @Override
@@ -52,7 +56,7 @@ final class NioChannel implements ProviderChannel {
             throw new ProviderException(
                     ErrorCode.INVALID_LOCATION, location, location + " has no position " + position);
         }
-        Failures.translated(location, () -> channel.position(position));
+        Failures.translated(location, () -> moveTo(position));
     }
 
     @Override
@@ -64,6 +68,62 @@ final class NioChannel implements ProviderChannel {
     @Override
     public synchronized void close() throws ProviderException {
         Failures.translated(location, () -> file.close());
+    }
+
+    private void moveTo(long position) throws IOException {
+        beyond = -1;
+        try {
+            channel.position(position);
+        } catch (IOException | IllegalArgumentException e) {
+            if (e instanceof IOException && ErrorTable.codeOf(e) != ErrorCode.INVALID_LOCATION) {
+                throw e;
+            }
+            beyond = position;
+        }
+    }
+
+    private int readHere(ByteBuffer target) throws IOException {
+        if (beyond >= 0) {
+            return endOf(target);
+        }
+        try {
+            return channel.read(target);
+        } catch (IOException e) {
+            if (cannotReach(target) && channel.position() >= channel.size()) {
+                return endOf(target);
+            }
+            throw e;
+        }
+    }
+
+    private static int endOf(ByteBuffer target) {
+        return target.hasRemaining() ? -1 : 0;
+    }
+
+    private int writeHere(ByteBuffer source) throws IOException, ProviderException {
+        if (beyond >= 0) {
+            if (source.hasRemaining()) {
+                throw tooLong();
+            }
+            return 0;
+        }
+        try {
+            return channel.write(source);
+        } catch (IOException | RuntimeException e) {
+            if (cannotReach(source)) {
+                throw tooLong();
+            }
+            throw e;
+        }
+    }
+
+    /** Tells whether a buffer would end at a position that no file has; the system calls that an invalid argument. */
+    private boolean cannotReach(ByteBuffer buffer) throws IOException {
+        return channel.isOpen() && channel.position() > Long.MAX_VALUE - buffer.remaining();
+    }
+
+    private ProviderException tooLong() {
+        return new ProviderException(ErrorCode.STORAGE_FULL, location, location + " cannot be so long here");
     }
 
     private void requireOpen() throws ProviderException {
