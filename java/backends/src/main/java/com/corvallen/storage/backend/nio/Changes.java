@@ -3,15 +3,31 @@ package com.corvallen.storage.backend.nio;
 import com.corvallen.storage.provider.EntryType;
 import com.corvallen.storage.provider.EventKind;
 import com.corvallen.storage.provider.StorageURI;
+import java.util.ArrayDeque;
 import java.util.ArrayList;
+import java.util.Deque;
 import java.util.List;
 
-/** What was found to have changed, in the order in which it is told, until no lock is held any more. */
+/**
+ * What one look finds: the changes, in the order in which they are told, until no lock is held any more, and folders
+ * that are still to be looked into. Those wait here and not on the stack, so no tree is too deep.
+ */
 final class Changes {
     private final List<Runnable> events = new ArrayList<>();
+    private final Deque<WatchedFolder> folders = new ArrayDeque<>();
 
     void add(Watch watch, EventKind kind, StorageURI changed, EntryType type) {
         events.add(() -> watch.publish(kind, changed, type));
+    }
+
+    /** Remembers a folder to be looked into. */
+    void add(WatchedFolder folder) {
+        folders.push(folder);
+    }
+
+    /** Returns a folder that has not been looked into, null if there is none. */
+    WatchedFolder nextFolder() {
+        return folders.poll();
     }
 
     void publish() {

@@ -9,11 +9,8 @@ import java.nio.file.WatchKey;
 import java.util.ArrayList;
 import java.util.HashMap;
 import java.util.IdentityHashMap;
-import java.util.LinkedHashSet;
 import java.util.List;
 import java.util.Map;
-import java.util.Set;
-import java.util.function.Consumer;
 
 /**
  * Who listens to which key. A file system gives the same key for a folder however often it is asked, so a key has
@@ -27,9 +24,22 @@ final class KeyRing {
     /** By file system; null for those that signal nothing. */
     private final Map<FileSystem, Signals> bySystem = new IdentityHashMap<>();
 
-    private final Map<WatchKey, Set<SignalListener>> listeners = new HashMap<>();
-    private final Map<SignalListener, WatchKey> keys = new IdentityHashMap<>();
+    private final Map<WatchKey, KeyListeners> listeners = new HashMap<>();
+    private final Map<SignalListener, Registration> registrations = new IdentityHashMap<>();
     private volatile List<Signals> signals = List.of();
+
+    /** What a listener listens to. */
+    private static final class Registration {
+        final WatchKey key;
+
+        /** Null for everything in the folder. */
+        final Path name;
+
+        Registration(WatchKey key, Path name) {
+            this.key = key;
+            this.name = name;
+        }
+    }
 
     KeyRing(Signals.Opener opener) {
         this.opener = opener;
@@ -42,15 +52,25 @@ final class KeyRing {
 
     /** Has a folder signalled to a listener, if its file system can; otherwise it is to be polled. */
     void register(SignalListener listener, Path folder) {
+        register(listener, folder, /* name= */ null);
+    }
+
+    /** The same, with signals about one of the children only. However many others listen, they are not asked. */
+    void register(SignalListener listener, Path folder, Path name) {
         WatchKey key = keyOf(folder);
-        if (key != null && key.equals(keys.get(listener))) {
+        if (key != null && key.equals(keyHeldBy(listener))) {
             return;
         }
         unregister(listener);
         if (key != null) {
-            keys.put(listener, key);
-            listeners.computeIfAbsent(key, unused -> new LinkedHashSet<>()).add(listener);
+            registrations.put(listener, new Registration(key, name));
+            listeners.computeIfAbsent(key, unused -> new KeyListeners()).add(listener, name);
         }
+    }
+
+    private WatchKey keyHeldBy(SignalListener listener) {
+        Registration registration = registrations.get(listener);
+        return registration == null ? null : registration.key;
     }
 
     /** Some limit on keys may be reached, or the folder may not be read, or be gone: it is polled then. */
@@ -90,46 +110,45 @@ final class KeyRing {
     }
 
     void unregister(SignalListener listener) {
-        WatchKey key = keys.remove(listener);
-        if (key == null) {
+        Registration registration = registrations.remove(listener);
+        if (registration == null) {
             return;
         }
-        Set<SignalListener> others = listeners.get(key);
-        others.remove(listener);
+        KeyListeners others = listeners.get(registration.key);
+        others.remove(listener, registration.name);
         if (others.isEmpty()) {
-            listeners.remove(key);
-            key.cancel();
+            listeners.remove(registration.key);
+            registration.key.cancel();
         }
     }
 
     boolean isSignalled(SignalListener listener) {
-        WatchKey key = keys.get(listener);
+        WatchKey key = keyHeldBy(listener);
         return key != null && key.isValid();
     }
 
     /** Tells whether a folder was signalled, and is no more, as it is when it was removed and made again. */
     boolean isLost(SignalListener listener) {
-        WatchKey key = keys.get(listener);
+        WatchKey key = keyHeldBy(listener);
         return key != null && !key.isValid();
     }
 
-    /** Passes on what a key has to tell. */
+    /** Passes on what a key has to tell. Listeners come and go meanwhile; whoever has left is not told any more. */
     void dispatch(WatchKey key, Changes changes) {
-        List<WatchEvent<?>> events = key.pollEvents();
+        KeyListeners concerned = listeners.get(key);
         try {
-            tell(key, listener -> listener.signalled(events, changes));
-        } finally {
-            if (!key.reset()) {
-                tell(key, listener -> listener.lost(changes));
+            List<WatchEvent<?>> events = key.pollEvents();
+            if (concerned != null) {
+                concerned.signal(events, changes, listener -> key.equals(keyHeldBy(listener)));
             }
-        }
-    }
-
-    /** Listeners come and go meanwhile; whoever has left is not told any more. */
-    private void tell(WatchKey key, Consumer<SignalListener> what) {
-        for (SignalListener listener : List.copyOf(listeners.getOrDefault(key, Set.of()))) {
-            if (key.equals(keys.get(listener))) {
-                what.accept(listener);
+        } catch (RuntimeException | Error e) {
+            if (concerned != null) {
+                concerned.missed();
+            }
+            throw e;
+        } finally {
+            if (!key.reset() && concerned != null) {
+                concerned.lost(changes, listener -> key.equals(keyHeldBy(listener)));
             }
         }
     }
@@ -150,7 +169,7 @@ final class KeyRing {
         }
         bySystem.clear();
         listeners.clear();
-        keys.clear();
+        registrations.clear();
         publishSignals();
     }
 }

@@ -8,6 +8,9 @@ interface SignalListener {
     /** Something has happened in the folder. */
     void signalled(List<WatchEvent<?>> events, Changes changes);
 
+    /** Something has happened, and to look at it has failed. */
+    void missed();
+
     /** The folder is not signalled any more: it is gone, or its file system is. */
     void lost(Changes changes);
 }

@@ -3,6 +3,7 @@ package com.corvallen.storage.backend.nio;
 import com.corvallen.storage.provider.EntryType;
 import com.corvallen.storage.provider.EventKind;
 import com.corvallen.storage.provider.EventPublisher;
+import com.corvallen.storage.provider.ProviderException;
 import com.corvallen.storage.provider.StorageURI;
 import java.io.IOException;
 import java.lang.System.Logger.Level;
@@ -13,6 +14,7 @@ import java.nio.file.Path;
 import java.nio.file.StandardWatchEventKinds;
 import java.nio.file.WatchEvent;
 import java.nio.file.attribute.BasicFileAttributes;
+import java.util.ArrayList;
 import java.util.HashSet;
 import java.util.List;
 import java.util.Set;
@@ -29,6 +31,9 @@ final class Watch implements SignalListener {
     private final Path path;
     private final StorageURI location;
 
+    /** Mount and names, since one location may be written in several ways. */
+    private final List<String> key;
+
     /** Null for a file. */
     private final WatchedFolder content;
 
@@ -36,15 +41,28 @@ final class Watch implements SignalListener {
     private EntryState self;
     private volatile EventPublisher publisher;
     private volatile boolean stopped;
+    private boolean ended;
 
-    Watch(Watcher watcher, Found found, Mount mount, EventPublisher publisher) throws IOException {
+    Watch(Watcher watcher, Found found, Mount mount, EventPublisher publisher)
+            throws IOException, ProviderException {
         this.watcher = watcher;
         this.mount = mount;
         this.path = found.path.toRealPath();
         this.location = found.location;
+        this.key = keyOf(location);
         this.publisher = publisher;
         this.content = found.attributes.isDirectory() ? new WatchedFolder(this, location, path) : null;
         this.self = new EntryState(found.attributes, content == null ? EntryType.File : EntryType.Folder);
+    }
+
+    static List<String> keyOf(StorageURI location) throws ProviderException {
+        List<String> key = new ArrayList<>(location.getSegments());
+        key.add(0, location.getMountName());
+        return key;
+    }
+
+    List<String> key() {
+        return key;
     }
 
     KeyRing keys() {
@@ -58,13 +76,15 @@ final class Watch implements SignalListener {
     /** Takes in what is there, without telling it. The folder above a mount is outside, and not looked at. */
     void open() {
         if (!path.equals(mount.root())) {
-            keys().register(this, path.getParent());
+            keys().register(this, path.getParent(), path.getFileName());
         }
         Changes untold = new Changes();
-        if (content != null) {
-            content.refresh(untold);
-        } else {
+        if (content == null) {
             check(/* modified= */ false, untold);
+            return;
+        }
+        for (WatchedFolder folder = content; folder != null; folder = untold.nextFolder()) {
+            folder.refresh(untold);
         }
     }
 
@@ -73,10 +93,6 @@ final class Watch implements SignalListener {
         if (content != null) {
             content.close();
         }
-    }
-
-    StorageURI location() {
-        return location;
     }
 
     /** Tells whether two watch the same file or folder; a location may lead elsewhere than it did. */
@@ -108,6 +124,12 @@ final class Watch implements SignalListener {
         }
     }
 
+    /** There is nothing to remember: every location is looked at again within moments. */
+    @Override
+    public void missed() {
+        return;
+    }
+
     @Override
     public void lost(Changes changes) {
         check(/* modified= */ false, changes);
@@ -132,19 +154,20 @@ final class Watch implements SignalListener {
             changes.add(this, EventKind.SelfModified, location, self.type);
         }
         if (content != null && (!before.isSameEntry(self) || keys().isLost(content))) {
-            content.refresh(changes);
+            changes.add(content);
         }
     }
 
     /** What nothing signals is looked at. */
     void poll(Changes changes) {
         check(/* modified= */ false, changes);
-        if (content != null && watcher.isWatching(this)) {
+        if (content != null && !ended) {
             content.poll(changes);
         }
     }
 
     private void end(Changes changes) {
+        ended = true;
         if (content != null) {
             content.remove(changes);
         }
@@ -156,11 +179,10 @@ final class Watch implements SignalListener {
      * Says once for each path that it cannot be looked at; whatever was known of it stays known. What has gone between
      * two looks is found out where its folder is looked at.
      */
-    void failed(Path where, Exception why) {
+    void failed(Path where, Throwable why) {
         boolean isGone = why instanceof NoSuchFileException || why instanceof NotDirectoryException;
         if (!isGone && failed.add(where)) {
-            System.getLogger(NioProvider.class.getName())
-                    .log(Level.WARNING, "Cannot look for changes of " + where, why);
+            WatchLog.report(Level.WARNING, "Cannot look for changes of " + where, why);
         }
     }
 
@@ -171,9 +193,8 @@ final class Watch implements SignalListener {
         }
         try {
             publisher.publish(kind, location, changed, type, /* originId= */ null);
-        } catch (RuntimeException | LinkageError e) {
-            System.getLogger(NioProvider.class.getName())
-                    .log(Level.ERROR, "Cannot publish " + kind + " of " + changed, e);
+        } catch (RuntimeException | Error e) {
+            WatchLog.report(Level.ERROR, "Cannot publish " + kind + " of " + changed, e);
         }
     }
 }

@@ -12,6 +12,8 @@ import java.nio.file.Path;
 import java.nio.file.StandardWatchEventKinds;
 import java.nio.file.WatchEvent;
 import java.nio.file.attribute.BasicFileAttributes;
+import java.util.ArrayDeque;
+import java.util.Deque;
 import java.util.HashMap;
 import java.util.HashSet;
 import java.util.LinkedHashMap;
@@ -38,6 +40,14 @@ final class WatchedFolder implements SignalListener {
 
     private final Map<Path, WatchedFolder> folders = new HashMap<>();
 
+    /** What could not be looked at; it is looked at again. */
+    private final Set<Path> missed = new HashSet<>();
+
+    /** Whether all of it is to be looked at, because a look has not come to its end, or has not begun. */
+    private boolean behind = true;
+
+    private boolean closed;
+
     WatchedFolder(Watch watch, StorageURI location, Path path) {
         this.watch = watch;
         this.location = location;
@@ -46,45 +56,90 @@ final class WatchedFolder implements SignalListener {
 
     /** Has the folder signalled, if it is not, and then compares; in this order nothing falls between the two. */
     void refresh(Changes changes) {
+        if (closed) {
+            return;
+        }
+        behind = true;
         watch.keys().register(this, path);
-        compareAll(Map.of(), changes);
+        behind = !compareAll(Map.of(), changes);
     }
 
-    /** Looks at all folders that nothing signals. */
+    /** Looks at all folders that nothing signals, and at what could not be looked at before. */
     void poll(Changes changes) {
-        if (!watch.keys().isSignalled(this)) {
-            refresh(changes);
+        Deque<WatchedFolder> pending = new ArrayDeque<>();
+        pending.push(this);
+        while (!pending.isEmpty()) {
+            WatchedFolder folder = pending.pop();
+            pending.addAll(folder.folders.values());
+            folder.pollItself(changes);
         }
-        for (WatchedFolder folder : List.copyOf(folders.values())) {
-            folder.poll(changes);
+    }
+
+    private void pollItself(Changes changes) {
+        if (behind || !watch.keys().isSignalled(this)) {
+            refresh(changes);
+        } else if (!closed && !missed.isEmpty()) {
+            List.copyOf(missed).forEach(name -> compare(name, Set.of(), changes));
         }
     }
 
     /** Tells that everything is gone, the deepest first, and watches no more. */
     void remove(Changes changes) {
-        for (Path name : List.copyOf(children.keySet())) {
-            removed(name, changes);
+        Deque<WatchedFolder> down = new ArrayDeque<>();
+        down.push(this);
+        while (!down.isEmpty()) {
+            WatchedFolder folder = down.peek();
+            if (!folder.folders.isEmpty()) {
+                down.push(folder.folders.values().iterator().next());
+                continue;
+            }
+            List.copyOf(folder.children.keySet()).forEach(name -> folder.gone(name, changes));
+            folder.close();
+            down.pop();
+            if (!down.isEmpty()) {
+                down.peek().gone(folder.path.getFileName(), changes);
+            }
         }
-        close();
+    }
+
+    /** Tells that a child is gone; if it is a folder, all that was in it has been told before. */
+    private void gone(Path name, Changes changes) {
+        tell(EventKind.ChildRemoved, name, children.get(name), changes);
+        children.remove(name);
+        folders.remove(name);
     }
 
     void close() {
-        watch.keys().unregister(this);
-        folders.values().forEach(WatchedFolder::close);
-        folders.clear();
+        Deque<WatchedFolder> pending = new ArrayDeque<>();
+        pending.push(this);
+        while (!pending.isEmpty()) {
+            WatchedFolder folder = pending.pop();
+            folder.closed = true;
+            watch.keys().unregister(folder);
+            pending.addAll(folder.folders.values());
+            folder.folders.clear();
+        }
     }
 
     @Override
     public void signalled(List<WatchEvent<?>> events, Changes changes) {
+        boolean before = behind;
+        behind = true;
         Map<Path, Set<WatchEvent.Kind<?>>> kinds = new LinkedHashMap<>();
         for (WatchEvent<?> event : events) {
             kinds.computeIfAbsent((Path) event.context(), name -> new HashSet<>()).add(event.kind());
         }
         if (kinds.containsKey(/* overflow= */ null)) {
-            compareAll(kinds, changes);
+            behind = !compareAll(kinds, changes);
         } else {
             kinds.forEach((name, of) -> compare(name, of, changes));
+            behind = before;
         }
+    }
+
+    @Override
+    public void missed() {
+        behind = true;
     }
 
     @Override
@@ -92,28 +147,39 @@ final class WatchedFolder implements SignalListener {
         watch.check(/* modified= */ false, changes);
     }
 
-    /** Looks at everything that was known and everything that is there. */
-    private void compareAll(Map<Path, Set<WatchEvent.Kind<?>>> kinds, Changes changes) {
+    /** Looks at everything that was known and everything that is there; returns whether that could be read. */
+    private boolean compareAll(Map<Path, Set<WatchEvent.Kind<?>>> kinds, Changes changes) {
         Set<Path> names = new LinkedHashSet<>(children.keySet());
-        try (DirectoryStream<Path> stream = Files.newDirectoryStream(path)) {
+        try (DirectoryStream<Path> stream = Files.newDirectoryStream(Names.asFolder(path))) {
             stream.forEach(child -> names.add(child.getFileName()));
         } catch (IOException | RuntimeException e) {
             // What cannot be read is not gone. If the folder itself is, whoever watches the one above finds out.
             watch.failed(path, e);
-            return;
+            return false;
         }
         names.forEach(name -> compare(name, kinds.getOrDefault(name, Set.of()), changes));
+        return true;
     }
 
     private void compare(Path name, Set<WatchEvent.Kind<?>> kinds, Changes changes) {
         EntryState now;
         try {
             now = stateOf(name);
-        } catch (IOException | RuntimeException | ProviderException e) {
+        } catch (ProviderException e) {
+            watch.failed(path.resolve(name), e);
+            return;
+        } catch (IOException | RuntimeException e) {
+            missed.add(name);
             watch.failed(path.resolve(name), e);
             return;
         }
-        EntryState before = children.get(name);
+        missed.remove(name);
+        settle(name, children.get(name), now, kinds, changes);
+    }
+
+    /** Makes what is known of a child what is there, and tells the difference; null stands for nothing. */
+    private void settle(
+            Path name, EntryState before, EntryState now, Set<WatchEvent.Kind<?>> kinds, Changes changes) {
         if (before != null && now != null && before.isSameKind(now) && !isAnother(before, now, kinds)) {
             stayed(name, now, kinds.contains(StandardWatchEventKinds.ENTRY_MODIFY), changes);
             return;
@@ -158,32 +224,36 @@ final class WatchedFolder implements SignalListener {
         return new EntryState(attributes, isFolder ? EntryType.Folder : EntryType.File);
     }
 
+    /** A folder is looked into later, as what is found there may hold folders again. */
     private void added(Path name, EntryState now, Changes changes) {
-        children.put(name, now);
         tell(EventKind.ChildAdded, name, now, changes);
+        children.put(name, now);
         if (now.isFolder) {
-            WatchedFolder folder = new WatchedFolder(watch, locationOf(name), path.resolve(name));
-            folders.put(name, folder);
-            folder.refresh(changes);
+            changes.add(folderOf(name));
         }
+    }
+
+    private WatchedFolder folderOf(Path name) {
+        return folders.computeIfAbsent(
+                name, unused -> new WatchedFolder(watch, locationOf(name), path.resolve(name)));
     }
 
     private void removed(Path name, Changes changes) {
-        WatchedFolder folder = folders.remove(name);
+        WatchedFolder folder = folders.get(name);
         if (folder != null) {
             folder.remove(changes);
         }
-        tell(EventKind.ChildRemoved, name, children.remove(name), changes);
+        gone(name, changes);
     }
 
     private void stayed(Path name, EntryState now, boolean modified, Changes changes) {
-        EntryState before = children.put(name, now);
+        EntryState before = children.get(name);
         if (modified || !before.isUnchanged(now)) {
             tell(EventKind.ChildModified, name, now, changes);
         }
-        WatchedFolder folder = folders.get(name);
-        if (folder != null && (!before.isSameEntry(now) || watch.keys().isLost(folder))) {
-            folder.refresh(changes);
+        children.put(name, now);
+        if (now.isFolder && (!before.isSameEntry(now) || watch.keys().isLost(folderOf(name)))) {
+            changes.add(folderOf(name));
         }
     }
 

@@ -9,17 +9,18 @@ import java.lang.System.Logger.Level;
 import java.nio.file.ClosedWatchServiceException;
 import java.nio.file.WatchKey;
 import java.time.Duration;
-import java.util.ArrayList;
 import java.util.Collections;
 import java.util.IdentityHashMap;
 import java.util.LinkedHashMap;
 import java.util.List;
 import java.util.Map;
 import java.util.Set;
+import java.util.concurrent.ThreadFactory;
 
 /**
  * Watches the locations of one provider and tells their publishers, all on one daemon thread, which runs from the first
- * location on until disposal and sleeps while nothing is watched. Nothing is published under a lock. Safe on any thread.
+ * location on until disposal and sleeps while nothing is watched. No failure ends it: what a look has missed, the next
+ * ones make up for. Nothing is published under a lock. Safe on any thread.
  */
 final class Watcher {
     /** How often that is looked at which nothing signals. */
@@ -31,8 +32,8 @@ final class Watcher {
     private final Object lock = new Object();
     private final KeyRing keys;
     private final long interval;
+    private final ThreadFactory threads;
 
-    /** By mount and names, since one location may be written in several ways. */
     private final Map<List<String>, Watch> watches = new LinkedHashMap<>();
 
     private final Set<EventPublisher> publishers = Collections.newSetFromMap(new IdentityHashMap<>());
@@ -43,9 +44,17 @@ final class Watcher {
 
     private boolean disposed;
 
+    /** When everything was looked at that nothing signals. Used by the thread only. */
+    private long lastPoll = System.nanoTime();
+
     Watcher(Signals.Opener opener, Duration interval) {
+        this(opener, interval, work -> new Thread(work, "storage-events"));
+    }
+
+    Watcher(Signals.Opener opener, Duration interval, ThreadFactory threads) {
         this.keys = new KeyRing(opener);
         this.interval = interval.toNanos();
+        this.threads = threads;
     }
 
     KeyRing keys() {
@@ -59,15 +68,15 @@ final class Watcher {
                 throw new ProviderException(
                         ErrorCode.UNAVAILABLE, found.location, "the provider of " + found.location + " is disposed of");
             }
+            startThread();
             watch(new Watch(this, found, mount, publisher));
             publishers.add(publisher);
-            startThread();
             lock.notifyAll();
         }
     }
 
-    private void watch(Watch watch) throws ProviderException {
-        Watch known = watches.get(keyOf(watch.location()));
+    private void watch(Watch watch) {
+        Watch known = watches.get(watch.key());
         if (known != null && known.isOfTheSame(watch)) {
             known.use(watch);
             return;
@@ -76,27 +85,27 @@ final class Watcher {
             known.stop();
             known.close();
         }
-        watches.put(keyOf(watch.location()), watch);
-        watch.open();
-    }
-
-    private static List<String> keyOf(StorageURI location) throws ProviderException {
-        List<String> key = new ArrayList<>(location.getSegments());
-        key.add(0, location.getMountName());
-        return key;
+        watches.put(watch.key(), watch);
+        try {
+            watch.open();
+        } catch (RuntimeException | Error e) {
+            ended(watch);
+            throw e;
+        }
     }
 
     private void startThread() {
-        if (thread == null) {
-            thread = new Thread(this::run, "storage-events");
-            thread.setDaemon(true);
-            thread.start();
+        if (thread == null || !thread.isAlive()) {
+            Thread fresh = threads.newThread(this::run);
+            fresh.setDaemon(true);
+            fresh.start();
+            thread = fresh;
         }
     }
 
     void stop(StorageURI location) throws ProviderException {
         synchronized (lock) {
-            Watch watch = watches.remove(keyOf(location));
+            Watch watch = watches.remove(Watch.keyOf(location));
             if (watch != null) {
                 watch.stop();
                 watch.close();
@@ -104,43 +113,73 @@ final class Watcher {
         }
     }
 
-    boolean isWatching(Watch watch) {
-        return watches.containsValue(watch);
-    }
-
     /** A watch has come to its end. Its last event is still to be told. */
     void ended(Watch watch) {
         watch.close();
-        watches.values().remove(watch);
+        watches.remove(watch.key(), watch);
     }
 
     private void run() {
-        long last = System.nanoTime();
         while (true) {
-            WatchKey key = await(interval - (System.nanoTime() - last));
-            Changes changes = new Changes();
-            synchronized (lock) {
-                if (disposed) {
+            try {
+                if (!turn()) {
                     return;
                 }
-                boolean due = System.nanoTime() - last >= interval;
-                look(key, due, changes);
-                last = due ? System.nanoTime() : last;
+            } catch (RuntimeException | Error e) {
+                WatchLog.report(Level.ERROR, "Cannot watch for changes", e);
+                pause();
             }
-            changes.publish();
         }
     }
 
+    /** Waits for something to look at, looks, and tells; returns false after disposal. */
+    private boolean turn() {
+        WatchKey key = await(interval - (System.nanoTime() - lastPoll));
+        Changes changes = new Changes();
+        synchronized (lock) {
+            if (disposed) {
+                return false;
+            }
+            boolean due = System.nanoTime() - lastPoll >= interval;
+            look(key, due, changes);
+            lastPoll = due ? System.nanoTime() : lastPoll;
+        }
+        changes.publish();
+        return true;
+    }
+
     private void look(WatchKey key, boolean due, Changes changes) {
+        if (key != null) {
+            attempt(() -> keys.dispatch(key, changes));
+        }
+        if (due) {
+            List.copyOf(watches.values()).forEach(watch -> attempt(() -> watch.poll(changes)));
+        }
+        for (WatchedFolder folder = changes.nextFolder(); folder != null; folder = changes.nextFolder()) {
+            WatchedFolder next = folder;
+            attempt(() -> next.refresh(changes));
+        }
+    }
+
+    /** What fails is looked at again at the next poll, and what was found up to then is told. */
+    private static void attempt(Runnable look) {
         try {
-            if (key != null) {
-                keys.dispatch(key, changes);
+            look.run();
+        } catch (RuntimeException | Error e) {
+            WatchLog.report(Level.ERROR, "Cannot look for changes", e);
+        }
+    }
+
+    /** A failure that comes again at once must not keep a processor busy. */
+    private void pause() {
+        try {
+            synchronized (lock) {
+                if (!disposed) {
+                    lock.wait(Math.max(1, interval / 1_000_000));
+                }
             }
-            if (due) {
-                List.copyOf(watches.values()).forEach(watch -> watch.poll(changes));
-            }
-        } catch (RuntimeException e) {
-            System.getLogger(NioProvider.class.getName()).log(Level.ERROR, "Cannot look for changes", e);
+        } catch (InterruptedException e) {
+            return;
         }
     }
 
@@ -223,7 +262,7 @@ final class Watcher {
         try {
             publisher.close();
         } catch (RuntimeException e) {
-            System.getLogger(NioProvider.class.getName()).log(Level.ERROR, "Cannot close a publisher", e);
+            WatchLog.report(Level.ERROR, "Cannot close a publisher", e);
         }
     }
 
