@@ -30,7 +30,9 @@ import java.util.HashMap;
  *   <li>{@link ErrorCode#UNKNOWN} if it cannot say more.
  * </ul>
  *
- * <p>A method that throws has changed nothing, except where it says otherwise.
+ * <p>A method that throws has changed nothing, except where it says otherwise. The thread of a method that takes long, a
+ * recursive removal or a move that copies, may be interrupted: the method then stops soon with UNAVAILABLE and the word
+ * "interrupted" in its message, removes what it has made, and leaves the thread interrupted.
  *
  * <p><b>Files, folders, links.</b> A folder holds entries; everything else that exists is a file. A symbolic link
  * counts as what it leads to, but removing or moving it acts on the link.
@@ -132,20 +134,35 @@ public interface StorageProvider {
      * storage can, replacing is atomic and the target is the old file or the new one at any time; a move between
      * different storages removes the source last, so a failure leaves it in place.
      *
+     * <p>Where a file replaces another, a link at the target is followed first and stays. What replaces takes over
+     * owner, group, permissions and attached ({@code user:}) values of what it replaces, as far as the storage has
+     * them and the back end may set them. Attached values of the source stay beside them; of two with one name the
+     * replaced file's value stays. No one who may not read the result can read it on the way. A file that takes a free
+     * name keeps its own. Times are the source's in both cases. Other hard links of the replaced file keep the old
+     * content.
+     *
+     * <p>After a power failure, a file that moved between storages is in one place at least. Nothing more is promised: a
+     * rename, one that replaces a file included, and what was written to a channel that was closed, reach the disk when
+     * the storage sees fit.
+     *
      * @param source which file
      * @param target its new location
      * @param replace whether a file that exists at the target is replaced; a folder never is
      * @throws ProviderException with NOT_FOUND if the source or the target's parent is missing, NOT_A_FILE if the
      *     source is a folder, or if replacing is asked for and the target is a folder, ALREADY_EXISTS if the target
      *     exists and replacing is not asked for, NOT_A_FOLDER if the target's parent is a file, STORAGE_FULL, IN_USE if
-     *     the file is open and the back end cannot move it then. A move to where the file is already does nothing
+     *     the file is open and the back end cannot move it then, or if it changes while it is moved, NOT_SUPPORTED if
+     *     the target is to be replaced and is neither file nor folder, or cannot hold what is moved or its time,
+     *     INVALID_LOCATION if the source is a link to the target. A move to where the file is already does nothing
      */
     default void moveFile(StorageURI source, StorageURI target, boolean replace) throws ProviderException {
         throw new ProviderException(ErrorCode.NOT_SUPPORTED, source);
     }
 
     /**
-     * Moves or renames a folder with everything in it.
+     * Moves or renames a folder with everything in it. A move between different storages removes from the source only
+     * what was copied. What others have written there meanwhile stays, which is IN_USE: the folder has arrived then,
+     * and some of the source is still there.
      *
      * @param source which folder
      * @param target its new location
@@ -154,8 +171,8 @@ public interface StorageProvider {
      * @throws ProviderException with NOT_FOUND if the source or the target's parent is missing, NOT_A_FOLDER if the
      *     source is a file, if the target's parent is a file, or if replacing is asked for and the target is a file,
      *     ALREADY_EXISTS if the target exists and replacing is not asked for, INVALID_LOCATION if one of the two lies
-     *     inside the other, ACCESS_DENIED for the root of a storage, STORAGE_FULL, IN_USE. A move to where the folder
-     *     is already does nothing
+     *     inside the other, ACCESS_DENIED for the root of a storage, STORAGE_FULL, IN_USE, NOT_SUPPORTED if the target
+     *     cannot hold something in it. A move to where the folder is already does nothing
      */
     default void moveFolder(StorageURI source, StorageURI target, boolean replace) throws ProviderException {
         throw new ProviderException(ErrorCode.NOT_SUPPORTED, source);
@@ -180,13 +197,14 @@ public interface StorageProvider {
     FolderAttributes getFolderAttributes(StorageURI location) throws ProviderException;
 
     /**
-     * Sets the time of last modification of a file or folder. A storage with a coarser clock keeps the time as exactly
-     * as it can.
+     * Sets the time of last modification of a file or folder. A storage with a coarser clock keeps the next lower time
+     * that it can, less than two seconds before the given one.
      *
      * @param location which
      * @param lastModified milliseconds since 1970-01-01 00:00:00 UTC, negative before that
-     * @throws ProviderException with NOT_FOUND if nothing is there, NOT_SUPPORTED for what has no time that can be set,
-     *     such as a pipe, IN_USE if a channel holds the file exclusively and the time cannot be set beside it
+     * @throws ProviderException with NOT_FOUND if nothing is there, NOT_SUPPORTED if the storage cannot hold the time
+     *     (the old one stays then) and for what has no time that can be set, such as a pipe, IN_USE if a channel holds
+     *     the file exclusively and the time cannot be set beside it
      */
     default void setLastModified(StorageURI location, long lastModified) throws ProviderException {
         throw new ProviderException(ErrorCode.NOT_SUPPORTED, location);
@@ -271,6 +289,9 @@ public interface StorageProvider {
      *
      * <p>A back end with links says which folders are links by the attribute {@code basic:isSymbolicLink} with the value
      * {@code true}: a host's recursive listings ask for it before they enter a folder, and do not enter a link.
+     *
+     * <p>A back end with links says which folders are links by the attribute {@code basic:isSymbolicLink} with the
+     * value {@code true}: a host's recursive listings ask for it before they enter a folder, and do not enter a link.
      *
      * @param location which
      * @return the attributes, {@link ExtendedAttributes#none()} if it has none, never null

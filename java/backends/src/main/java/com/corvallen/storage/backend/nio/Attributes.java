@@ -4,11 +4,9 @@ import com.corvallen.storage.provider.ErrorCode;
 import com.corvallen.storage.provider.FileAttributes;
 import com.corvallen.storage.provider.FolderAttributes;
 import com.corvallen.storage.provider.ProviderException;
-import java.io.File;
 import java.io.IOException;
 import java.nio.file.Files;
 import java.nio.file.NoSuchFileException;
-import java.nio.file.attribute.FileTime;
 
 /** Reads and sets the basic attributes. */
 final class Attributes {
@@ -27,21 +25,15 @@ final class Attributes {
     /** To set a time, the platform opens what it is about. */
     static void setLastModified(Found found, long millis) throws IOException, ProviderException {
         found.requireOpenable();
-        if (!OpenFiles.briefly(found, () -> set(found, millis)) && !setUnopened(found, millis)) {
+        if (!OpenFiles.briefly(found, () -> set(found, millis)) && !Times.setUnopened(found.path, millis)) {
             throw found.failure(ErrorCode.IN_USE, "is open exclusively, and this time cannot be set beside that");
         }
-    }
-
-    /** Sets a time by the one function of the platform that opens nothing. It knows no times before 1970. */
-    private static boolean setUnopened(Found found, long millis) {
-        File file = found.path.toFile();
-        return millis >= 0 && file.toPath().equals(found.path) && file.setLastModified(millis);
     }
 
     /** An archive has no entry for its root, and says that the root is missing. */
     private static void set(Found found, long millis) throws IOException {
         try {
-            Files.setLastModifiedTime(found.path, FileTime.fromMillis(millis));
+            Times.set(found.path, found.attributes.lastModifiedTime(), millis);
         } catch (NoSuchFileException e) {
             if (Files.exists(found.path)) {
                 throw new UnsupportedOperationException("the root of this storage has no time that can be set");

@@ -52,6 +52,11 @@ final class Entry {
         }
     }
 
+    /** Returns what a link leads to, be it a name that nothing has yet; throws if it leads in circles or out. */
+    Entry followed() throws IOException, ProviderException {
+        return isLink() ? new Entry(location, mount.followLinks(location), mount) : this;
+    }
+
     /** Tells what is here. A link counts as what it leads to, and as a file if it leads nowhere or out of the mount. */
     EntryKind kind() throws IOException {
         BasicFileAttributes own = EntryKind.attributesOf(path, LinkOption.NOFOLLOW_LINKS);

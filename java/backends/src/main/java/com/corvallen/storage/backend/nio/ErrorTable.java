@@ -55,6 +55,7 @@ final class ErrorTable {
             entry(NonReadableChannelException.class, ErrorCode.ACCESS_DENIED),
             entry(SecurityException.class, ErrorCode.ACCESS_DENIED),
             entry(OverlappingFileLockException.class, ErrorCode.IN_USE),
+            entry(InUseException.class, ErrorCode.IN_USE),
             entry(ClosedFileSystemException.class, ErrorCode.UNAVAILABLE),
             entry(ClosedDirectoryStreamException.class, ErrorCode.UNAVAILABLE),
             entry(ClosedWatchServiceException.class, ErrorCode.UNAVAILABLE),

@@ -8,6 +8,7 @@ import java.nio.file.FileAlreadyExistsException;
 import java.nio.file.Files;
 import java.nio.file.LinkOption;
 import java.nio.file.Path;
+import java.nio.file.attribute.BasicFileAttributes;
 
 /** Moves one file or link: by a rename, or as a copy that takes the target's name when it is complete. */
 final class FileMove {
@@ -15,9 +16,31 @@ final class FileMove {
 
     static void move(Entry source, Entry target, boolean replace) throws IOException, ProviderException {
         source.requireFile();
-        if (!replace && takesFreeName(source, target)) {
-            return;
+        if (!replace) {
+            if (!takesFreeName(source, target)) {
+                moveTo(source, target, /* replace= */ false);
+            }
+        } else if (source.isLink()) {
+            requireOther(source, target);
+            moveTo(source, target, /* replace= */ true);
+        } else {
+            moveTo(source, target.followed(), /* replace= */ true);
         }
+    }
+
+    /** A link in the place of the file that it leads to would lead nowhere, and the content would be lost. */
+    private static void requireOther(Entry source, Entry target) throws IOException, ProviderException {
+        boolean isItsOwn = !target.isLink()
+                && target.kind() == EntryKind.FILE
+                && Files.exists(source.path)
+                && source.fileSystem().equals(target.fileSystem())
+                && Files.isSameFile(source.path, target.path);
+        if (isItsOwn && !source.realPath().equals(target.realPath())) {
+            throw target.failure(ErrorCode.INVALID_LOCATION, "is what the link to be moved leads to");
+        }
+    }
+
+    private static void moveTo(Entry source, Entry target, boolean replace) throws IOException, ProviderException {
         EntryKind present = target.kind();
         if (present != EntryKind.MISSING && source.realPath().equals(target.realPath())) {
             return;
@@ -27,10 +50,10 @@ final class FileMove {
         source.requireNotPinned();
         target.requireNotPinned();
         if (!source.fileSystem().equals(target.fileSystem())) {
-            transfer(source, target, replace);
+            FileTransfer.transfer(source, target, replace);
         } else if (present != EntryKind.MISSING && areHardLinks(source, target)) {
             // A rename does nothing between two names of one file; the target holds what it should already.
-            Files.delete(source.path);
+            SpareName.remove(source.path, target.path, attributesOf(source.path));
         } else {
             rename(source, target, replace);
         }
@@ -54,7 +77,8 @@ final class FileMove {
         }
     }
 
-    private static void requireRoom(EntryKind present, Entry target, boolean replace) throws ProviderException {
+    private static void requireRoom(EntryKind present, Entry target, boolean replace)
+            throws IOException, ProviderException {
         if (present == EntryKind.MISSING) {
             return;
         }
@@ -64,14 +88,31 @@ final class FileMove {
         if (present == EntryKind.FOLDER) {
             throw target.failure(ErrorCode.NOT_A_FILE, "is a folder, which a file does not replace");
         }
+        BasicFileAttributes own = attributesOf(target.path);
+        if (own != null && own.isOther()) {
+            throw target.failure(ErrorCode.NOT_SUPPORTED, "is neither a file nor a folder, and is not replaced");
+        }
     }
 
     private static void rename(Entry source, Entry target, boolean replace) throws IOException, ProviderException {
         try {
-            Renaming.rename(source.path, target.path, replace);
+            if (replace && isRegular(source) && isRegular(target)) {
+                Replacement.rename(source.path, target.path);
+            } else {
+                Renaming.rename(source.path, target.path, replace);
+            }
         } catch (AtomicMoveNotSupportedException e) {
-            transfer(source, target, replace);
+            FileTransfer.transfer(source, target, replace);
         }
+    }
+
+    static boolean isRegular(Entry entry) throws IOException {
+        BasicFileAttributes attributes = attributesOf(entry.path);
+        return attributes != null && attributes.isRegularFile();
+    }
+
+    private static BasicFileAttributes attributesOf(Path path) throws IOException {
+        return EntryKind.attributesOf(path, LinkOption.NOFOLLOW_LINKS);
     }
 
     /** The count tells two names of one file from one name that the file system knows in two spellings. */
@@ -83,18 +124,5 @@ final class FileMove {
                 && Files.exists(target.path)
                 && Files.isSameFile(source.path, target.path)
                 && (int) Files.getAttribute(source.path, "unix:nlink", LinkOption.NOFOLLOW_LINKS) > 1;
-    }
-
-    private static void transfer(Entry source, Entry target, boolean replace) throws IOException, ProviderException {
-        Transfers.requireMovable(source);
-        Path temporary = HiddenNames.beside(target.path);
-        try {
-            TreeCopier.begin(source.path, temporary);
-            Renaming.renameAnyhow(temporary, target.path, replace);
-        } catch (IOException | RuntimeException | ProviderException e) {
-            Transfers.discard(temporary, e);
-            throw e;
-        }
-        Files.delete(source.path);
     }
 }

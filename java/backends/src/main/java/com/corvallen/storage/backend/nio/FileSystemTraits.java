@@ -68,6 +68,11 @@ final class FileSystemTraits {
         return isZip(system);
     }
 
+    /** Tells whether times are unsigned seconds in 32 bits, and others become wrong ones when it is closed. */
+    static boolean keepsTimesIn32Bits(FileSystem system) {
+        return isZip(system);
+    }
+
     private static boolean isZip(FileSystem system) {
         return system.provider().getScheme().equals(ZIP_SCHEME);
     }

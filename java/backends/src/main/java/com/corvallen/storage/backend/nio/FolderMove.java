@@ -62,40 +62,40 @@ final class FolderMove {
         return true;
     }
 
+    /** What was set aside goes once the new content is there, even if the source cannot be removed. */
     private static void moveInPlaceOf(Path source, Entry target) throws IOException {
         Path aside = setAside(target);
-        FolderTransfer.Outcome outcome;
+        CopiedEntries copied;
         try {
-            outcome = FolderTransfer.transfer(source, target.path);
+            copied = FolderTransfer.transfer(source, target.path);
         } catch (IOException | RuntimeException e) {
             restore(aside, target, e);
             throw e;
         }
-        complete(source, outcome);
-        TreeDeleter.delete(aside);
+        try {
+            complete(source, copied);
+        } finally {
+            TreeDeleter.discard(aside);
+        }
     }
 
     private static Path setAside(Entry target) throws IOException {
         Path aside = HiddenNames.beside(target.path);
-        if (FolderTransfer.transfer(target.path, aside) == FolderTransfer.Outcome.COPIED) {
-            TreeDeleter.delete(target.path);
-        }
+        complete(target.path, FolderTransfer.transfer(target.path, aside));
         return aside;
     }
 
     private static void restore(Path aside, Entry target, Exception reported) {
         try {
-            if (FolderTransfer.transfer(aside, target.path) == FolderTransfer.Outcome.COPIED) {
-                TreeDeleter.delete(aside);
-            }
+            complete(aside, FolderTransfer.transfer(aside, target.path));
         } catch (IOException | RuntimeException e) {
             reported.addSuppressed(new IOException("what " + target.location + " held is kept at " + aside, e));
         }
     }
 
-    private static void complete(Path source, FolderTransfer.Outcome outcome) throws IOException {
-        if (outcome == FolderTransfer.Outcome.COPIED) {
-            TreeDeleter.delete(source);
+    private static void complete(Path source, CopiedEntries copied) throws IOException {
+        if (copied != null) {
+            SourceRemoval.remove(source, copied);
         }
     }
 }

@@ -10,37 +10,33 @@ import java.nio.file.StandardCopyOption;
 final class FolderTransfer {
     private FolderTransfer() {}
 
-    /** How it arrived. */
-    enum Outcome {
-        RENAMED,
-        /** The source is still there, for the caller to remove. */
-        COPIED
-    }
-
-    static Outcome transfer(Path from, Path to) throws IOException {
+    /** Returns what was copied, for the caller to remove from where it was; null if it was renamed. */
+    static CopiedEntries transfer(Path from, Path to) throws IOException {
         boolean within = from.getFileSystem().equals(to.getFileSystem());
         if (within && (Files.isSymbolicLink(from) || FileSystemTraits.renamesWholeFolders(from.getFileSystem()))) {
             try {
                 Files.move(from, to, StandardCopyOption.ATOMIC_MOVE);
-                return Outcome.RENAMED;
+                return null;
             } catch (AtomicMoveNotSupportedException e) {
                 // Another disk of the same file system.
             }
         }
-        copy(from, to);
-        return Outcome.COPIED;
+        return copy(from, to);
     }
 
     /** Nobody sees half a folder where it can be renamed when it is complete. */
-    private static void copy(Path from, Path to) throws IOException {
+    private static CopiedEntries copy(Path from, Path to) throws IOException {
         boolean renames = FileSystemTraits.renamesWholeFolders(to.getFileSystem());
         Path temporary = renames ? HiddenNames.beside(to) : to;
-        TreeCopier.begin(from, temporary);
+        TreeCopier copier = TreeCopier.begin(from, temporary);
         try {
-            TreeCopier.fill(from, temporary);
+            CopiedEntries copied = copier.fill();
             if (renames) {
+                Interruption.check();
                 Files.move(temporary, to, StandardCopyOption.ATOMIC_MOVE);
+                Durability.forceFolder(to.getParent());
             }
+            return copied;
         } catch (IOException | RuntimeException e) {
             Transfers.discard(temporary, e);
             throw e;

@@ -44,6 +44,15 @@ final class Mount implements AutoCloseable {
         return jail == null ? path : jail.follow(path);
     }
 
+    /** The same with all links resolved, on the default file system too, and be it to a name that nothing has yet. */
+    Path followLinks(StorageURI location) throws IOException, ProviderException {
+        Path path = pathOf(location);
+        if (jail == null && EntryKind.of(path) != EntryKind.MISSING) {
+            return path.toRealPath();
+        }
+        return (jail == null ? new Jail(root, root) : jail).follow(path);
+    }
+
     /** Returns what an operation on the name itself acts on. */
     Entry entry(StorageURI location) throws IOException, ProviderException {
         Path path = pathOf(location);

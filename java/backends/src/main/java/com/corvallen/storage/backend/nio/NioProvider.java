@@ -35,8 +35,8 @@ import java.util.Objects;
  *
  * <p><b>Atomicity.</b> Creating is exclusive. On the default file system a file that replaces another does so
  * atomically, and a folder moves by one rename. Between file systems, and for folders inside archives, content is
- * copied first and the source removed last. While a move is under way, entries whose names begin with {@code .storage-}
- * may exist beside the target.
+ * copied first, forced to the disk, and the source removed last, as far as it is what was copied. While a move is under
+ * way, entries whose names begin with {@code .storage-} may exist beside source and target; they are private.
  *
  * <p><b>Open files.</b> Only files and folders are ever opened; a pipe, socket or device has attributes, moves and can
  * be removed. Exclusive use holds within the process, and on the default file system against other processes that ask

@@ -142,6 +142,16 @@ final class OpenFiles {
         return true;
     }
 
+    /** The same for what has a name itself, be it a link; for an action that fails as file systems do. */
+    static boolean briefly(Path path, IoAction action) throws IOException {
+        BasicFileAttributes attributes = EntryKind.attributesOf(path, LinkOption.NOFOLLOW_LINKS);
+        try {
+            return briefly(new Found(/* location= */ null, path, attributes), action);
+        } catch (ProviderException e) {
+            throw new IOException(e);
+        }
+    }
+
     /** Runs what creates a file that was not there, and closes it. */
     static void creating(Path path, IoAction action) throws IOException, ProviderException {
         Object name = path.getFileName();

@@ -8,10 +8,13 @@ import java.nio.file.FileAlreadyExistsException;
 import java.nio.file.FileSystemException;
 import java.nio.file.Files;
 import java.nio.file.LinkOption;
+import java.nio.file.NoSuchFileException;
 import java.nio.file.Path;
 import java.nio.file.ReadOnlyFileSystemException;
 import java.nio.file.StandardCopyOption;
+import java.nio.file.attribute.BasicFileAttributes;
 import java.nio.file.attribute.FileTime;
+import java.util.Objects;
 
 /** Gives a file or link another name in the same file system. */
 final class Renaming {
@@ -74,10 +77,12 @@ final class Renaming {
     /**
      * Renames without replacing, by a second name and the removal of the first. A rename replaces whatever is there,
      * and to look first leaves a moment in which another process may create a file that would be lost; a link refuses.
+     * A newer file that someone puts in place of the source meanwhile stays there.
      *
      * @return false if the file system has no hard links, or not here; nothing has happened then
      */
     static boolean linked(Path from, Path to) throws IOException {
+        BasicFileAttributes before = attributesOf(from);
         try {
             Files.createLink(to, from);
         } catch (FileAlreadyExistsException e) {
@@ -85,12 +90,32 @@ final class Renaming {
         } catch (FileSystemException | UnsupportedOperationException e) {
             return false;
         }
+        BasicFileAttributes linked = attributesOf(to);
         try {
-            Files.delete(from);
+            SpareName.remove(from, to, linked != null ? linked : before);
+        } catch (InUseException e) {
+            throw e;
         } catch (IOException e) {
-            Files.delete(to);
+            takeBack(to, linked, e);
             throw e;
         }
         return true;
+    }
+
+    /** Undoes what has failed half way, unless others have done something with it. */
+    private static void takeBack(Path to, BasicFileAttributes linked, IOException reported) {
+        try {
+            if (linked != null) {
+                SpareName.removeIf(to, aside -> Objects.equals(aside.fileKey(), linked.fileKey()));
+            }
+        } catch (NoSuchFileException e) {
+            // Someone else has taken it away.
+        } catch (IOException e) {
+            reported.addSuppressed(e);
+        }
+    }
+
+    private static BasicFileAttributes attributesOf(Path path) throws IOException {
+        return EntryKind.attributesOf(path, LinkOption.NOFOLLOW_LINKS);
     }
 }

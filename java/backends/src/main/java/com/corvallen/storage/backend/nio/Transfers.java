@@ -17,11 +17,11 @@ final class Transfers {
         }
     }
 
-    /** Removes what a failed move has left; a failure to do so joins the one that is reported. */
+    /** Removes what a failed move has left, be it interrupted; a failure to do so joins the one that is reported. */
     static void discard(Path incomplete, Exception reported) {
         try {
             if (EntryKind.isTaken(incomplete)) {
-                TreeDeleter.delete(incomplete);
+                TreeDeleter.discard(incomplete);
             }
         } catch (IOException | RuntimeException e) {
             reported.addSuppressed(e);

@@ -1,92 +1,130 @@
 package com.corvallen.storage.backend.nio;
 
 import java.io.IOException;
-import java.nio.file.DirectoryStream;
 import java.nio.file.Files;
 import java.nio.file.LinkOption;
+import java.nio.file.NoSuchFileException;
 import java.nio.file.Path;
-import java.nio.file.StandardCopyOption;
-import java.nio.file.attribute.BasicFileAttributeView;
 import java.nio.file.attribute.BasicFileAttributes;
-import java.nio.file.attribute.PosixFileAttributeView;
+import java.util.ArrayDeque;
+import java.util.Deque;
 
-/** Copies a folder with everything in it, times and permissions included. Links are copied as links. */
+/**
+ * Copies a folder with everything in it, or one file or link, to a free name: times, permissions, owners and user
+ * attributes included. Links are copied as links; what is neither file, folder nor link ends it. Until a folder is
+ * complete it is closed to others. Each folder is read while nobody can lead the reading astray by a link, and one at a
+ * time, so that depth takes neither stack nor open folders. An interrupted thread ends it.
+ */
 final class TreeCopier {
+    private final CopiedEntries copied = new CopiedEntries();
+    private final Deque<Folder> folders = new ArrayDeque<>();
+
     private TreeCopier() {}
+
+    /** A folder that is being copied, and those in it that will be. */
+    private static final class Folder {
+        final Path from;
+        final Path to;
+        final BasicFileAttributes attributes;
+        final long mark;
+        final Deque<Folder> pending = new ArrayDeque<>();
+
+        Folder(Path from, Path to, BasicFileAttributes attributes, long mark) {
+            this.from = from;
+            this.to = to;
+            this.attributes = attributes;
+            this.mark = mark;
+        }
+    }
 
     /**
      * Takes a free name for the copy: with an empty folder, or with the whole copy if what is copied is none. If that
      * fails, a folder or link has not been made; of a file, part may be left.
      */
-    static void begin(Path from, Path to) throws IOException {
-        requireCopyable(from, to);
-        if (isFolder(from)) {
-            Files.createDirectory(to);
-        } else if (isWithinArchive(from, to)) {
-            ArchiveCopy.copy(from, to);
-        } else {
-            copy(from, to);
-        }
-    }
-
-    private static void copy(Path from, Path to) throws IOException {
-        OpenFiles.Use use = OpenFiles.reading(from);
-        try {
-            Files.copy(from, to, StandardCopyOption.COPY_ATTRIBUTES, LinkOption.NOFOLLOW_LINKS);
-        } finally {
-            use.close();
-        }
-    }
-
-    /** Copies everything in a folder to one that begin has made. The first failure ends it, and part of it is left. */
-    static void fill(Path from, Path to) throws IOException {
-        if (!isFolder(from)) {
-            return;
-        }
-        try (DirectoryStream<Path> children = Files.newDirectoryStream(from)) {
-            for (Path child : children) {
-                Path copy = Names.child(to, Names.of(child));
-                begin(child, copy);
-                fill(child, copy);
-            }
-        }
-        copyFolderAttributes(from, to);
-    }
-
-    private static boolean isWithinArchive(Path from, Path to) {
-        return from.getFileSystem().equals(to.getFileSystem())
-                && !FileSystemTraits.movesWrittenFiles(from.getFileSystem());
-    }
-
-    private static boolean isFolder(Path path) throws IOException {
-        return EntryKind.of(path, LinkOption.NOFOLLOW_LINKS) == EntryKind.FOLDER;
-    }
-
-    /** Pipes would block for ever, and the platform refuses links with a message only. */
-    private static void requireCopyable(Path from, Path to) throws IOException {
-        if (from.getFileSystem().provider().equals(to.getFileSystem().provider())) {
-            return;
-        }
+    static TreeCopier begin(Path from, Path to) throws IOException {
+        TreeCopier copier = new TreeCopier();
         BasicFileAttributes attributes =
                 Files.readAttributes(from, BasicFileAttributes.class, LinkOption.NOFOLLOW_LINKS);
-        if (attributes.isSymbolicLink() || attributes.isOther()) {
-            throw new UnsupportedOperationException(from + " is nothing that another kind of file system can take");
+        if (attributes.isDirectory()) {
+            long mark = copier.mark(0, from.getFileName(), attributes);
+            copier.create(new Folder(from, to, attributes, mark));
+        } else {
+            OpenFolder parent = OpenFolder.named(from.getParent());
+            copier.mark(0, from.getFileName(), EntryCopy.copy(parent, from.getFileName(), to));
         }
+        return copier;
+    }
+
+    /** Copies what is in the folder. The first failure ends it, and part of it is left. */
+    CopiedEntries fill() throws IOException {
+        if (!folders.isEmpty()) {
+            copyChildren(folders.getLast());
+        }
+        while (!folders.isEmpty()) {
+            Folder next = folders.getLast().pending.pollLast();
+            if (next == null) {
+                finish(folders.removeLast());
+            } else {
+                create(next);
+                copyChildren(next);
+            }
+        }
+        return copied;
+    }
+
+    private void create(Folder folder) throws IOException {
+        Files.createDirectory(folder.to, Privacy.ofFolder(folder.to));
+        folders.addLast(folder);
+    }
+
+    private long mark(long parent, Path name, BasicFileAttributes attributes) {
+        long mark = copied.markOf(parent, name, attributes);
+        copied.add(mark);
+        return mark;
+    }
+
+    /** Copies all but the folders in it. */
+    private void copyChildren(Folder folder) throws IOException {
+        try (OpenFolder open = OpenFolder.open(folder.from, folder.attributes)) {
+            for (Path name = open.next(); name != null; name = open.next()) {
+                Interruption.check();
+                copyChild(folder, open, name);
+            }
+        }
+    }
+
+    private void copyChild(Folder folder, OpenFolder open, Path name) throws IOException {
+        Path to = Names.child(folder.to, Names.of(name));
+        try {
+            BasicFileAttributes attributes = open.attributesOf(name);
+            if (attributes.isDirectory()) {
+                long mark = mark(folder.mark, name, attributes);
+                folder.pending.addLast(new Folder(open.pathOf(name), to, attributes, mark));
+            } else {
+                mark(folder.mark, name, EntryCopy.copy(open, name, to));
+            }
+        } catch (NoSuchFileException e) {
+            requireGone(open, name, e);
+            Files.deleteIfExists(to);
+        }
+    }
+
+    /** What someone else has removed meanwhile is left out. */
+    private static void requireGone(OpenFolder open, Path name, NoSuchFileException reported) throws IOException {
+        try {
+            open.attributesOf(name);
+        } catch (NoSuchFileException e) {
+            return;
+        }
+        throw reported;
     }
 
     /** Last, since new children change the time, and permissions may forbid new children. */
-    private static void copyFolderAttributes(Path from, Path to) throws IOException {
-        PosixFileAttributeView source = posixViewOf(from);
-        PosixFileAttributeView target = posixViewOf(to);
-        if (source != null && target != null) {
-            target.setPermissions(source.readAttributes().permissions());
-        }
-        BasicFileAttributes times = Files.readAttributes(from, BasicFileAttributes.class, LinkOption.NOFOLLOW_LINKS);
-        Files.getFileAttributeView(to, BasicFileAttributeView.class, LinkOption.NOFOLLOW_LINKS)
-                .setTimes(times.lastModifiedTime(), times.lastAccessTime(), times.creationTime());
-    }
-
-    private static PosixFileAttributeView posixViewOf(Path path) {
-        return Files.getFileAttributeView(path, PosixFileAttributeView.class, LinkOption.NOFOLLOW_LINKS);
+    private static void finish(Folder folder) throws IOException {
+        KeptAttributes kept = KeptAttributes.of(folder.from);
+        kept.giveAttached(folder.to);
+        Durability.forceFolder(folder.to);
+        Times.copy(folder.attributes, folder.to);
+        kept.giveAccess(folder.to);
     }
 }

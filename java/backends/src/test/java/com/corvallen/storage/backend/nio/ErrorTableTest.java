@@ -55,6 +55,7 @@ class ErrorTableTest {
                 arguments(new NonReadableChannelException(), ErrorCode.ACCESS_DENIED),
                 arguments(new SecurityException(), ErrorCode.ACCESS_DENIED),
                 arguments(new OverlappingFileLockException(), ErrorCode.IN_USE),
+                arguments(new InUseException("f", "changed"), ErrorCode.IN_USE),
                 arguments(new ClosedFileSystemException(), ErrorCode.UNAVAILABLE),
                 arguments(new ClosedDirectoryStreamException(), ErrorCode.UNAVAILABLE),
                 arguments(new ClosedWatchServiceException(), ErrorCode.UNAVAILABLE),

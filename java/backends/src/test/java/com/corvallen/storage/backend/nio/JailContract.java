@@ -212,12 +212,15 @@ abstract class JailContract extends NioTestCase {
 
     @ParameterizedTest
     @ValueSource(strings = {"file", "folder", "missing"})
-    void linkThatLeadsOutMovesItselfAndIsReplacedItself(String name) throws Exception {
+    void linkThatLeadsOutMovesItselfAndNothingIsReplacedThroughIt(String name) throws Exception {
         StorageURI link = link(relative(name), "link");
-        provider.moveFile(link, at("moved"), /* replace= */ false);
+        StorageURI moved = at("moved");
+        provider.moveFile(link, moved, /* replace= */ false);
         assertTrue(Files.isSymbolicLink(path("moved")));
-        provider.moveFile(file("mine", "mine"), at("moved"), /* replace= */ true);
-        assertFile("mine", at("moved"));
+        StorageURI mine = file("mine", "mine");
+        assertFails(ErrorCode.ACCESS_DENIED, moved, () -> provider.moveFile(mine, moved, /* replace= */ true));
+        assertTrue(Files.isSymbolicLink(path("moved")));
+        assertFile("mine", mine);
     }
 
     @Test

@@ -155,15 +155,70 @@ abstract class LinksContract extends NioTestCase {
     }
 
     @Test
-    void linkIsReplacedItself() throws Exception {
+    void whatALinkLeadsToIsReplacedAndTheLinkStays() throws Exception {
         StorageURI file = file("old", "file");
         StorageURI link = link("file", "link");
-        StorageURI a = file("new", "a");
-        assertFails(ErrorCode.ALREADY_EXISTS, link, () -> provider.moveFile(a, link, /* replace= */ false));
-        provider.moveFile(a, link, /* replace= */ true);
-        assertFalse(Files.isSymbolicLink(nio().path(link)));
-        assertFile("new", link);
-        assertFile("old", file);
+        StorageURI second = link("link", "second");
+        assertFails(
+                ErrorCode.ALREADY_EXISTS, link, () -> provider.moveFile(file("new", "a"), link, /* replace= */ false));
+        provider.moveFile(at("a"), second, /* replace= */ true);
+        assertMissing(at("a"));
+        assertLink(link);
+        assertLink(second);
+        assertFalse(Files.isSymbolicLink(nio().path(file)));
+        assertFile("new", file);
+    }
+
+    @Test
+    void fileThatReplacesThroughALinkTakesTheMissingNameThatItLeadsTo() throws Exception {
+        folder("folder");
+        StorageURI link = link("folder/new", "link");
+        provider.moveFile(file("x", "a"), link, /* replace= */ true);
+        assertLink(link);
+        assertFile("x", at("folder", "new"));
+        StorageURI lost = link("missing/new", "lost");
+        assertFails(ErrorCode.NOT_FOUND, lost, () -> provider.moveFile(file("y", "b"), lost, /* replace= */ true));
+        assertLink(lost);
+        assertFile("y", at("b"));
+    }
+
+    @Test
+    void linkInACircleIsNotReplaced() throws Exception {
+        StorageURI link = link("other", "link");
+        link("link", "other");
+        assertFails(ErrorCode.INVALID_LOCATION, link, () -> provider.moveFile(file("x", "a"), link, true));
+        assertLink(link);
+        assertFile("x", at("a"));
+    }
+
+    @Test
+    void fileThatIsMovedToALinkToItselfStays() throws Exception {
+        StorageURI file = file("x", "file");
+        StorageURI link = link("file", "link");
+        provider.moveFile(file, link, /* replace= */ true);
+        assertLink(link);
+        assertFile("x", file);
+    }
+
+    @Test
+    void linkReplacesALinkItself() throws Exception {
+        StorageURI file = file("x", "file");
+        StorageURI link = link("file", "link");
+        StorageURI other = link("nowhere", "other");
+        provider.moveFile(link, other, /* replace= */ true);
+        assertNothing(link);
+        assertLink(other);
+        assertFile("x", other);
+        assertFile("x", file);
+    }
+
+    @Test
+    void linkDoesNotReplaceTheFileThatItLeadsTo() throws Exception {
+        StorageURI file = file("x", "file");
+        StorageURI link = link("file", "link");
+        assertFails(ErrorCode.INVALID_LOCATION, file, () -> provider.moveFile(link, file, /* replace= */ true));
+        assertLink(link);
+        assertFile("x", file);
     }
 
     @Test

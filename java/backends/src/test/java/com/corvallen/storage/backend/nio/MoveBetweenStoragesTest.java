@@ -11,7 +11,6 @@ import com.corvallen.storage.provider.ProviderException;
 import com.corvallen.storage.provider.StorageURI;
 import com.google.common.jimfs.Configuration;
 import java.io.IOException;
-import java.nio.file.FileStore;
 import java.nio.file.Files;
 import java.nio.file.Path;
 import java.nio.file.attribute.FileTime;
@@ -20,7 +19,6 @@ import java.util.Arrays;
 import java.util.List;
 import java.util.stream.Stream;
 import org.junit.jupiter.api.AfterEach;
-import org.junit.jupiter.api.Assumptions;
 import org.junit.jupiter.api.Test;
 import org.junit.jupiter.api.Timeout;
 import org.junit.jupiter.api.function.Executable;
@@ -41,19 +39,11 @@ class MoveBetweenStoragesTest {
         NioStorage open() throws IOException;
     }
 
-    private static NioStorage otherDisk() throws IOException {
-        Path disk = Path.of("/dev/shm");
-        Assumptions.assumeTrue(Files.isWritable(disk), "no second disk on this machine");
-        FileStore temporary = Files.getFileStore(Path.of(System.getProperty("java.io.tmpdir")));
-        Assumptions.assumeFalse(Files.getFileStore(disk).equals(temporary), "no second disk on this machine");
-        return NioStorage.ofFolder(Files.createTempDirectory(disk, "nio-test"));
-    }
-
     static Stream<Arguments> pairs() {
         Opener folder = NioStorage::ofFolder;
         Opener archive = NioStorage::ofArchive;
         Opener memory = NioStorage::ofMemory;
-        Opener disk = MoveBetweenStoragesTest::otherDisk;
+        Opener disk = OtherDisk::open;
         return Stream.of(
                 arguments("folder to archive", folder, archive),
                 arguments("archive to folder", archive, folder),
@@ -277,7 +267,7 @@ class MoveBetweenStoragesTest {
     @Test
     void linkMovesToAnotherDiskAsALink() throws Exception {
         NioStorage from = open(NioStorage::ofFolder);
-        NioStorage to = open(MoveBetweenStoragesTest::otherDisk);
+        NioStorage to = open(OtherDisk::open);
         Files.createSymbolicLink(from.path("link"), Path.of("nowhere"));
         provider.moveFile(from.at("link"), to.at("link"), /* replace= */ false);
         assertTrue(Files.isSymbolicLink(to.path("link")));

@@ -35,7 +35,7 @@ final class OtherProcess implements AutoCloseable {
         orders = new PrintStream(process.getOutputStream(), /* autoFlush= */ true, StandardCharsets.UTF_8);
     }
 
-    private static String place(Class<?> type) {
+    static String place(Class<?> type) {
         return Path.of(URI.create(type.getProtectionDomain().getCodeSource().getLocation().toString()))
                 .toString();
     }

@@ -14,6 +14,7 @@ import java.nio.channels.FileChannel;
 import java.nio.file.Files;
 import java.nio.file.Path;
 import java.nio.file.StandardOpenOption;
+import java.nio.file.attribute.PosixFilePermissions;
 import java.nio.file.attribute.UserDefinedFileAttributeView;
 import java.util.Queue;
 import java.util.concurrent.ConcurrentLinkedQueue;
@@ -91,6 +92,37 @@ class ProcessLocksTest extends NioTestCase {
             assertEquals(1_000_000_000_123L, provider.getFileAttributes(a).getLastModified());
             assertEquals(5, channel.size());
         }
+    }
+
+    @Test
+    void fileThatReplacesAnotherKeepsItsLock() throws Exception {
+        StorageURI a = file("hello", "a");
+        StorageURI b = file("old", "b");
+        Files.setPosixFilePermissions(path("b"), PosixFilePermissions.fromString("rw-rw----"));
+        if (Files.getFileStore(path()).supportsFileAttributeView("user")) {
+            Files.getFileAttributeView(path("b"), UserDefinedFileAttributeView.class)
+                    .write("text", ByteBuffer.wrap(new byte[] {'v'}));
+        }
+        try (ProviderChannel channel = hold(a)) {
+            provider.moveFile(a, b, /* replace= */ true);
+            assertHeld(b);
+            assertEquals(5, channel.size());
+        }
+        assertEquals("rw-rw----", PosixFilePermissions.toString(Files.getPosixFilePermissions(path("b"))));
+        assertEquals("ok", other.ask("write", b));
+    }
+
+    @Test
+    void fileThatIsHeldDoesNotMoveToAnotherDisk() throws Exception {
+        NioStorage disk = OtherDisk.open();
+        StorageURI a = file("hello", "a");
+        try (ProviderChannel channel = hold(a)) {
+            assertFails(ErrorCode.IN_USE, a, () -> provider.moveFile(a, disk.at("a"), /* replace= */ false));
+            assertHeld(a);
+            assertEquals(5, channel.size());
+        }
+        assertEquals(0, disk.countEntries(disk.at()));
+        disk.tearDown();
     }
 
     @Test

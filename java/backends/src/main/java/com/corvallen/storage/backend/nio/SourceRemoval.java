@@ -1,0 +1,140 @@
+package com.corvallen.storage.backend.nio;
+
+import java.io.IOException;
+import java.nio.file.DirectoryIteratorException;
+import java.nio.file.DirectoryNotEmptyException;
+import java.nio.file.DirectoryStream;
+import java.nio.file.Files;
+import java.nio.file.LinkOption;
+import java.nio.file.NoSuchFileException;
+import java.nio.file.Path;
+import java.nio.file.attribute.BasicFileAttributes;
+import java.util.ArrayDeque;
+import java.util.Deque;
+
+/**
+ * Removes what a copy has taken from where it was, and nothing else: what was written there since, or put in place of
+ * what was copied, stays, and so do the folders that it is in. No one who puts links there can lead it astray, because
+ * whatever is removed is the very file that was copied. Used once, by one thread.
+ */
+final class SourceRemoval {
+    private static final int MAX_READINGS = 100;
+
+    private final CopiedEntries copied;
+
+    /** The first of what stays. */
+    private Path kept;
+
+    private SourceRemoval(CopiedEntries copied) {
+        this.copied = copied;
+    }
+
+    /** A folder that is being emptied, and those in it that will be. */
+    private static final class Folder {
+        final Path path;
+        final Folder parent;
+        final long mark;
+        final Deque<Folder> pending = new ArrayDeque<>();
+        boolean keepsSome;
+        int readings;
+
+        Folder(Path path, Folder parent, long mark) {
+            this.path = path;
+            this.parent = parent;
+            this.mark = mark;
+        }
+    }
+
+    /**
+     * Removes what was copied.
+     *
+     * @throws InUseException if something else is there that stays
+     */
+    static void remove(Path source, CopiedEntries copied) throws IOException {
+        SourceRemoval removal = new SourceRemoval(copied);
+        removal.run(source);
+        if (removal.kept != null) {
+            throw new InUseException(
+                    source.toString(),
+                    "has arrived, but what was written to it meanwhile is still where it was: " + removal.kept);
+        }
+    }
+
+    private void run(Path source) throws IOException {
+        Folder above = new Folder(source.getParent(), /* parent= */ null, /* mark= */ 0);
+        visit(source, above);
+        Folder folder = above.pending.poll();
+        while (folder != null && folder != above) {
+            if (folder.readings == 0) {
+                empty(folder);
+            }
+            Folder next = folder.pending.pollLast();
+            if (next != null) {
+                folder = next;
+            } else if (isDone(folder)) {
+                folder = folder.parent;
+            }
+        }
+    }
+
+    /** Removes the files in a folder, and keeps the folders for later. */
+    private void empty(Folder folder) throws IOException {
+        folder.readings++;
+        try (DirectoryStream<Path> children = Files.newDirectoryStream(folder.path)) {
+            for (Path child : children) {
+                Interruption.check();
+                visit(child, folder);
+            }
+        } catch (DirectoryIteratorException e) {
+            throw e.getCause();
+        } catch (NoSuchFileException e) {
+            // Someone else has removed it.
+        }
+    }
+
+    private void visit(Path path, Folder parent) throws IOException {
+        BasicFileAttributes attributes = attributesOf(path);
+        if (attributes == null) {
+            return;
+        }
+        long mark = copied.markOf(parent.mark, path.getFileName(), attributes);
+        if (!copied.contains(mark)) {
+            keep(path, parent);
+        } else if (attributes.isDirectory()) {
+            parent.pending.addLast(new Folder(path, parent, mark));
+        } else if (!SpareName.removeUnchanged(path, attributes)) {
+            keep(path, parent);
+        }
+    }
+
+    /** Removes a folder, and returns false if it is to be read again: some systems leave out what is there. */
+    private boolean isDone(Folder folder) throws IOException {
+        BasicFileAttributes attributes = attributesOf(folder.path);
+        if (attributes == null) {
+            return true;
+        }
+        if (folder.keepsSome || !attributes.isDirectory()) {
+            keep(folder.path, folder.parent);
+            return true;
+        }
+        try {
+            Files.delete(folder.path);
+            return true;
+        } catch (DirectoryNotEmptyException e) {
+            folder.keepsSome = folder.readings >= MAX_READINGS;
+            empty(folder);
+            return false;
+        }
+    }
+
+    private static BasicFileAttributes attributesOf(Path path) throws IOException {
+        return EntryKind.attributesOf(path, LinkOption.NOFOLLOW_LINKS);
+    }
+
+    private void keep(Path path, Folder parent) {
+        parent.keepsSome = true;
+        if (kept == null) {
+            kept = path;
+        }
+    }
+}

@@ -1,0 +1,96 @@
+package com.corvallen.storage.backend.nio;
+
+import static org.junit.jupiter.api.Assertions.assertEquals;
+import static org.junit.jupiter.api.Assertions.assertTrue;
+
+import com.corvallen.storage.provider.ErrorCode;
+import com.corvallen.storage.provider.StorageURI;
+import java.io.IOException;
+import java.nio.file.Files;
+import java.nio.file.Path;
+import java.nio.file.attribute.BasicFileAttributes;
+import java.util.concurrent.TimeUnit;
+import org.junit.jupiter.api.AfterEach;
+import org.junit.jupiter.api.BeforeEach;
+import org.junit.jupiter.api.Test;
+
+/** Pipes are moved as names and never opened: that would block until someone opens the other end. */
+class SpecialFilesMoveTest extends NioTestCase {
+    private NioStorage disk;
+
+    SpecialFilesMoveTest() {
+        super(NioStorage::ofFolder);
+    }
+
+    @BeforeEach
+    void open() throws IOException {
+        disk = OtherDisk.open();
+    }
+
+    @AfterEach
+    void close() throws Exception {
+        disk.tearDown();
+    }
+
+    private StorageURI pipe(String... names) throws Exception {
+        Process mkfifo = new ProcessBuilder("mkfifo", path(names).toString()).inheritIO().start();
+        assertTrue(mkfifo.waitFor(60, TimeUnit.SECONDS));
+        assertEquals(0, mkfifo.exitValue());
+        return at(names);
+    }
+
+    private static void assertPipe(Path path) throws Exception {
+        assertTrue(Files.readAttributes(path, BasicFileAttributes.class).isOther(), () -> path + " is no pipe");
+    }
+
+    @Test
+    void pipeMovesWithinADiskAndIsRemoved() throws Exception {
+        StorageURI pipe = pipe("pipe");
+        provider.moveFile(pipe, at("moved"), /* replace= */ false);
+        assertPipe(path("moved"));
+        assertMissing(pipe);
+        provider.moveFile(at("moved"), at("again"), /* replace= */ true);
+        assertPipe(path("again"));
+        provider.removeFile(at("again"));
+        assertMissing(at("again"));
+    }
+
+    @Test
+    void folderWithAPipeMovesWithinADiskAndIsRemoved() throws Exception {
+        StorageURI folder = folder("a");
+        pipe("a", "pipe");
+        provider.moveFolder(folder, at("b"), /* replace= */ false);
+        assertPipe(path("b", "pipe"));
+        provider.removeFolderRecursively(at("b"));
+        assertMissing(at("b"));
+    }
+
+    @Test
+    void pipeDoesNotMoveToAnotherDisk() throws Exception {
+        StorageURI pipe = pipe("pipe");
+        for (boolean replace : new boolean[] {false, true}) {
+            assertFails(ErrorCode.NOT_SUPPORTED, pipe, () -> provider.moveFile(pipe, disk.at("pipe"), replace));
+        }
+        assertPipe(path("pipe"));
+        assertEquals(0, disk.countEntries(disk.at()));
+    }
+
+    @Test
+    void folderWithAPipeDoesNotMoveToAnotherDiskAndStaysWhole() throws Exception {
+        StorageURI folder = folder("a");
+        for (int i = 0; i < 20; i++) {
+            file("x", "a", "file" + i);
+        }
+        folder("a", "sub");
+        pipe("a", "sub", "pipe");
+        disk.provider().createFolder(disk.at("b"));
+        disk.write(disk.at("b", "old"), "old");
+        for (String target : new String[] {"b", "free"}) {
+            assertFails(ErrorCode.NOT_SUPPORTED, folder, () -> provider.moveFolder(folder, disk.at(target), true));
+        }
+        assertPipe(path("a", "sub", "pipe"));
+        assertEquals(21, storage.countEntries(folder));
+        assertEquals("old", disk.read(disk.at("b", "old")));
+        assertEquals(1, disk.countEntries(disk.at()));
+    }
+}
