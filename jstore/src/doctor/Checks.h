@@ -20,8 +20,12 @@ namespace jstore::doctor {
 /// Each entry of the class path, then where the contract and the provider's class are.
 [[nodiscard]] Checks classPath(const Options& options);
 
-/// Each mount and whether its target is there.
+/// Each mount and whether its target is there: what can be said without Java.
 [[nodiscard]] Checks mounts(const Options& options);
+
+/// Each mount, opened by the provider as an operation would, with the words that an operation's error line has. What
+/// mounts() finds wrong is not tried. As mounts() where the provider is not the one that reads mounts.
+[[nodiscard]] Checks openedMounts(const std::shared_ptr<storage::jvm::EmbeddedJVM>& jvm, const Options& options);
 
 /// The process's character encoding. Says what Java uses when `env`, its environment, is not null.
 [[nodiscard]] Check locale(JNIEnv* env);

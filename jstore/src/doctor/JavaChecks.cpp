@@ -5,12 +5,16 @@
 #include <csignal>
 #include <cstring>
 
+#include "ClassPath.h"
 #include "JavaHome.h"
 #include "JavaProperty.h"
 #include "JavaVersion.h"
 #include "Problem.h"
 #include "Session.h"
+#include "Text.h"
 #include "doctor/Checks.h"
+#include "fl/i18n/text.h"
+#include "foundation/storage/provider/Exception.h"
 
 namespace jstore::doctor {
 
@@ -58,7 +62,39 @@ std::string namesOf(const std::vector<int>& signals, bool javas) {
     return names;
 }
 
+/// The finding about a mount that seemed well, after the provider has opened it.
+Check opened(const BackEnd& backEnd, const Mount& mount, Check seemed) {
+    using foundation::storage::provider::Exception;
+    const Location root(foundation::storage::provider::StorageIRI(fl::i18n::to_ustring("java://" + mount.name + "/")));
+    try {
+        static_cast<void>(backEnd.provider().folderExists(root.iri()));
+        return {Mark::Ok, std::move(seemed.subject), mount.uri, {}};
+    } catch (const Exception& error) {
+        auto problem = describe(error, root);
+        addReason(problem, backEnd.reasonOf(error));
+        return {Mark::Failure, std::move(seemed.subject), messageOf(problem), "correct the mount, or what it leads to"};
+    }
+}
+
 }  // namespace
+
+Checks openedMounts(const std::shared_ptr<storage::jvm::EmbeddedJVM>& jvm, const Options& options) {
+    auto checks = mounts(options);
+    if (checks.empty() || slashed(options.provider) != slashed(DefaultProvider)) {
+        return checks;
+    }
+    try {
+        const BackEnd backEnd(jvm, options);
+        for (std::size_t at = 0; at < checks.size(); ++at) {
+            if (checks[at].mark == Mark::Ok) {
+                checks[at] = opened(backEnd, options.mounts[at], checks[at]);
+            }
+        }
+    } catch (const CommandError&) {
+        // The provider cannot be made, which is a finding of its own.
+    }
+    return checks;
+}
 
 Checks javaHomes(const std::vector<JavaCandidate>& candidates) {
     const auto* const chosen = usable(candidates);

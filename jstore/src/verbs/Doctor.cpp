@@ -52,8 +52,8 @@ public:
         const auto* const java = usable(candidates);
         show(doctor::javaHomes(candidates));
         show(doctor::classPath(options));
-        show(doctor::mounts(options));
         if (java == nullptr) {
+            show(doctor::mounts(options));
             show({doctor::locale(nullptr)});
             return ExitCode::NoJava;
         }
@@ -83,7 +83,9 @@ private:
             jvm = startJava(m_context->options());
         } catch (const CommandError& error) {
             const auto* const hint = "check --jvm-option, --java-home and JAVA_HOME";
-            show({{Mark::Failure, "java", messageOf(error.problem()), hint}, doctor::locale(nullptr)});
+            show({{Mark::Failure, "java", messageOf(error.problem()), hint}});
+            show(doctor::mounts(m_context->options()));
+            show({doctor::locale(nullptr)});
             return error.problem().exitCode;
         }
         storage::jvm::JVMWrapper attached(jvm->getJavaVM());
@@ -91,6 +93,7 @@ private:
         show({doctor::locale(attached.getEnv())});
         show(doctor::signals());
         show({doctor::provider(jvm, m_context->options())});
+        show(doctor::openedMounts(jvm, m_context->options()));
         show({doctor::archive(m_context->options(), java)});
         return ExitCode::Done;
     }

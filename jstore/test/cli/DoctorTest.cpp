@@ -120,13 +120,42 @@ TEST(DoctorTest, WrongMachineOptionFails) {
 TEST(DoctorTest, MountsAreLookedAt) {
     const TemporaryFolder folder;
     const auto file = folder.file("a.zip");
-    const auto good = jstore({"--mount", "a=" + folder.path().string(), "--mount", "m=jimfs://memory", "doctor"});
-    EXPECT_THAT(good,
-                Prints(AllOf(ContainsRegex("ok +mount a +file:///"), ContainsRegex("ok +mount m +.*not looked for"))));
+    const auto good = jstore({"--mount", "a=" + folder.path().string(), "doctor"});
+    EXPECT_THAT(good, Prints(ContainsRegex("ok +mount a +file:///")));
     const auto bad = jstore({"--mount", "a=/nonexistent", "--mount", "b=" + file.string(), "doctor"});
     EXPECT_EQ(1, bad.exitCode);
     EXPECT_THAT(bad.out, AllOf(ContainsRegex("FAIL +mount a +.*nothing is at /nonexistent"),
                                ContainsRegex("FAIL +mount b +.*not a folder"), HasSubstr("NAME=jar:file:")));
+}
+
+TEST(DoctorTest, MountsAreLookedAtWithoutJavaToo) {
+    const auto outcome =
+        jstore({"--java-home", "/nonexistent", "--mount", "a=/nonexistent", "--mount", "m=jimfs://memory", "doctor"});
+    EXPECT_THAT(outcome.out, AllOf(ContainsRegex("FAIL +mount a +.*nothing is at /nonexistent"),
+                                   ContainsRegex("ok +mount m +.*not looked for")));
+}
+
+/// What an operation and the doctor say of a mount that cannot be opened, by the words after it.
+void expectSameWords(const std::string& mount, const std::string& words) {
+    const auto operation = jstore({"--mount", "m=" + mount, "ls", "java://m/"});
+    EXPECT_EQ(1, operation.exitCode);
+    const std::string before = "jstore: Unavailable: java://m/: ";
+    ASSERT_EQ(before, operation.err.substr(0, before.size())) << operation.err;
+    const auto why = operation.err.substr(before.size());
+    EXPECT_THAT(why, HasSubstr(words));
+    const auto doctor = jstore({"--mount", "m=" + mount, "doctor"});
+    EXPECT_EQ(1, doctor.exitCode);
+    EXPECT_THAT(doctor.out, HasSubstr("FAIL  mount m       " + why));
+}
+
+TEST(DoctorTest, FindsWhatAnOperationFinds) {
+    const TemporaryFolder folder;
+    for (const auto* const name : {"noise.zip", "noise.bin"}) {
+        const auto noise = folder.file(name, std::string(100, '?'));
+        expectSameWords("jar:file://" + noise.string(), "zip END header not found");
+    }
+    expectSameWords("jar:file://" + folder.file("empty.zip").string(), "zip file is empty");
+    expectSameWords("jimfs://memory", "needs a file-system provider for \"jimfs\"");
 }
 
 }  // namespace

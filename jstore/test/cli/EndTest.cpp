@@ -86,21 +86,28 @@ std::string noise(std::size_t bytes) {
 
 TEST_F(EndTest, ArchiveThatCannotBeWrittenIsTold) {
     const auto archive = m_folder.file("a.zip", contentOf(JSTORE_TEST_BACKENDS));
-    const auto before = contentOf(archive);
-    std::vector<std::string> arguments{"--mount", "zip=jar:file://" + archive.string(), "cp"};
-    for (const auto* const name : {"a", "b", "c", "d"}) {
-        m_folder.file(name, noise(60'000));
-        arguments.push_back(m_folder.location(name));
-    }
-    arguments.emplace_back("java://zip/");
-    const auto outcome = [&] {
-        const FileSizeLimit limit(100'000);  // Each file fits, the archive does not.
-        // Nor would the counts of lines fit that an instrumented program writes at its end.
+    const auto copyAll = [&] {
+        std::vector<std::string> arguments{"--mount", "zip=jar:file://" + archive.string(), "cp"};
+        for (const auto* const name : {"a", "b", "c", "d"}) {
+            m_folder.file(name, noise(60'000));
+            arguments.push_back(m_folder.location(name));
+        }
+        arguments.emplace_back("java://zip/");
+        // With a limit the counts of lines that an instrumented program writes at its end would not fit either.
         return Jstore(arguments).with("LLVM_PROFILE_FILE", "/dev/null").run();
+    };
+    const auto base = m_folder.file("base", noise(500'000)).string();
+    ASSERT_THAT(jstore({"--mount", "zip=jar:file://" + archive.string(), "cp", base, "java://zip/"}), IsSilentlyDone());
+    const auto before = contentOf(archive);
+    const auto outcome = [&] {
+        const FileSizeLimit limit(600'000);  // What is copied fits, the archive with it does not.
+        return copyAll();
     }();
     EXPECT_THAT(outcome,
                 FailsWith(1, "jstore: StorageFull: java://zip/: what was written may be lost: file too large"));
     EXPECT_TRUE(before == contentOf(archive));
+    EXPECT_FALSE(std::filesystem::exists(m_folder / ".storage-archive-a.zip"));
+    EXPECT_THAT(copyAll(), IsSilentlyDone());
 }
 
 }  // namespace

@@ -3,9 +3,9 @@
 #include <csignal>
 #include <random>
 #include <regex>
-#include <thread>
 
 #include "support/Matchers.h"
+#include "support/Moment.h"
 #include "support/TemporaryFolder.h"
 
 namespace jstore::test {
@@ -62,16 +62,6 @@ protected:
         return files;
     }
 
-    /// Returns when the time has come, or the hidden file has grown to the size, or the process has ended.
-    template <class Condition>
-    static void await(const Jstore& run, const Condition& condition) {
-        const auto deadline = Clock::now() + std::chrono::minutes(1);
-        while (!condition() && !hasEnded(run)) {
-            ASSERT_LT(Clock::now(), deadline) << "the moment did not come";
-            std::this_thread::yield();
-        }
-    }
-
     [[nodiscard]] bool hiddenHolds(std::uintmax_t bytes) const {
         for (const auto& file : fs::directory_iterator(m_folder / "to")) {
             std::error_code gone;
@@ -106,13 +96,6 @@ protected:
     TemporaryFolder m_folder;
     const std::string m_new = noise(NewSize);
     const std::string m_old = noise(100'000);
-
-private:
-    static bool hasEnded(const Jstore& run) {
-        siginfo_t info{};
-        return ::waitid(P_PID, static_cast<id_t>(run.pid()), &info, WEXITED | WNOHANG | WNOWAIT) == 0 &&
-               info.si_pid != 0;
-    }
 };
 
 TEST_F(KilledCopyTest, FiftyMomentsOfKillingLeaveTheOldFileOrTheWholeNewOne) {

@@ -1,3 +1,6 @@
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -163,6 +166,34 @@ TEST_F(ZipTest, ReplacedAndRemovedFilesLeaveASoundArchive) {
     EXPECT_EQ("other text", shell("unzip -p a.zip text"));
     EXPECT_EQ(knownToUnzip(), knownToJstore());
     EXPECT_EQ(3U, knownToUnzip().size());
+}
+
+TEST_F(ZipTest, OtherWriterKeepsThisOneOutAndNoReader) {
+    makeArchive();
+    const auto draft = m_folder.file(".storage-archive-a.zip");
+    const int other = ::open(draft.c_str(), O_RDWR | O_CLOEXEC);
+    struct flock lock = {};
+    lock.l_type = F_WRLCK;
+    ASSERT_EQ(0, ::fcntl(other, F_SETLK, &lock));
+    m_folder.file("new", "other text");
+    const std::vector<std::string> copy{"cp", m_folder.location("new"), "java://zip/new"};
+    EXPECT_THAT(mounted(copy), FailsWith(1, "jstore: InUse: java://zip/new: another program is writing this archive"));
+    EXPECT_THAT(mounted({"cat", "java://zip/text"}), Prints("some text\n"));
+    EXPECT_TRUE(fs::exists(draft));
+    ::close(other);
+    EXPECT_THAT(mounted(copy), IsSilentlyDone());
+    EXPECT_FALSE(fs::exists(draft)) << "whoever made it is gone";
+    EXPECT_EQ("other text", shell("unzip -p a.zip new"));
+}
+
+TEST_F(ZipTest, LinkToAnArchiveStaysALink) {
+    makeArchive();
+    fs::rename(m_folder / "a.zip", m_folder / "real.zip");
+    fs::create_symlink("real.zip", m_folder / "a.zip");
+    m_folder.file("new", "other text");
+    ASSERT_THAT(mounted({"cp", m_folder.location("new"), "java://zip/new"}), IsSilentlyDone());
+    EXPECT_TRUE(fs::is_symlink(m_folder / "a.zip"));
+    EXPECT_EQ("other text", shell("unzip -p real.zip new"));
 }
 
 }  // namespace

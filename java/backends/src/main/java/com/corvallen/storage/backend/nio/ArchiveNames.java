@@ -1,6 +1,5 @@
 package com.corvallen.storage.backend.nio;
 
-import java.io.File;
 import java.io.IOException;
 import java.net.URI;
 import java.nio.file.Path;
@@ -12,21 +11,26 @@ import java.util.zip.ZipException;
 import java.util.zip.ZipFile;
 
 /**
- * Looks for names in a zip archive that are both a file and a folder. The platform's file system for archives shows the
- * file and hides what is in the folder, and who copies everything would lose it without a word.
+ * What an archive is called, and what its entries are. Looks for names in a zip archive that are both a file and a
+ * folder. The platform's file system for archives shows the file and hides what is in the folder, and who copies
+ * everything would lose it without a word.
  */
 final class ArchiveNames {
     private ArchiveNames() {}
 
-    /** Refuses such an archive; any other file system, and archives inside archives, pass. */
-    static void requireClear(URI uri) throws IOException {
+    /** Returns the archive on the default file system that a URI names, links followed; null if it names none. */
+    static Path archiveOf(URI uri) throws IOException {
         String inner = uri.getRawSchemeSpecificPart();
         if (!"jar".equalsIgnoreCase(uri.getScheme()) || !inner.startsWith("file:")) {
-            return;
+            return null;
         }
         int end = inner.indexOf("!/");
-        File archive = Path.of(URI.create(end < 0 ? inner : inner.substring(0, end))).toFile();
-        try (ZipFile zip = new ZipFile(archive)) {
+        return Path.of(URI.create(end < 0 ? inner : inner.substring(0, end))).toRealPath();
+    }
+
+    /** Refuses such an archive. */
+    static void requireClear(Path archive) throws IOException {
+        try (ZipFile zip = new ZipFile(archive.toFile())) {
             Set<String> files = new HashSet<>();
             for (Enumeration<? extends ZipEntry> all = zip.entries(); all.hasMoreElements(); ) {
                 ZipEntry entry = all.nextElement();
@@ -50,7 +54,7 @@ final class ArchiveNames {
     }
 
     /** An archive may say "/a" and "a//b" where others say "a" and "a/b". */
-    private static String pathOf(ZipEntry entry) {
+    static String pathOf(ZipEntry entry) {
         return entry.getName().replaceAll("/+", "/").replaceFirst("^/", "");
     }
 }

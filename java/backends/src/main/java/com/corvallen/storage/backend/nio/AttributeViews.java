@@ -14,6 +14,7 @@ import java.util.TreeMap;
  * <ul>
  *   <li>{@code basic:creationTime} and the others of {@code BasicFileAttributes}; times as ISO-8601 text with all digits.
  *       {@code basic:isSymbolicLink} is about the location itself, all others about what it leads to;
+ *   <li>{@code basic:fileKey}, as {@link FileKey} says;
  *   <li>{@code posix:owner}, {@code posix:group} and {@code posix:permissions} ({@code rwxr-x---}), where there are any;
  *   <li>{@code user:name} for each attribute that someone has attached, where the file system can and lets this process
  *       read it.
@@ -38,13 +39,14 @@ final class AttributeViews {
         values.put("basic:isSymbolicLink", Boolean.toString(isLink));
         putBasic(found.attributes, values);
         owners.readInto(found.path, values);
+        FileKey.readInto(found, values);
         new UserAttributes(found).readInto(values);
         return new ExtendedAttributes(values.entrySet().stream()
                 .map(entry -> new ExtendedAttribute(entry.getKey(), entry.getValue()))
                 .toArray(ExtendedAttribute[]::new));
     }
 
-    /** All but the key of the file, whose text means nothing outside the file system. */
+    /** All but the key of the file. */
     private static void putBasic(BasicFileAttributes attributes, Map<String, String> values) {
         values.put("basic:creationTime", attributes.creationTime().toString());
         values.put("basic:isDirectory", Boolean.toString(attributes.isDirectory()));

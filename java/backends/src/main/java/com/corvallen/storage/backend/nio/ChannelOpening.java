@@ -86,6 +86,7 @@ final class ChannelOpening {
         OpenFiles.Use use = begin(found, exclusive ? OpenFiles.Mode.EXCLUSIVE : OpenFiles.Mode.WRITE);
         try {
             cache.drop(found.path);
+            mount.beginWriting();
             return channel(openForWriting(found, truncate, exclusive), use, /* writable= */ true);
         } catch (IOException | RuntimeException | ProviderException e) {
             use.close();
@@ -105,6 +106,7 @@ final class ChannelOpening {
         }
         new Entry(location, path, mount).requireParentFolder();
         if (create) {
+            mount.beginWriting();
             Creation.createIfMissing(path);
         }
         return Found.at(location, mount);

@@ -38,6 +38,13 @@ final class Mount implements AutoCloseable {
         return root.getFileSystem().isOpen();
     }
 
+    /** To be called before each change below the root. Throws InUseException where another writer keeps this one out. */
+    void beginWriting() throws IOException {
+        if (lease != null) {
+            lease.beginWriting();
+        }
+    }
+
     /** Returns the path that a location leads to, all links resolved as far as they need be to know that they stay. */
     Path follow(StorageURI location) throws IOException, ProviderException {
         Path path = pathOf(location);

@@ -29,9 +29,17 @@ import java.util.Objects;
  * protection is against locations and against links that are there, not against someone who rearranges links with means
  * of their own while an operation is under way.
  *
- * <p><b>Archives.</b> A file system that is already open is used and left open. One that is opened here is shared by
- * all providers of the process and closed when the last of them is disposed of; what was written to a zip archive
- * reaches the disk at that moment, and {@link #close} tells whether it did.
+ * <p><b>Archives.</b> A zip archive on disk is shared by all providers of the process. It is only read until the last
+ * of them is disposed of. Then what was changed is written as a new archive beside the old one, read back, synced, and
+ * renamed over it, with the permissions and user attributes of the old one; {@link #close} reports whether that
+ * worked. If it did not, the old archive is as it was, nothing is left, and the mount can be opened again. The first
+ * change makes the hidden file {@code .storage-archive-NAME} and locks it: other processes that begin to change the
+ * archive before the end get IN_USE, and so does this one if it finds the archive changed by someone else. Readers are
+ * never disturbed. The next writer removes the file if a process was killed and has left it. A link to an archive
+ * stays a link.
+ *
+ * <p>An archive, or any other file system, that is open in the process already is used as it is and left open; then
+ * none of this holds.
  *
  * <p><b>Atomicity.</b> Creating is exclusive. On the default file system a file that replaces another does so
  * atomically, and a folder moves by one rename. Between file systems, and for folders inside archives, content is
@@ -80,40 +88,40 @@ public final class NioProvider implements StorageProvider, AutoCloseable {
 
     @Override
     public void createFile(StorageURI location) throws ProviderException {
-        Failures.translated(location, () -> Creation.createFile(entry(location)));
+        Failures.translated(location, () -> Creation.createFile(changing(location)));
     }
 
     @Override
     public void createFolder(StorageURI location) throws ProviderException {
-        Failures.translated(location, () -> Creation.createFolder(entry(location)));
+        Failures.translated(location, () -> Creation.createFolder(changing(location)));
     }
 
     @Override
     public void removeFile(StorageURI location) throws ProviderException {
-        Failures.translated(location, () -> Removal.removeFile(entry(location)));
+        Failures.translated(location, () -> Removal.removeFile(changing(location)));
     }
 
     @Override
     public void removeFolder(StorageURI location) throws ProviderException {
-        Failures.translated(location, () -> Removal.removeFolder(entry(location)));
+        Failures.translated(location, () -> Removal.removeFolder(changing(location)));
     }
 
     @Override
     public void removeFolderRecursively(StorageURI location) throws ProviderException {
-        Failures.translated(location, () -> Removal.removeFolderRecursively(entry(location)));
+        Failures.translated(location, () -> Removal.removeFolderRecursively(changing(location)));
     }
 
     @Override
     public void moveFile(StorageURI source, StorageURI target, boolean replace) throws ProviderException {
-        Entry from = Failures.translated(source, () -> entry(source));
-        Entry to = Failures.translated(target, () -> entry(target));
+        Entry from = Failures.translated(source, () -> changing(source));
+        Entry to = Failures.translated(target, () -> changing(target));
         Failures.translatedMove(from, to, () -> FileMove.move(from, to, replace));
     }
 
     @Override
     public void moveFolder(StorageURI source, StorageURI target, boolean replace) throws ProviderException {
-        Entry from = Failures.translated(source, () -> entry(source));
-        Entry to = Failures.translated(target, () -> entry(target));
+        Entry from = Failures.translated(source, () -> changing(source));
+        Entry to = Failures.translated(target, () -> changing(target));
         Failures.translatedMove(from, to, () -> FolderMove.move(from, to, replace));
     }
 
@@ -134,7 +142,11 @@ public final class NioProvider implements StorageProvider, AutoCloseable {
 
     @Override
     public void setLastModified(StorageURI location, long lastModified) throws ProviderException {
-        Failures.translated(location, () -> Attributes.setLastModified(found(location), lastModified));
+        Failures.translated(location, () -> {
+            Found found = found(location);
+            mounts.of(location).beginWriting();
+            Attributes.setLastModified(found, lastModified);
+        });
     }
 
     @Override
@@ -222,6 +234,13 @@ public final class NioProvider implements StorageProvider, AutoCloseable {
 
     private Found found(StorageURI location) throws ProviderException, IOException {
         return Found.at(location, mounts.of(location));
+    }
+
+    /** Returns the entry that is about to change. */
+    private Entry changing(StorageURI location) throws ProviderException, IOException {
+        Mount mount = mounts.of(location);
+        mount.beginWriting();
+        return mount.entry(location);
     }
 
     private Entry entry(StorageURI location) throws ProviderException, IOException {

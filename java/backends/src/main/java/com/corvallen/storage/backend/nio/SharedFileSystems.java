@@ -15,17 +15,45 @@ import java.util.Map;
  * used too, but not counted and not closed. Safe on any thread.
  */
 final class SharedFileSystems {
-    private static final Map<FileSystem, Integer> USERS = new IdentityHashMap<>();
+    private static final Map<FileSystem, Shared> SHARED = new IdentityHashMap<>();
 
     private SharedFileSystems() {}
+
+    /** What mounts have opened. */
+    private static final class Shared {
+        final FileSystem system;
+
+        /** Null for any other kind of file system. */
+        final Archive archive;
+
+        int users;
+
+        Shared(FileSystem system, Archive archive) {
+            this.system = system;
+            this.archive = archive;
+        }
+
+        void close() throws IOException {
+            if (archive == null) {
+                system.close();
+            } else {
+                archive.close();
+            }
+        }
+    }
 
     /** One mount's use of a file system; ends when it is closed. */
     static final class Lease implements AutoCloseable {
         private final Path root;
+
+        /** Null for what someone else has opened. */
+        private final Shared shared;
+
         private boolean closed;
 
-        private Lease(Path root) {
+        private Lease(Path root, Shared shared) {
             this.root = root;
+            this.shared = shared;
         }
 
         /** Returns the path that the URI names: the whole file system, or a folder in it. */
@@ -33,39 +61,88 @@ final class SharedFileSystems {
             return root;
         }
 
+        /** To be called before each change. Throws InUseException for an archive that someone else writes. */
+        void beginWriting() throws IOException {
+            if (shared != null && shared.archive != null) {
+                shared.archive.beginWriting();
+            }
+        }
+
         @Override
         public void close() throws IOException {
-            synchronized (USERS) {
-                if (!closed) {
+            synchronized (SHARED) {
+                if (!closed && shared != null) {
                     closed = true;
-                    release(root.getFileSystem());
+                    release(shared);
                 }
             }
         }
     }
 
     static Lease lease(FileSystemProvider provider, URI uri) throws IOException {
-        synchronized (USERS) {
-            FileSystem system = alreadyOpen(provider, uri);
-            if (system != null) {
-                USERS.computeIfPresent(system, (key, users) -> users + 1);
-                return new Lease(rootOf(provider, uri, system));
+        Path file = ArchiveNames.archiveOf(uri);
+        synchronized (SHARED) {
+            Shared own = file == null ? null : ownOf(file);
+            if (own != null) {
+                return leaseOf(own, uri);
             }
-            return open(provider, uri);
+            FileSystem system = alreadyOpen(provider, uri);
+            if (system == null) {
+                return file == null ? open(provider, uri) : open(provider, uri, file);
+            }
+            Shared known = SHARED.get(system);
+            return new Lease(rootOf(provider, uri, system), used(known));
         }
     }
 
+    private static Shared ownOf(Path file) {
+        for (Shared shared : SHARED.values()) {
+            if (shared.archive != null && shared.archive.file().equals(file) && shared.system.isOpen()) {
+                return shared;
+            }
+        }
+        return null;
+    }
+
+    private static Shared used(Shared shared) {
+        if (shared != null) {
+            shared.users++;
+        }
+        return shared;
+    }
+
     private static Lease open(FileSystemProvider provider, URI uri) throws IOException {
-        ArchiveNames.requireClear(uri);
         FileSystem system = provider.newFileSystem(uri, Map.of());
         try {
-            Lease lease = new Lease(rootOf(provider, uri, system));
-            USERS.put(system, 1);
+            Shared shared = new Shared(system, null);
+            Lease lease = new Lease(rootOf(provider, uri, system), used(shared));
+            SHARED.put(system, shared);
             return lease;
         } catch (RuntimeException e) {
             system.close();
             throw e;
         }
+    }
+
+    private static Lease open(FileSystemProvider provider, URI uri, Path file) throws IOException {
+        Archive archive = Archive.open(file, provider);
+        try {
+            Shared shared = new Shared(archive.system(), archive);
+            Lease lease = leaseOf(shared, uri);
+            SHARED.put(shared.system, shared);
+            return lease;
+        } catch (RuntimeException e) {
+            archive.close();
+            throw e;
+        }
+    }
+
+    /** The platform does not know what it has opened for us by its URI. */
+    private static Lease leaseOf(Shared shared, URI uri) {
+        String text = uri.getSchemeSpecificPart();
+        int inner = text.indexOf("!/");
+        Path root = shared.system.getPath(inner < 0 ? "/" : text.substring(inner + 1));
+        return new Lease(root, used(shared));
     }
 
     private static FileSystem alreadyOpen(FileSystemProvider provider, URI uri) {
@@ -95,16 +172,11 @@ final class SharedFileSystems {
         }
     }
 
-    private static void release(FileSystem system) throws IOException {
-        Integer users = USERS.get(system);
-        if (users == null) {
-            return;
+    private static void release(Shared shared) throws IOException {
+        shared.users--;
+        if (shared.users == 0) {
+            SHARED.remove(shared.system);
+            shared.close();
         }
-        if (users > 1) {
-            USERS.put(system, users - 1);
-            return;
-        }
-        USERS.remove(system);
-        system.close();
     }
 }

@@ -2,6 +2,7 @@ package com.corvallen.storage.backend.nio;
 
 import static org.junit.jupiter.api.Assertions.assertEquals;
 import static org.junit.jupiter.api.Assertions.assertFalse;
+import static org.junit.jupiter.api.Assertions.assertNotEquals;
 import static org.junit.jupiter.api.Assertions.assertTrue;
 
 import com.corvallen.storage.contract.ChannelText;
@@ -342,6 +343,22 @@ abstract class LinksContract extends NioTestCase {
         ExtendedAttribute marked = new ExtendedAttribute("basic:isSymbolicLink", "true");
         StorageURI link = link("file", "link");
         assertTrue(Arrays.asList(provider.getExtendedAttributes(link).getAllAttributes()).contains(marked));
+    }
+
+    @Test
+    void fileKeyIsThatOfWhatALinkLeadsTo() throws Exception {
+        StorageURI file = file("x", "file");
+        assertFalse(fileKeyOf(file).isEmpty());
+        assertEquals(fileKeyOf(file), fileKeyOf(link("file", "link")));
+        assertNotEquals(fileKeyOf(file), fileKeyOf(file("x", "other")));
+    }
+
+    private String fileKeyOf(StorageURI location) throws Exception {
+        return Arrays.stream(provider.getExtendedAttributes(location).getAllAttributes())
+                .filter(attribute -> attribute.getName().equals("basic:fileKey"))
+                .map(ExtendedAttribute::getValue)
+                .findFirst()
+                .orElse("");
     }
 
     @Test

@@ -11,11 +11,10 @@ import java.io.IOException;
 import java.net.URI;
 import java.nio.charset.StandardCharsets;
 import java.nio.file.FileSystem;
-import java.nio.file.FileSystems;
 import java.nio.file.Files;
 import java.nio.file.Path;
+import java.nio.file.spi.FileSystemProvider;
 import java.util.List;
-import java.util.Map;
 import java.util.UUID;
 import java.util.concurrent.TimeUnit;
 import java.util.stream.Stream;
@@ -63,15 +62,24 @@ final class NioStorage implements StorageUnderTest {
         });
     }
 
-    /** A mount of a new zip archive. */
+    /** A mount of a new zip archive, with the same use of it as the provider's. */
     static NioStorage ofArchive() throws IOException {
         Path folder = temporaryFolder();
-        String uri = "jar:" + newArchive(folder.resolve("a.zip")).toUri();
-        FileSystem system = FileSystems.newFileSystem(URI.create(uri), Map.of());
-        return mounted(system.getPath("/"), uri, () -> {
-            system.close();
+        URI uri = URI.create("jar:" + newArchive(folder.resolve("a.zip")).toUri());
+        SharedFileSystems.Lease lease = SharedFileSystems.lease(archives(), uri);
+        lease.beginWriting();
+        return mounted(lease.root(), uri.toString(), () -> {
+            lease.close();
             TreeDeleter.delete(folder);
         });
+    }
+
+    /** The platform's provider of file systems for zip archives. */
+    static FileSystemProvider archives() {
+        return FileSystemProvider.installedProviders().stream()
+                .filter(provider -> provider.getScheme().equals("jar"))
+                .findAny()
+                .orElseThrow();
     }
 
     /** A mount of a new file system in memory. */

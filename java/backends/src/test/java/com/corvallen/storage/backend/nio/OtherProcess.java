@@ -13,6 +13,8 @@ import java.io.PrintStream;
 import java.net.URI;
 import java.nio.charset.StandardCharsets;
 import java.nio.file.Path;
+import java.util.ArrayList;
+import java.util.List;
 import java.util.concurrent.TimeUnit;
 
 /** A second process with a provider of its own. It does what each line of its input says, and answers with a line. */
@@ -21,14 +23,17 @@ final class OtherProcess implements AutoCloseable {
     private final BufferedReader answers;
     private final PrintStream orders;
 
-    OtherProcess(String locale) throws IOException {
-        ProcessBuilder builder = new ProcessBuilder(
-                Path.of(System.getProperty("java.home"), "bin", "java").toString(),
-                "-Xshare:auto",
-                "-cp",
-                String.join(
-                        File.pathSeparator, place(NioProvider.class), place(StorageProvider.class), place(getClass())),
-                getClass().getName());
+    /** Starts it, with options of the virtual machine if there are any. */
+    OtherProcess(String locale, String... options) throws IOException {
+        List<String> words = new ArrayList<>();
+        words.add(Path.of(System.getProperty("java.home"), "bin", "java").toString());
+        words.add("-Xshare:auto");
+        words.addAll(List.of(options));
+        words.add("-cp");
+        words.add(String.join(
+                File.pathSeparator, place(NioProvider.class), place(StorageProvider.class), place(getClass())));
+        words.add(getClass().getName());
+        ProcessBuilder builder = new ProcessBuilder(words);
         builder.environment().put("LC_ALL", locale);
         process = builder.redirectError(ProcessBuilder.Redirect.INHERIT).start();
         answers = new BufferedReader(new InputStreamReader(process.getInputStream(), StandardCharsets.UTF_8));
@@ -44,6 +49,12 @@ final class OtherProcess implements AutoCloseable {
     String ask(String verb, StorageURI location) throws IOException {
         orders.println(verb + " " + location);
         return answers.readLine();
+    }
+
+    /** Ends it at once, whatever it is doing, and waits until it is gone. */
+    void kill() {
+        process.destroyForcibly();
+        process.onExit().orTimeout(30, TimeUnit.SECONDS).join();
     }
 
     @Override
@@ -89,6 +100,9 @@ final class OtherProcess implements AutoCloseable {
             case "write":
                 provider.getChannel(location, false, /* truncate= */ true, false).close();
                 return "";
+            case "put":
+                put(location);
+                return "";
             case "hold":
                 ProviderChannel held = provider.getChannel(location, false, false, /* exclusive= */ true);
                 return " " + held.position();
@@ -97,6 +111,16 @@ final class OtherProcess implements AutoCloseable {
                 return "";
             default:
                 throw new IllegalArgumentException(verb);
+        }
+    }
+
+    /** Creates a file with a provider of its own, and ends that. */
+    static void put(StorageURI file) throws ProviderException {
+        NioProvider provider = new NioProvider();
+        try {
+            provider.createFile(file);
+        } finally {
+            provider.close();
         }
     }
 }

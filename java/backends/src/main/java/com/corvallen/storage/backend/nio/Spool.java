@@ -1,0 +1,103 @@
+package com.corvallen.storage.backend.nio;
+
+import java.io.Closeable;
+import java.io.IOException;
+import java.nio.ByteBuffer;
+import java.nio.channels.FileChannel;
+import java.util.BitSet;
+
+/**
+ * Room for many files in one file on disk that has no name, so that the system removes it when the process ends,
+ * however it ends. It is handed out in blocks, and made when the first is asked for. Safe on any thread.
+ */
+final class Spool implements Closeable {
+    static final int BLOCK = 1 << 13;
+
+    /** Opens the file that holds the blocks. */
+    interface Opener {
+        FileChannel open() throws IOException;
+    }
+
+    private final Opener opener;
+    private final BitSet used = new BitSet();
+
+    /** No block before it is free. */
+    private int firstFree;
+
+    /** The blocks that were used at some time, so that bytes of theirs may be in the file. */
+    private int touched;
+
+    private FileChannel channel;
+    private boolean closed;
+
+    Spool(Opener opener) {
+        this.opener = opener;
+    }
+
+    /** Returns a block that holds nothing but zeros: the first that is free, so that files mostly lie in one piece. */
+    int allocate() throws IOException {
+        int block;
+        boolean fresh;
+        synchronized (this) {
+            block = used.nextClearBit(firstFree);
+            firstFree = block + 1;
+            fresh = block >= touched;
+            used.set(block);
+            touched = Math.max(touched, block + 1);
+        }
+        try {
+            if (!fresh) {
+                write(block, 0, ByteBuffer.allocate(BLOCK));
+            }
+            return block;
+        } catch (IOException e) {
+            free(block);
+            throw e;
+        }
+    }
+
+    synchronized void free(int block) {
+        used.clear(block);
+        firstFree = Math.min(firstFree, block);
+    }
+
+    /** Reads what was written from an offset in a block on, over its end into those that follow. */
+    void read(int block, int offset, ByteBuffer target) throws IOException {
+        long position = (long) block * BLOCK + offset;
+        while (target.hasRemaining()) {
+            int count = channel().read(target, position);
+            if (count < 0) {
+                // Nothing has been written up to here.
+                target.put(new byte[target.remaining()]);
+                return;
+            }
+            position += count;
+        }
+    }
+
+    /** Writes everything, over the end of the block into those that follow. */
+    void write(int block, int offset, ByteBuffer source) throws IOException {
+        long position = (long) block * BLOCK + offset;
+        while (source.hasRemaining()) {
+            position += channel().write(source, position);
+        }
+    }
+
+    private synchronized FileChannel channel() throws IOException {
+        if (closed) {
+            throw new IOException("the archive is closed");
+        }
+        if (channel == null) {
+            channel = opener.open();
+        }
+        return channel;
+    }
+
+    @Override
+    public synchronized void close() throws IOException {
+        closed = true;
+        if (channel != null) {
+            channel.close();
+        }
+    }
+}
