@@ -1,6 +1,7 @@
 #pragma once
 
 #include <exception>
+#include <memory>
 #include <optional>
 #include <utility>
 
@@ -38,6 +39,9 @@ public:
         }
         return m_session->provider();
     }
+
+    /// The machine that provider() started. To be asked for after that.
+    [[nodiscard]] const std::shared_ptr<storage::jvm::EmbeddedJVM>& jvm() const { return m_session.value().jvm(); }
 
     /// The error of an operation that has failed just now, as a problem: with the back end's reason and a hint.
     [[nodiscard]] Problem problemOf(const std::exception& error, const Location& subject) const {

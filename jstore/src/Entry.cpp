@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "Interrupt.h"
 #include "Text.h"
 #include "fl/i18n/text.h"
 
@@ -18,6 +19,7 @@ std::vector<Entry> entriesOf(const IProvider& provider, const Entry& folder) {
     std::vector<Entry> entries;
     const auto listing = provider.listAll(folder.location.iri());
     while (listing->hasMore()) {
+        stopIfInterrupted();
         listing->advance();
         const auto found = listing->getCurrent();
         entries.push_back({Location(folder.location.iri().getChild(found.name())), found.name(), found.type(),
@@ -46,22 +48,6 @@ EntryAttributes attributesOf(const IProvider& provider, const Entry& entry) {
     }
     const auto file = provider.getFileAttributes(entry.location.iri());
     return {file.size(), file.lastModified(), file.writable()};
-}
-
-bool isLink(const IProvider& provider, const Location& location) {
-    try {
-        const auto attributes = provider.getExtendedAttributes(location.iri());
-        const auto found = attributes.all().find("basic:isSymbolicLink");
-        if (found == attributes.all().end()) {
-            return false;
-        }
-        const auto* value = boost::any_cast<std::string>(&found->second);
-        return value != nullptr && *value == "true";
-    } catch (const Exception&) {
-        // A back end without such attributes knows no links; and whatever else is wrong, the operation that comes next
-        // meets it too and tells.
-        return false;
-    }
 }
 
 }  // namespace jstore

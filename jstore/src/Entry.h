@@ -44,8 +44,4 @@ struct EntryAttributes {
 [[nodiscard]] EntryAttributes attributesOf(const foundation::storage::provider::IProvider& provider,
                                            const Entry& entry);
 
-/// Whether the location is itself a symbolic link, as far as the back end tells by the extended attribute
-/// `basic:isSymbolicLink`. Blocks in Java.
-[[nodiscard]] bool isLink(const foundation::storage::provider::IProvider& provider, const Location& location);
-
 }  // namespace jstore

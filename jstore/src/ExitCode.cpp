@@ -35,7 +35,7 @@ ExitCode combine(const std::vector<ExitCode>& codes) noexcept {
 }
 
 std::string exitCodeTable() {
-    constexpr std::array<std::pair<ExitCode, std::string_view>, 10> rows{{
+    constexpr std::array<std::pair<ExitCode, std::string_view>, 12> rows{{
         {ExitCode::Done, "done"},
         {ExitCode::Failed, "failed"},
         {ExitCode::Usage, "wrong command line; nothing was done"},
@@ -45,7 +45,9 @@ std::string exitCodeTable() {
         {ExitCode::SomeFailed, "some of several locations failed, or they failed for different reasons"},
         {ExitCode::NoJava, "no usable Java was found"},
         {ExitCode::NotSupported, "not supported by the back end"},
-        {ExitCode::Interrupted, "interrupted"},
+        {ExitCode::HungUp, "stopped by SIGHUP"},
+        {ExitCode::Interrupted, "stopped by SIGINT (Ctrl-C)"},
+        {ExitCode::Terminated, "stopped by SIGTERM"},
     }};
     std::string table = "Exit codes:";
     for (const auto& [code, meaning] : rows) {

@@ -18,7 +18,9 @@ enum class ExitCode : int {
     SomeFailed = 6,     ///< of several locations some failed, or they failed for different reasons
     NoJava = 7,         ///< no usable Java virtual machine was found
     NotSupported = 8,   ///< the back end cannot do this
+    HungUp = 129,       ///< stopped by SIGHUP
     Interrupted = 130,  ///< stopped by SIGINT
+    Terminated = 143,   ///< stopped by SIGTERM
 };
 
 /// The exit code for one operation that a back end failed with `code`.

@@ -6,6 +6,7 @@
 #include "OpenFile.h"
 #include "PartialFile.h"
 #include "Refusal.h"
+#include "Replacing.h"
 #include "foundation/storage/provider/Exception.h"
 
 namespace jstore {
@@ -15,7 +16,7 @@ using namespace foundation::storage::provider;
 namespace {
 
 /// Refuses before any byte is copied; the move that ends the copy is what decides.
-void requireRoom(const IProvider& provider, const Location& source, const CopyTarget& target) {
+void requireRoom(const IProvider& provider, const Location& source, const CopyTarget& target, MadeHere& made) {
     if (target.inNewFolder) {
         return;
     }
@@ -30,9 +31,10 @@ void requireRoom(const IProvider& provider, const Location& source, const CopyTa
     if (*present == EntryType::Folder) {
         throw refusal(location, ErrorCode::NotAFile, "a file never replaces a folder");
     }
-    if (source.iri().normalized() == location.iri().normalized()) {
-        throw refusal(location, ErrorCode::AlreadyExists, "source and destination are the same file");
+    if (target.inOwnFolder) {
+        throw refuseOwn(location);
     }
+    requireReplaceable(provider, source, location, made);
 }
 
 void requireCount(const Location& location, const char* what, std::uint64_t expected, std::uint64_t count) {
@@ -66,10 +68,10 @@ void requireWhole(const Location& source, const std::optional<std::uint64_t>& cl
 }  // namespace
 
 std::uint64_t copyOneFile(const IProvider& provider, const Location& source, const CopyTarget& target,
-                          Progress& progress) {
+                          Progress& progress, MadeHere& made) {
     const auto attributes = provider.getFileAttributes(source.iri());
     progress.atFile(source, attributes.size());
-    requireRoom(provider, source, target);
+    requireRoom(provider, source, target, made);
     PartialFile file(provider, target.location.iri());
     const auto count =
         file.use([&](const StorageIRI& hidden) { return copyBytes(provider, source, hidden, progress); });
@@ -79,7 +81,10 @@ std::uint64_t copyOneFile(const IProvider& provider, const Location& source, con
         requireCount(target.location, "the storage took", count, *written);
     }
     file.use([&](const StorageIRI& hidden) { keepTime(provider, hidden, attributes.lastModified()); });
-    file.takePlace(target.replace ? ReplacementPolicy::ReplaceExistingFile : ReplacementPolicy::KeepExisting);
+    file.takePlace(target.mayReplace() ? ReplacementPolicy::ReplaceExistingFile : ReplacementPolicy::KeepExisting);
+    if (target.mayReplace()) {
+        made.add(target.location.iri());
+    }
     progress.countItem();
     return count;
 }

@@ -2,27 +2,36 @@
 
 #include <exception>
 
+#include "ExitCode.h"
+
 namespace jstore {
 
-/// Leaves an operation that SIGINT has stopped. Nothing is reported about it; the command ends with Interrupted.
+/// Leaves an operation that a signal has stopped. Nothing is reported about it; the command ends with
+/// interruptionCode().
 class Interruption final : public std::exception {
 public:
     [[nodiscard]] const char* what() const noexcept override { return "interrupted"; }
 };
 
-/// Makes the first SIGINT set a flag, so that verbs stop between two operations, or two portions of a long one; a
-/// second one ends the process at once, should an operation hang. A SIGINT that the parent process chose to ignore
-/// stays ignored.
+/// Makes the first SIGINT, SIGTERM or SIGHUP set a flag, so that verbs stop between two operations, or two portions of
+/// a long one; a second one, whichever it is, ends the process at once, should an operation hang. A signal that the
+/// parent process chose to ignore stays ignored.
 void watchInterrupt();
 
-/// Whether SIGINT has arrived.
+/// Whether one of the signals has arrived.
 [[nodiscard]] bool interrupted() noexcept;
 
-/// A file descriptor that becomes readable when SIGINT arrives, for those who wait for something else as well; -1 when
-/// SIGINT is ignored. Valid until the process ends.
+/// How a command ends that a signal has stopped: Interrupted, Terminated or HungUp. Interrupted before there is one.
+[[nodiscard]] ExitCode interruptionCode() noexcept;
+
+/// Whether the exit code is one of those.
+[[nodiscard]] bool isInterruption(ExitCode code) noexcept;
+
+/// A file descriptor that becomes readable when one of the signals arrives, for those who wait for something else as
+/// well; -1 when all are ignored. Valid until the process ends.
 [[nodiscard]] int interruptDescriptor() noexcept;
 
-/// Throws Interruption when SIGINT has arrived.
+/// Throws Interruption when one of the signals has arrived.
 void stopIfInterrupted();
 
 /// Ends the process the way a program ends whose reader has gone: by SIGPIPE. The virtual machine catches that signal,

@@ -1,9 +1,12 @@
 #include "Reporter.h"
 
+#include <unistd.h>
+
 #include <cerrno>
-#include <cstdio>
 #include <system_error>
 
+#include "Interrupt.h"
+#include "PatientWrite.h"
 #include "Text.h"
 
 namespace jstore {
@@ -92,16 +95,19 @@ void Reporter::object(const Fields& fields) {
 }
 
 void writeOutput(std::string_view text) {
-    const bool written = std::fwrite(text.data(), 1, text.size(), stdout) == text.size();
-    if (!written || std::fflush(stdout) != 0) {
-        throw OutputError(errno);
+    const int error = writePatiently(STDOUT_FILENO, text);
+    if (error == ECANCELED) {
+        throw Interruption();
+    }
+    if (error != 0) {
+        throw OutputError(error);
     }
 }
 
 void writeErrorLine(const Problem& problem) {
     const auto line = errorLine(problem) + '\n';
-    // One call, so that lines of several processes do not mix.
-    std::fwrite(line.data(), 1, line.size(), stderr);
+    // At once, so that lines of several processes do not mix.
+    static_cast<void>(writePatiently(STDERR_FILENO, line));
 }
 
 }  // namespace jstore

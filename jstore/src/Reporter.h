@@ -70,7 +70,8 @@ private:
     std::function<std::unique_lock<std::mutex>()> m_pause;
 };
 
-/// Writes text to standard output at once. Throws OutputError.
+/// Writes text to standard output at once. Throws OutputError, and Interruption when a signal has arrived and nobody
+/// takes the text.
 void writeOutput(std::string_view text);
 
 /// Writes a problem's line to standard error. A standard error that is closed is no error of its own.

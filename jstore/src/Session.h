@@ -25,6 +25,8 @@ public:
 
     [[nodiscard]] const foundation::storage::provider::IProvider& provider() const { return m_backEnd->provider(); }
 
+    [[nodiscard]] const std::shared_ptr<storage::jvm::EmbeddedJVM>& jvm() const noexcept { return m_jvm; }
+
     /// As BackEnd::reasonOf().
     [[nodiscard]] std::string reasonOf(const foundation::storage::provider::Exception& error) const {
         return m_backEnd->reasonOf(error);

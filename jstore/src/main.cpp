@@ -6,6 +6,7 @@
 
 #include "CommandLine.h"
 #include "Context.h"
+#include "EndOfCommand.h"
 #include "Inheritance.h"
 #include "Interrupt.h"
 #include "LogSink.h"
@@ -13,6 +14,7 @@
 #include "Problem.h"
 #include "Reporter.h"
 #include "StandardStreams.h"
+#include "verbs/ReportFailure.h"
 
 namespace jstore {
 
@@ -27,13 +29,27 @@ Options withSurroundings(Options options) {
     return options;
 }
 
+/// Runs the verb, and makes an exit code of what ends it half-way.
+ExitCode outcomeOf(const CommandLine& commandLine, Context& context) {
+    try {
+        return commandLine.verb().run(context);
+    } catch (const Interruption&) {
+        return interruptionCode();
+    } catch (const EndOfCommand& end) {
+        return end.code();
+    }
+}
+
 ExitCode runVerb(const CommandLine& commandLine) {
     Context context(withSurroundings(commandLine.options()));
     context.reporter().setVerb(commandLine.verbName());
     watchInterrupt();
     startLog(context.options().logLevel);
     try {
-        const auto code = commandLine.verb().run(context);
+        const auto code = outcomeOf(commandLine, context);
+        if (isInterruption(code)) {
+            reportInterruption(context);
+        }
         const auto problem = context.end();
         if (!problem) {
             return code;
@@ -49,6 +65,18 @@ ExitCode runVerb(const CommandLine& commandLine) {
     }
 }
 
+/// Standard output cannot be written any more. After a signal that is no surprise: its terminal may have gone.
+ExitCode outputFailed(const OutputError& error) {
+    if (interrupted()) {
+        return interruptionCode();
+    }
+    if (error.error() == EPIPE) {
+        endByBrokenPipe();
+    }
+    writeErrorLine({"Output", {}, error.what(), ExitCode::Failed});
+    return ExitCode::Failed;
+}
+
 ExitCode runCommand(int argc, const char* const* argv) {
     try {
         CommandLine commandLine;
@@ -62,11 +90,9 @@ ExitCode runCommand(int argc, const char* const* argv) {
         writeErrorLine(error.problem());
         return error.problem().exitCode;
     } catch (const OutputError& error) {
-        if (error.error() == EPIPE) {
-            endByBrokenPipe();
-        }
-        writeErrorLine({"Output", {}, error.what(), ExitCode::Failed});
-        return ExitCode::Failed;
+        return outputFailed(error);
+    } catch (const Interruption&) {
+        return interruptionCode();
     } catch (const std::exception& error) {
         const auto memory = memoryHint(error);
         writeErrorLine({memory ? MemoryCode : "Internal", {}, memory.value_or(error.what()), ExitCode::Failed});

@@ -1,9 +1,12 @@
 #include "progress/Progress.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
-#include <csignal>
 #include <system_error>
 
+#include "Format.h"
+#include "NoSignals.h"
 #include "Text.h"
 #include "fl/i18n/text.h"
 #include "progress/Terminal.h"
@@ -14,22 +17,6 @@ namespace {
 
 constexpr std::chrono::milliseconds Delay{500};
 constexpr std::chrono::milliseconds Interval{100};
-
-/// Keeps signals away from threads that are started in the scope, so that they reach the main thread.
-class NoSignals {
-public:
-    NoSignals() {
-        sigset_t all;
-        ::sigfillset(&all);
-        ::pthread_sigmask(SIG_SETMASK, &all, &m_before);
-    }
-    ~NoSignals() { ::pthread_sigmask(SIG_SETMASK, &m_before, nullptr); }
-    NoSignals(const NoSignals&) = delete;
-    NoSignals& operator=(const NoSignals&) = delete;
-
-private:
-    sigset_t m_before{};
-};
 
 }  // namespace
 
@@ -47,12 +34,17 @@ Progress::~Progress() {
     }
 }
 
+void Progress::count(const char* unit) {
+    const std::lock_guard lock(m_mutex);
+    m_state.unit = unit;
+}
+
 void Progress::begin(const char* unit, bool single) {
+    count(unit);
     if (!m_enabled) {
         return;
     }
     const std::lock_guard lock(m_mutex);
-    m_state.unit = unit;
     m_single = single;
     if (!m_drawer.joinable()) {
         startDrawing();
@@ -77,10 +69,7 @@ void Progress::at(const Location& location) {
 }
 
 void Progress::atFile(const Location& file, std::optional<std::uint64_t> size) {
-    if (!m_enabled) {
-        return;
-    }
-    auto name = printableName(fl::i18n::to_string(file.iri().getName()));
+    auto name = m_enabled ? printableName(fl::i18n::to_string(file.iri().getName())) : std::string();
     const std::lock_guard lock(m_mutex);
     m_state.name = std::move(name);
     m_fileSize = size;
@@ -88,20 +77,24 @@ void Progress::atFile(const Location& file, std::optional<std::uint64_t> size) {
 }
 
 void Progress::advance(std::uint64_t bytes) {
-    if (!m_enabled) {
-        return;
-    }
     const std::lock_guard lock(m_mutex);
     m_state.bytes += bytes;
     m_fileBytes += bytes;
 }
 
 void Progress::countItem() {
-    if (!m_enabled) {
-        return;
-    }
     const std::lock_guard lock(m_mutex);
     ++m_state.items;
+    m_countedBytes += m_fileBytes;
+}
+
+std::string Progress::counted() const {
+    const std::lock_guard lock(m_mutex);
+    if (m_state.unit.empty()) {
+        return {};
+    }
+    const auto bytes = m_countedBytes == 0 ? std::string() : ", " + sizeText(m_countedBytes, /*human=*/true);
+    return fmt::format("{} {}{}", m_state.items, m_state.unit, bytes);
 }
 
 void Progress::finishing() {
@@ -153,14 +146,14 @@ void Progress::draw() {
     const auto columns = Terminal::columns();
     // The last column stays free: some terminals begin a new line as soon as it is taken.
     const auto line = columns > 1 ? progressLine(view(), columns - 1) : std::string();
-    Terminal::show(line);
-    m_visible = !line.empty();
+    if (Terminal::show(line)) {
+        m_visible = !line.empty();
+    }
 }
 
 void Progress::clear() {
     if (m_visible) {
-        Terminal::show({});
-        m_visible = false;
+        m_visible = !Terminal::show({});
     }
 }
 

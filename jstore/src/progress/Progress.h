@@ -17,7 +17,8 @@ namespace jstore {
 ///
 /// The main thread says what happens; a thread of this object's own, which never enters Java, draws: first when a
 /// command has taken half a second, then ten times a second, also while an operation blocks. Where nothing can be
-/// drawn there is no such thread, and each call is a branch. The line is gone after pause() and after the destructor.
+/// drawn there is no such thread. Drawing never waits for the terminal: what one that was stopped cannot take is left
+/// out. Else the line is gone after pause() and after the destructor.
 class Progress {
 public:
     /// Draws only if that is wanted and the terminal allows it.
@@ -30,13 +31,19 @@ public:
     /// Something that may take long begins. Items are counted under the name `unit`; `single` means that the one file
     /// that comes is everything, so that its size is the total.
     void begin(const char* unit, bool single = false);
+    /// The same for what is never drawn: the items are only counted.
+    void count(const char* unit);
 
     /// What is being worked on.
     void at(const Location& location);
     /// The same for a file whose bytes are reported by advance(); its size, if it is known.
     void atFile(const Location& file, std::optional<std::uint64_t> size);
     void advance(std::uint64_t bytes);
+    /// An item is done, with the bytes reported since atFile().
     void countItem();
+    /// What was done so far: "12 copied, 1.5M"; empty for a command that counts nothing. Not only where lines are
+    /// drawn.
+    [[nodiscard]] std::string counted() const;
     /// Everything is done but the end of the back end.
     void finishing();
 
@@ -53,7 +60,7 @@ private:
     [[nodiscard]] ProgressView view() const;
 
     const bool m_enabled;
-    std::mutex m_mutex;  ///< guards everything below
+    mutable std::mutex m_mutex;  ///< guards everything below
     std::condition_variable m_changed;
     std::thread m_drawer;
     bool m_ended = false;
@@ -64,6 +71,7 @@ private:
     ProgressView m_state;
     std::optional<std::uint64_t> m_fileSize;
     std::uint64_t m_fileBytes = 0;
+    std::uint64_t m_countedBytes = 0;  ///< of the items that are done
 };
 
 }  // namespace jstore

@@ -18,8 +18,10 @@ public:
     /// Whether the process may write now: one in the background would write over somebody else's lines.
     [[nodiscard]] static bool inForeground();
 
-    /// Puts the text into the line, instead of what is there. Text that is empty clears it.
-    static void show(std::string_view text);
+    /// Puts the text into the line, instead of what is there. Text that is empty clears it. Never waits: false when the
+    /// terminal does not take it now, because somebody has stopped it, and the line is as it was or in part the new
+    /// one.
+    [[nodiscard]] static bool show(std::string_view text);
 };
 
 }  // namespace jstore

@@ -27,9 +27,10 @@ public:
     ExitCode run(Context& context) override {
         const auto locations = toLocations(m_arguments);
         static_cast<void>(context.provider());
+        context.progress().count("written");
         // A line would stand in the middle of what a terminal shows.
         if (::isatty(STDOUT_FILENO) == 0) {
-            context.progress().begin("files");
+            context.progress().begin("written");
         }
         return forEachLocation(context, locations, [&](const Location& file) {
             write(context, file);

@@ -60,7 +60,7 @@ public:
         if (m_makeArchive) {
             const auto made = doctor::makeArchive(options, *java);
             if (interrupted()) {
-                return ExitCode::Interrupted;
+                return interruptionCode();
             }
             show({made});
         }

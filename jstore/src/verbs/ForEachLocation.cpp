@@ -14,8 +14,6 @@ ExitCode attempt(Context& context, const Location& location,
     try {
         stopIfInterrupted();
         return operation(location);
-    } catch (const Interruption&) {
-        return ExitCode::Interrupted;
     } catch (...) {
         return reportFailure(context, location);
     }
@@ -28,9 +26,6 @@ ExitCode forEachLocation(Context& context, const std::vector<Location>& location
     std::vector<ExitCode> codes;
     for (const auto& location : locations) {
         codes.push_back(attempt(context, location, operation));
-        if (codes.back() == ExitCode::Interrupted) {
-            return ExitCode::Interrupted;
-        }
     }
     return combine(codes);
 }
@@ -39,8 +34,10 @@ ExitCode forEachArgument(Context& context, const std::vector<std::string>& argum
                          const std::function<void(const IProvider&, const Location&)>& operation) {
     const auto locations = toLocations(arguments);
     const auto& provider = context.provider();
+    context.progress().count("done");
     return forEachLocation(context, locations, [&](const Location& location) {
         operation(provider, location);
+        context.progress().countItem();
         context.reporter().done(location);
         return ExitCode::Done;
     });

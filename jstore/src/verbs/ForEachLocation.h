@@ -13,7 +13,7 @@ namespace jstore {
 /// Runs `operation` for each location, in order, and combines their exit codes.
 ///
 /// The operation reports its own success; what it throws is reported here as the location's failure, and the next
-/// location follows. Stops with Interrupted before the next one when SIGINT has arrived.
+/// location follows. Throws Interruption before the next one when a signal has arrived.
 [[nodiscard]] ExitCode forEachLocation(Context& context, const std::vector<Location>& locations,
                                        const std::function<ExitCode(const Location&)>& operation);
 

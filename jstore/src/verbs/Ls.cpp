@@ -7,6 +7,7 @@
 #include "Entry.h"
 #include "Format.h"
 #include "HelpText.h"
+#include "Interrupt.h"
 #include "Refusal.h"
 #include "Text.h"
 #include "fl/i18n/text.h"
@@ -146,6 +147,7 @@ private:
             headed = true;
         }
         for (const auto& entry : entries) {
+            stopIfInterrupted();
             if (!wants(entry)) {
                 continue;
             }

@@ -1,5 +1,10 @@
 #include "Arguments.h"
+#include "Facts.h"
 #include "HelpText.h"
+#include "InterruptibleCall.h"
+#include "MadeHere.h"
+#include "Refusal.h"
+#include "Replacing.h"
 #include "verbs/Destination.h"
 #include "verbs/ForEachLocation.h"
 #include "verbs/Verb.h"
@@ -7,6 +12,7 @@
 namespace jstore {
 
 using foundation::storage::provider::EntryType;
+using foundation::storage::provider::ErrorCode;
 using foundation::storage::provider::IProvider;
 using foundation::storage::provider::ReplacementPolicy;
 
@@ -21,7 +27,9 @@ public:
         verb.footer(helpText(
             "A destination that is a folder takes the sources in under their own names; for several sources it\n"
             "must be one. What is at the destination already is kept, and the move fails with 4, unless\n"
-            "--replace is given. A file never replaces a folder, nor a folder a file.",
+            "--replace is given. A file never replaces a folder, nor a folder a file, and nothing replaces a\n"
+            "pipe, a device, a link to a folder, or what this command has put there itself. After Ctrl-C a\n"
+            "folder that moves to another disk is where it was.",
             {"jstore mv report.txt final.txt", "jstore mv --replace report.txt photos backup"}));
         return verb;
     }
@@ -32,11 +40,12 @@ public:
         sources.pop_back();
         const auto& provider = context.provider();
         const Destination destination(context, std::move(last), sources.size());
+        MadeHere made(provider);
         context.progress().begin("moved");
         return forEachLocation(context, sources, [&](const Location& source) {
             const auto target = destination.targetOf(source, "moved");
             context.progress().at(source);
-            move(provider, source, target);
+            move(context, source, target, made);
             context.progress().countItem();
             context.reporter().done(source, {{"destination", target.text()}});
             return ExitCode::Done;
@@ -44,12 +53,35 @@ public:
     }
 
 private:
-    void move(const IProvider& provider, const Location& source, const Location& target) const {
+    void move(Context& context, const Location& source, const Location& target, MadeHere& made) const {
+        const auto& provider = context.provider();
         const bool folder = provider.existsExtended(source.iri()) == EntryType::Folder;
-        if (folder) {
-            provider.moveFolder(source.iri(), target.iri(), policy(ReplacementPolicy::ReplaceExisting));
-        } else {
-            provider.moveFile(source.iri(), target.iri(), policy(ReplacementPolicy::ReplaceExistingFile));
+        if (m_replace) {
+            requireRoom(provider, source, target, made);
+        }
+        interruptibly(context.jvm(), [&] {
+            if (folder) {
+                provider.moveFolder(source.iri(), target.iri(), policy(ReplacementPolicy::ReplaceExisting));
+            } else {
+                provider.moveFile(source.iri(), target.iri(), policy(ReplacementPolicy::ReplaceExistingFile));
+            }
+        });
+        if (m_replace) {
+            made.add(target.iri());
+        }
+    }
+
+    /// A move onto itself under the same name is nothing, and the back end's to decide.
+    static void requireRoom(const IProvider& provider, const Location& source, const Location& target, MadeHere& made) {
+        if (source.iri().normalized() == target.iri().normalized()) {
+            return;
+        }
+        const auto present = provider.existsExtended(target.iri());
+        if (present == EntryType::Folder && factsOf(provider, target.iri()).link) {
+            throw refusal(target, ErrorCode::AlreadyExists, "a link to a folder is there, and is not replaced");
+        }
+        if (present) {
+            requireReplaceable(provider, source, target, made);
         }
     }
 

@@ -1,7 +1,9 @@
 #include "verbs/ReportFailure.h"
 
 #include <exception>
+#include <string>
 
+#include "EndOfCommand.h"
 #include "Interrupt.h"
 #include "Problem.h"
 
@@ -14,6 +16,8 @@ ExitCode reportFailure(Context& context, const Location& location) {
         throw;
     } catch (const Interruption&) {
         throw;
+    } catch (const EndOfCommand&) {
+        throw;
     } catch (const CommandError& error) {
         context.reporter().failed(location, error.problem());
         return error.problem().exitCode;
@@ -22,6 +26,12 @@ ExitCode reportFailure(Context& context, const Location& location) {
         context.reporter().failed(location, problem);
         return problem.exitCode;
     }
+}
+
+void reportInterruption(Context& context) {
+    const auto counted = context.progress().counted();
+    const auto text = "interrupted" + (counted.empty() ? std::string() : ": " + counted);
+    context.reporter().failed({"Interrupted", {}, text, interruptionCode()});
 }
 
 }  // namespace jstore

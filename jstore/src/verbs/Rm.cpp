@@ -1,5 +1,4 @@
 #include "Arguments.h"
-#include "Entry.h"
 #include "HelpText.h"
 #include "Refusal.h"
 #include "foundation/storage/provider/Exception.h"
@@ -31,23 +30,12 @@ void removeOneFile(const IProvider& provider, const Location& location) {
 /// that leads nowhere is removed as a file.
 ExitCode removeAll(Context& context, const Location& location) {
     const auto& provider = context.provider();
-    if (provider.existsExtended(location.iri()) != EntryType::Folder) {
-        provider.removeFile(location.iri());
-        return ExitCode::Done;
+    if (provider.existsExtended(location.iri()) == EntryType::Folder) {
+        return removeOneByOne(context, location);
     }
-    try {
-        provider.removeFolderRecursive(location.iri());
-        return ExitCode::Done;
-    } catch (const Exception& error) {
-        if (error.code() != ErrorCode::NotSupported) {
-            throw;
-        }
-    }
-    if (isLink(provider, location)) {
-        provider.removeFolder(location.iri());
-        return ExitCode::Done;
-    }
-    return removeOneByOne(context, location);
+    provider.removeFile(location.iri());
+    context.progress().countItem();
+    return ExitCode::Done;
 }
 
 /// `rm -r .` and `rm -r ..` are never meant.
@@ -67,9 +55,9 @@ public:
         addArguments(verb, "LOCATION...", m_arguments, "What to remove");
         verb.add_flag("-r,-R,--recursive", m_recursive, "Remove folders too, with all they hold");
         verb.footer(helpText(
-            "The root of a file system is never removed. When removing a folder fails half-way, a part of it\n"
-            "may be gone. A back end that cannot remove a folder at once has its contents removed one by one;\n"
-            "links are removed and not followed.",
+            "The root of a file system is never removed. What a folder holds is removed one by one; what cannot\n"
+            "be removed is reported and stays, with the folders above it. After Ctrl-C, too, a part of a folder\n"
+            "may be gone; a line reports how much was removed. Links are removed and not followed.",
             {"jstore rm report.txt", "jstore rm -r photos"}));
         return verb;
     }
@@ -88,7 +76,6 @@ public:
             context.progress().at(location);
             const auto code = remove(context, location);
             if (code == ExitCode::Done) {
-                context.progress().countItem();
                 context.reporter().done(location);
             }
             return code;
@@ -101,6 +88,7 @@ private:
             return removeAll(context, location);
         }
         removeOneFile(context.provider(), location);
+        context.progress().countItem();
         return ExitCode::Done;
     }
 

@@ -1,10 +1,12 @@
 #include "verbs/TreeRemoval.h"
 
+#include <memory>
 #include <utility>
 #include <vector>
 
-#include "Entry.h"
+#include "Facts.h"
 #include "Interrupt.h"
+#include "InterruptibleCall.h"
 #include "foundation/storage/provider/Exception.h"
 #include "verbs/ReportFailure.h"
 
@@ -17,8 +19,9 @@ namespace {
 /// A folder on the present path, with what is still to be removed from it.
 struct Level {
     Location folder;
-    std::vector<Entry> rest;
-    bool keeps = false;  ///< something in it stays, so that it must stay as well
+    std::unique_ptr<IFolderEntryIterator> rest;
+    bool keeps = false;      ///< something in it stays, so that it must stay as well
+    bool holdsMore = false;  ///< something in it has no location of its own that the storage takes
 };
 
 class TreeRemoval {
@@ -26,56 +29,116 @@ public:
     explicit TreeRemoval(Context& context) : m_context(context), m_provider(context.provider()) {}
 
     [[nodiscard]] ExitCode run(const Location& folder) {
-        enter(folder);
-        while (m_path.size() > 1 || !m_path.front().rest.empty()) {
+        removeFolder(folder);
+        while (!m_path.empty()) {
             stopIfInterrupted();
             step();
         }
-        if (m_path.front().keeps) {
-            return ExitCode::SomeFailed;
-        }
-        m_provider.removeFolder(folder.iri());
-        return ExitCode::Done;
+        return m_keeps ? ExitCode::SomeFailed : ExitCode::Done;
     }
 
 private:
+    /// Removes an empty folder or a link to any folder; another one is entered.
+    void removeFolder(const Location& folder) {
+        try {
+            m_provider.removeFolder(folder.iri());
+        } catch (const Exception& error) {
+            if (error.code() == ErrorCode::FolderNotEmpty) {
+                enter(folder);
+            } else if (error.code() == ErrorCode::NotSupported) {
+                removeAtOnce(folder);
+            } else {
+                throw;
+            }
+            return;
+        }
+        m_context.progress().countItem();
+    }
+
+    /// Somebody may have put a link into the folder's place since, whose target is not to be emptied.
     void enter(const Location& folder) {
-        m_path.push_back({folder, entriesOf(m_provider, {folder, {}, EntryType::Folder})});
+        auto listing = listingOf(folder);
+        if (listing == nullptr) {
+            removeAtOnce(folder);
+        } else if (factsOf(m_provider, folder.iri()).link) {
+            m_provider.removeFolder(folder.iri());
+            m_context.progress().countItem();
+        } else {
+            m_path.push_back({folder, std::move(listing)});
+        }
+    }
+
+    /// Null when the folder cannot be listed though it is there: it holds too much, or the back end lists nothing.
+    [[nodiscard]] std::unique_ptr<IFolderEntryIterator> listingOf(const Location& folder) const {
+        try {
+            return m_provider.listAll(folder.iri());
+        } catch (const Exception& error) {
+            if (error.code() != ErrorCode::NotSupported && error.code() != ErrorCode::InvalidLocation) {
+                throw;
+            }
+        } catch (const std::exception&) {
+            // Java's heap or this process's memory is too small for it.
+        }
+        return nullptr;
+    }
+
+    void removeAtOnce(const Location& folder) {
+        interruptibly(m_context.jvm(), [&] { m_provider.removeFolderRecursive(folder.iri()); });
+        m_context.progress().countItem();
     }
 
     /// Removes one entry of the innermost folder, or enters it, or removes the folder when it has none left.
     void step() {
-        if (m_path.back().rest.empty()) {
+        auto& level = m_path.back();
+        if (!level.rest->hasMore()) {
             leave();
             return;
         }
-        const auto entry = std::move(m_path.back().rest.back());
-        m_path.back().rest.pop_back();
-        attempt(entry.location, [&] {
-            m_context.progress().at(entry.location);
-            if (!entry.isFolder()) {
-                m_provider.removeFile(entry.location.iri());
-            } else if (isLink(m_provider, entry.location)) {
-                m_provider.removeFolder(entry.location.iri());
+        level.rest->advance();
+        const auto entry = level.rest->getCurrent();
+        const Location location(level.folder.iri().getChild(entry.name()));
+        m_context.progress().at(location);
+        attempt(location, [&] { remove(location, entry.type()); });
+    }
+
+    void remove(const Location& location, EntryType type) {
+        try {
+            if (type == EntryType::Folder) {
+                removeFolder(location);
             } else {
-                enter(entry.location);
-                return;
+                m_provider.removeFile(location.iri());
+                m_context.progress().countItem();
             }
-            m_context.progress().countItem();
-        });
+        } catch (const Exception& error) {
+            if (error.code() == ErrorCode::InvalidLocation) {
+                m_path.back().holdsMore = true;
+            } else if (error.code() != ErrorCode::NotFound) {
+                throw;
+            }
+        }
     }
 
     void leave() {
         const auto level = std::move(m_path.back());
         m_path.pop_back();
         if (level.keeps) {
-            m_path.back().keeps = true;
+            keep();
             return;
         }
-        attempt(level.folder, [&] {
+        if (m_path.empty()) {
+            removeEmptied(level);
+        } else {
+            attempt(level.folder, [&] { removeEmptied(level); });
+        }
+    }
+
+    void removeEmptied(const Level& level) {
+        if (level.holdsMore) {
+            removeAtOnce(level.folder);
+        } else {
             m_provider.removeFolder(level.folder.iri());
             m_context.progress().countItem();
-        });
+        }
     }
 
     /// Does something; what fails is reported, and the innermost folder keeps it.
@@ -85,13 +148,16 @@ private:
             action();
         } catch (...) {
             static_cast<void>(reportFailure(m_context, location));
-            m_path.back().keeps = true;
+            keep();
         }
     }
+
+    void keep() { (m_path.empty() ? m_keeps : m_path.back().keeps) = true; }
 
     Context& m_context;
     const IProvider& m_provider;
     std::vector<Level> m_path;
+    bool m_keeps = false;
 };
 
 }  // namespace

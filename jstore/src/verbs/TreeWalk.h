@@ -6,6 +6,7 @@
 #include "Context.h"
 #include "Entry.h"
 #include "ExitCode.h"
+#include "Facts.h"
 
 namespace jstore {
 
@@ -13,7 +14,8 @@ namespace jstore {
 ///
 /// A symbolic link to a folder is not entered, except at the beginning. What fails below the beginning is reported as
 /// the failure of that file or folder, and the walk goes on behind it. At a time the listings along one path are in
-/// memory. Used by the main thread alone; blocks in Java.
+/// memory, and the stack does not grow with the depth; a folder more than 2048 folders deep is not entered, and fails
+/// with InvalidLocation. Used by the main thread alone; blocks in Java.
 class TreeWalk {
 public:
     virtual ~TreeWalk() = default;
@@ -22,7 +24,7 @@ public:
     TreeWalk& operator=(const TreeWalk&) = delete;
 
     /// Walks. Returns Done, or SomeFailed when something below the folder failed. Throws what the folder itself fails
-    /// with (NotFound, NotAFolder, …), and Interruption when SIGINT arrives.
+    /// with (NotFound, NotAFolder, …), and Interruption when a signal arrives.
     [[nodiscard]] ExitCode run(const Location& folder);
 
 protected:
@@ -33,6 +35,8 @@ protected:
     virtual void enter(const Entry& /*folder*/, const std::vector<Entry>& /*entries*/) {}
     /// A file or folder below the beginning; a folder is entered next.
     virtual void visit(const Entry& /*entry*/) {}
+    /// A folder that is no link, after it was visited and before it is listed. An exception is its failure.
+    virtual void approach(const Entry& /*folder*/, const Facts& /*facts*/) {}
     /// A symbolic link to a folder, after it was visited and instead of entering it.
     virtual void passLink(const Entry& /*entry*/) {}
     /// All that the folder holds has been walked.
@@ -44,11 +48,22 @@ protected:
     void noteFailure() noexcept { m_failed = true; }
 
 private:
-    void walk(const Entry& folder);
-    void attempt(const Entry& entry);
+    /// A folder on the present path, with what it holds.
+    struct Level {
+        Entry folder;
+        std::vector<Entry> entries;
+        std::size_t next = 0;
+    };
+
+    void open(const Entry& folder);
+    void step();
+    void take(const Entry& entry);
+    template <class Action>
+    void attempt(const Location& location, const Action& action);
 
     Context* m_context;
     const foundation::storage::provider::IProvider* m_provider;
+    std::vector<Level> m_path;
     bool m_failed = false;
 };
 

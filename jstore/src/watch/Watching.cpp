@@ -64,10 +64,11 @@ Watching::Watching(Context& context, const std::vector<Location>& locations, Wat
 Watching::~Watching() { m_queue->close(); }
 
 ExitCode Watching::run() {
+    m_context->progress().count("events");
     startAll();
     watch();
     if (interrupted()) {
-        return ExitCode::Interrupted;
+        return interruptionCode();
     }
     stopAll();
     return outcome();
@@ -187,6 +188,7 @@ void Watching::show(const Event& event, Place& place) {
     }
     const auto changed = found ? found->location : Location(event.changed);
     ++m_shown;
+    m_context->progress().countItem();
     print(event, changed, place.location());
     if (m_command) {
         runCommand(event, changed, place.location());

@@ -285,7 +285,7 @@ TEST_F(BusyArchiveTest, InterruptMakesNone) {
     otherEnds();
     const auto outcome = m_maker.wait();
     EXPECT_EQ(130, outcome.exitCode);
-    EXPECT_EQ("", outcome.err);
+    EXPECT_EQ("jstore: interrupted\n", outcome.err);
     EXPECT_TRUE(archives().empty());
 }
 

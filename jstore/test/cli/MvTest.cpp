@@ -1,9 +1,12 @@
+#include <sys/stat.h>
+
 #include "support/Matchers.h"
 #include "support/TemporaryFolder.h"
 
 namespace jstore::test {
 
 namespace fs = std::filesystem;
+using ::testing::AllOf;
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
@@ -95,6 +98,71 @@ TEST_F(MvTest, FolderDoesNotGoIntoItself) {
     m_folder.folder("d");
     EXPECT_THAT(jstore({"mv", at("d"), at("d")}), FailsWith(1, StartsWith("jstore: InvalidLocation: ")));
     EXPECT_TRUE(fs::is_directory(m_folder / "d"));
+}
+
+TEST_F(MvTest, WhatIsNeitherFileNorFolderIsNotReplaced) {
+    ASSERT_EQ(0, ::mkfifo((m_folder / "pipe").c_str(), 0600));
+    EXPECT_THAT(jstore({"mv", "--replace", at("a"), at("pipe")}),
+                FailsWith(8, StartsWith("jstore: NotSupported: " + at("pipe"))));
+    EXPECT_TRUE(fs::is_fifo(m_folder / "pipe"));
+    EXPECT_EQ("content of a", contentOf(m_folder / "a"));
+}
+
+TEST_F(MvTest, LinkAtTheDestinationIsWrittenThrough) {
+    m_folder.file("b", "content of b");
+    fs::permissions(m_folder / "b", fs::perms::owner_read | fs::perms::owner_write);
+    fs::create_symlink("b", m_folder / "link");
+    EXPECT_THAT(jstore({"mv", "--replace", at("a"), at("link")}), IsSilentlyDone());
+    EXPECT_TRUE(fs::is_symlink(m_folder / "link"));
+    EXPECT_FALSE(fs::exists(m_folder / "a"));
+    EXPECT_EQ("content of a", contentOf(m_folder / "b"));
+    EXPECT_EQ(fs::perms::owner_read | fs::perms::owner_write, fs::status(m_folder / "b").permissions());
+}
+
+TEST_F(MvTest, SameFileUnderAnotherNameIsRefused) {
+    fs::create_hard_link(m_folder / "a", m_folder / "hard");
+    fs::create_symlink("a", m_folder / "link");
+    const auto mount = "here=" + m_folder.path().string();
+    for (const auto& target : {at("hard"), at("link"), std::string("java://here/hard")}) {
+        EXPECT_THAT(jstore({"--mount", mount, "mv", "--replace", at("a"), target}),
+                    FailsWith(4, HasSubstr("the same file")));
+    }
+    EXPECT_THAT(jstore({"mv", "--replace", at("link"), at("a")}), FailsWith(4, HasSubstr("the same file")));
+    EXPECT_TRUE(fs::is_symlink(m_folder / "link"));
+    EXPECT_EQ("content of a", contentOf(m_folder / "a"));
+    EXPECT_EQ("content of a", contentOf(m_folder / "hard"));
+}
+
+TEST_F(MvTest, LinkToAFolderIsNotReplaced) {
+    m_folder.folder("d/new");
+    m_folder.file("outside/kept");
+    m_folder.folder("into");
+    fs::create_directory_symlink(m_folder / "outside", m_folder / "into/d");
+    EXPECT_THAT(jstore({"mv", "--replace", at("d"), at("into")}),
+                FailsWith(4, StartsWith("jstore: AlreadyExists: " + at("into/d"))));
+    EXPECT_TRUE(fs::exists(m_folder / "outside/kept"));
+    EXPECT_TRUE(fs::exists(m_folder / "d/new"));
+}
+
+TEST_F(MvTest, WhatTheCommandItselfHasPutThereStays) {
+    m_folder.file("x/f", "from x");
+    m_folder.file("x/d/in", "from x");
+    m_folder.file("y/f", "from y");
+    m_folder.file("y/d/in", "from y");
+    m_folder.file("z/g", "from z");
+    m_folder.folder("to");
+    fs::create_symlink("f", m_folder / "to/g");
+    const auto outcome = jstore({"mv", "--replace", at("x/f"), at("x/d"), at("y/f"), at("y/d"), at("z/g"), at("to")});
+    EXPECT_EQ(6, outcome.exitCode);
+    ASSERT_EQ(3U, outcome.errLines().size()) << outcome.err;
+    for (const auto& line : outcome.errLines()) {
+        EXPECT_THAT(line, AllOf(StartsWith("jstore: AlreadyExists: " + at("to/")), HasSubstr("itself")));
+    }
+    EXPECT_EQ("from x", contentOf(m_folder / "to/f"));
+    EXPECT_EQ("from x", contentOf(m_folder / "to/d/in"));
+    EXPECT_EQ("from y", contentOf(m_folder / "y/f"));
+    EXPECT_EQ("from y", contentOf(m_folder / "y/d/in"));
+    EXPECT_EQ("from z", contentOf(m_folder / "z/g"));
 }
 
 TEST_F(MvTest, RootIsRefused) {

@@ -1,10 +1,14 @@
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <chrono>
 #include <csignal>
+#include <cstring>
 #include <fstream>
+#include <memory>
+#include <ostream>
 #include <thread>
 
 #include "support/Matchers.h"
@@ -46,19 +50,39 @@ bool waitUntil(const Condition& condition) {
     return true;
 }
 
-/// A jstore that is inside an operation of a back end until the gate is opened.
-class InterruptTest : public ::testing::Test {
+/// The signals that /proc tells of a process in the line that begins so.
+unsigned long long signalsOf(pid_t pid, std::string_view which) {
+    std::ifstream status("/proc/" + std::to_string(pid) + "/status");
+    for (std::string line; std::getline(status, line);) {
+        if (line.starts_with(which)) {
+            return std::stoull(line.substr(which.size()), nullptr, 16);
+        }
+    }
+    return 0;
+}
+
+bool catches(pid_t pid, int signal) { return (signalsOf(pid, "SigCgt:") >> (signal - 1) & 1U) != 0; }
+bool ignores(pid_t pid, int signal) { return (signalsOf(pid, "SigIgn:") >> (signal - 1) & 1U) != 0; }
+
+/// Sends the signal and returns once jstore's handler, which works once for all of them, has run.
+void interrupt(pid_t pid, int signal = SIGINT) {
+    ASSERT_TRUE(catches(pid, signal));
+    ASSERT_EQ(0, ::kill(pid, signal));
+    ASSERT_TRUE(waitUntil([&] { return !catches(pid, SIGINT) && !catches(pid, SIGTERM) && !catches(pid, SIGHUP); }));
+}
+
+/// A named pipe at which a jstore stands inside an operation of a back end until it is opened.
+class GateTest : public ::testing::Test {
 protected:
-    InterruptTest() {
+    GateTest() {
         if (::mkfifo(m_gate.c_str(), 0600) != 0) {
             throw std::runtime_error("no named pipe");
         }
     }
-    ~InterruptTest() override { open(); }
+    ~GateTest() override { open(); }
 
-    /// Returns once the first operation is under way.
-    void startAndWait() {
-        m_run.start();
+    /// Returns once jstore has come to the gate.
+    void waitForGate() {
         ASSERT_TRUE(waitUntil([this] {
             // Opening to write fails as long as nobody has the pipe open for reading.
             m_writer = ::open(m_gate.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
@@ -73,64 +97,135 @@ protected:
         }
     }
 
-    /// Sends SIGINT and returns once jstore's handler, which works once, has run.
-    void interrupt() const {
-        ASSERT_TRUE(catchesInterrupt());
-        ASSERT_EQ(0, ::kill(m_run.pid(), SIGINT));
-        ASSERT_TRUE(waitUntil([this] { return !catchesInterrupt(); }));
-    }
-
-    [[nodiscard]] bool catchesInterrupt() const { return (signals("SigCgt:") >> (SIGINT - 1) & 1U) != 0; }
-    [[nodiscard]] bool ignoresInterrupt() const { return (signals("SigIgn:") >> (SIGINT - 1) & 1U) != 0; }
-
-    [[nodiscard]] unsigned long long signals(std::string_view which) const {
-        std::ifstream status("/proc/" + std::to_string(m_run.pid()) + "/status");
-        for (std::string line; std::getline(status, line);) {
-            if (line.starts_with(which)) {
-                return std::stoull(line.substr(which.size()), nullptr, 16);
-            }
-        }
-        return 0;
-    }
-
     TemporaryFolder m_folder;
     std::filesystem::path m_gate = m_folder / "gate";
+
+private:
     int m_writer = -1;
+};
+
+/// A jstore of which the first operation is under way.
+class InterruptTest : public GateTest {
+protected:
+    void startAndWait() {
+        m_run.start();
+        waitForGate();
+    }
+
     Jstore m_run{{"--json", "--class-path", JSTORE_TEST_BACKENDS, "--provider",
                   "com.corvallen.jstore.test.BlockingProvider", "--jvm-option", "-Djstore.test.gate=" + m_gate.string(),
                   "mkdir", "java:///one", "java:///two"}};
 };
 
-TEST_F(InterruptTest, OperationUnderWayIsFinishedAndTheNextNotBegun) {
+/// A signal that stops jstore, and how it ends then.
+struct Ending {
+    int signal;
+    int exitCode;
+};
+
+void PrintTo(const Ending& ending, std::ostream* out) { *out << ::strsignal(ending.signal); }
+
+class EndingTest : public InterruptTest, public ::testing::WithParamInterface<Ending> {};
+
+TEST_P(EndingTest, OperationUnderWayIsFinishedAndTheNextNotBegun) {
     startAndWait();
-    interrupt();
+    interrupt(m_run.pid(), GetParam().signal);
     open();
     const auto outcome = m_run.wait();
-    EXPECT_EQ(130, outcome.exitCode);
-    EXPECT_THAT(outcome.out, HasSubstr(R"("java:///one","ok":true)"));
-    EXPECT_EQ(1U, outcome.outLines().size());
-    EXPECT_EQ("", outcome.err);
+    EXPECT_EQ(GetParam().exitCode, outcome.exitCode);
+    ASSERT_EQ(2U, outcome.outLines().size());
+    EXPECT_THAT(outcome.outLines()[0], HasSubstr(R"("java:///one","ok":true)"));
+    EXPECT_EQ(R"({"verb":"mkdir","ok":false,"error":{"code":"Interrupted","message":"interrupted: 1 done"}})",
+              outcome.outLines()[1]);
+    EXPECT_EQ("jstore: interrupted: 1 done\n", outcome.err);
 }
 
-TEST_F(InterruptTest, SecondInterruptEndsAtOnce) {
+TEST_P(EndingTest, SecondSignalEndsAtOnce) {
     startAndWait();
-    interrupt();
-    ASSERT_EQ(0, ::kill(m_run.pid(), SIGINT));
-    EXPECT_EQ(SIGINT, m_run.wait().signal);
+    interrupt(m_run.pid());
+    ASSERT_EQ(0, ::kill(m_run.pid(), GetParam().signal));
+    EXPECT_EQ(GetParam().signal, m_run.wait().signal);
 }
 
-TEST_F(InterruptTest, TerminationEndsAtOnce) {
+TEST_P(EndingTest, IgnoredSignalStaysIgnored) {
+    const int signal = GetParam().signal;
+    auto* const before = std::signal(signal, SIG_IGN);
     startAndWait();
-    ASSERT_EQ(0, ::kill(m_run.pid(), SIGTERM));
-    EXPECT_EQ(SIGTERM, m_run.wait().signal);
+    std::signal(signal, before);
+    EXPECT_TRUE(ignores(m_run.pid(), signal));
+    EXPECT_FALSE(catches(m_run.pid(), signal));
 }
 
-TEST_F(InterruptTest, IgnoredInterruptStaysIgnored) {
-    auto* const before = std::signal(SIGINT, SIG_IGN);
-    startAndWait();
-    std::signal(SIGINT, before);
-    EXPECT_TRUE(ignoresInterrupt());
-    EXPECT_FALSE(catchesInterrupt());
+INSTANTIATE_TEST_SUITE_P(Signals, EndingTest,
+                         ::testing::Values(Ending{SIGINT, 130}, Ending{SIGTERM, 143}, Ending{SIGHUP, 129}));
+
+/// Whether the process has ended; nothing that it wrote is read.
+bool hasEnded(pid_t pid) {
+    siginfo_t info{};
+    return ::waitid(P_PID, static_cast<id_t>(pid), &info, WEXITED | WNOHANG | WNOWAIT) == 0 && info.si_pid != 0;
+}
+
+TEST(OutputTest, SignalEndsACommandWhoseOutputNobodyTakes) {
+    const TemporaryFolder folder;
+    std::filesystem::resize_file(folder.file("huge"), std::uintmax_t{64} << 30);
+    for (const auto* const option : {"--no-progress", "--json"}) {
+        Jstore run({option, "cat", folder.location("huge")});
+        run.start();
+        ASSERT_TRUE(run.readUntil([](const Outcome& outcome) { return !outcome.out.empty(); }));
+        ASSERT_EQ(0, ::kill(run.pid(), SIGTERM));
+        EXPECT_TRUE(waitUntil([&] { return hasEnded(run.pid()); })) << option;
+        EXPECT_EQ(143, run.wait().exitCode);
+    }
+}
+
+/// Verbs in the midst of a folder or a file.
+class LongCommandTest : public GateTest {
+protected:
+    /// Starts jstore on the storage whose parts wait at the gate, and returns when it has come there.
+    void startGated(const std::vector<std::string>& command, const std::vector<std::string>& options = {}) {
+        std::vector<std::string> words{"--class-path", JSTORE_TEST_BACKENDS,
+                                       "--provider",   "com.corvallen.jstore.test.GatedProvider",
+                                       "--jvm-option", "-Djstore.test.gate=" + m_gate.string()};
+        words.insert(words.end(), options.begin(), options.end());
+        words.insert(words.end(), command.begin(), command.end());
+        m_run = std::make_unique<Jstore>(words);
+        m_run->start();
+        waitForGate();
+    }
+
+    std::unique_ptr<Jstore> m_run;
+};
+
+const std::vector<std::string> Waits{"--jvm-option", "-Djstore.test.waits=1"};
+
+TEST_F(LongCommandTest, RemovalOfAFolderStopsBetweenTwoFiles) {
+    for (int i = 0; i < 100; ++i) {
+        m_folder.file("d/e" + std::to_string(i % 10) + "/file" + std::to_string(i));
+    }
+    m_folder.file("d/only/gated");
+    startGated({"rm", "-r", m_folder.location("d/only"), m_folder.location("d")});
+    interrupt(m_run->pid());
+    open();
+    EXPECT_THAT(m_run->wait(), FailsWith(130, "jstore: interrupted: 1 removed"));
+    EXPECT_TRUE(std::filesystem::is_empty(m_folder / "d/only"));
+    EXPECT_TRUE(std::filesystem::exists(m_folder / "d/e0/file0"));
+}
+
+TEST_F(LongCommandTest, RemovalAtOnceIsInterruptedInJava) {
+    m_folder.file("huge/file");
+    startGated({"rm", "-r", m_folder.location("huge"), m_folder.location("none")}, Waits);
+    open();
+    interrupt(m_run->pid(), SIGTERM);
+    EXPECT_THAT(m_run->wait(), FailsWith(143, "jstore: interrupted: 0 removed"));
+}
+
+TEST_F(LongCommandTest, MoveOfAFolderIsInterruptedInJava) {
+    m_folder.folder("d");
+    startGated({"mv", m_folder.location("d"), m_folder.location("e")}, Waits);
+    open();
+    interrupt(m_run->pid(), SIGHUP);
+    EXPECT_THAT(m_run->wait(), FailsWith(129, "jstore: interrupted: 0 moved"));
+    EXPECT_TRUE(std::filesystem::exists(m_folder / "d"));
 }
 
 }  // namespace

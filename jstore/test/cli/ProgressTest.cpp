@@ -116,6 +116,16 @@ TEST_F(ProgressTest, InterruptClearsTheLine) {
     openGate();
     EXPECT_EQ(130, screen.finish());
     EXPECT_EQ("", screen.cursorLine());
+    ASSERT_FALSE(screen.lines().empty());
+    EXPECT_THAT(screen.lines().back(), HasSubstr("jstore: interrupted: 0 copied"));
+}
+
+TEST_F(ProgressTest, StoppedTerminalDoesNotStopTheCopy) {
+    Screen screen(copy());
+    ASSERT_TRUE(screen.waitFor("50%"));
+    screen.stop();
+    openGate();
+    EXPECT_EQ(0, screen.finish());
 }
 
 TEST_F(ProgressTest, QuietWhereNobodyWantsIt) {

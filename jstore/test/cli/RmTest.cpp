@@ -1,3 +1,7 @@
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include "support/Matchers.h"
 #include "support/TemporaryFolder.h"
 
@@ -123,6 +127,47 @@ TEST_F(OneByOneTest, WhatStaysIsReportedAndTheRestGoes) {
 }
 
 TEST_F(OneByOneTest, DeepTreesGoToo) { EXPECT_THAT(rm("java:///d", "DeepProvider"), Prints("0\n")); }
+
+/// A back end that says of one folder that it holds more than Java has memory for.
+TEST_F(RmTest, FolderThatCannotBeListedIsRemovedAtOnce) {
+    m_folder.file("a/huge/file");
+    m_folder.file("a/other");
+    EXPECT_THAT(jstore({"--class-path", JSTORE_TEST_BACKENDS, "--provider", "com.corvallen.jstore.test.GatedProvider",
+                        "rm", "-r", m_folder.location("a")}),
+                IsSilentlyDone());
+    EXPECT_FALSE(fs::exists(m_folder / "a"));
+}
+
+/// Folders in folders, deeper than any path reaches; what is left of them is removed with the object.
+class DeepFolder {
+public:
+    explicit DeepFolder(const fs::path& place) : m_place(place) {
+        const std::string name(200, 'd');
+        fs::create_directory(place);
+        int folder = ::open(place.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        for (int level = 0; level < 60 && folder >= 0; ++level) {
+            const int inner = ::mkdirat(folder, name.c_str(), 0755) == 0
+                                  ? ::openat(folder, name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)
+                                  : -1;
+            ::close(folder);
+            folder = inner;
+        }
+        EXPECT_GE(folder, 0);
+        ::close(folder);
+    }
+    ~DeepFolder() { fs::remove_all(m_place); }
+    DeepFolder(const DeepFolder&) = delete;
+    DeepFolder& operator=(const DeepFolder&) = delete;
+
+private:
+    fs::path m_place;
+};
+
+TEST_F(RmTest, FolderDeeperThanAnyLocationGoes) {
+    const DeepFolder deep(m_folder / "deep");
+    EXPECT_THAT(jstore({"rm", "-r", m_folder.location("deep")}), IsSilentlyDone());
+    EXPECT_FALSE(fs::exists(m_folder / "deep"));
+}
 
 TEST_F(RmTest, AllFailingAlikeKeepTheirCode) {
     const auto outcome = jstore({"rm", m_folder.location("a"), m_folder.location("b")});

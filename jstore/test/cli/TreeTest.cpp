@@ -49,6 +49,18 @@ TEST_F(TreeTest, JsonHasTypeAndDepth) {
     EXPECT_EQ(2, objects[1]["depth"]);
 }
 
+/// A back end with folders in folders without end, more or less, and a stack that is small.
+TEST(DeepTreeTest, DepthEndsWithAnErrorAndNotWithTheStack) {
+    const auto outcome =
+        Jstore({"--class-path", JSTORE_TEST_BACKENDS, "--provider", "com.corvallen.jstore.test.DeepProvider",
+                "--jvm-option", "-Djstore.test.depth=2100", "du", "-s", "java:///d"})
+            .through({"/bin/sh", "-c", "ulimit -s 512; exec \"$@\"", "sh"})
+            .run();
+    EXPECT_EQ(6, outcome.exitCode) << outcome.signal;
+    EXPECT_EQ(1U, outcome.errLines().size());
+    EXPECT_THAT(outcome.err, HasSubstr("it lies more than 2048 folders deep"));
+}
+
 class FindTest : public TreeTest {};
 
 TEST_F(FindTest, EverythingIsFoundWithoutConditions) {

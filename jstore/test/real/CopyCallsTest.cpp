@@ -20,7 +20,7 @@ protected:
                                      "--provider",   "com.corvallen.jstore.test.CountingProvider",
                                      "--jvm-option", "-Djstore.test.counts=" + file.string()};
         all.insert(all.end(), arguments.begin(), arguments.end());
-        EXPECT_THAT(jstore(all), IsSilentlyDone());
+        EXPECT_EQ(0, jstore(all).exitCode);
         Counts counts;
         std::ifstream in(file);
         std::string name;
@@ -66,6 +66,15 @@ TEST_F(CopyCallsTest, FileInAFolderThatWasThereIsLookedFor) {
     expected["fileExists"] = 1;
     expected["folderExists"] = 1;
     EXPECT_EQ(expected, callsOfOneFile("to/many"));
+}
+
+TEST_F(CopyCallsTest, WalkAsksOnceForEachFolderWhetherItIsALink) {
+    for (const auto* const file : {"d/e/1", "d/e/2", "d/f/1", "d/3"}) {
+        m_folder.file(file);
+    }
+    for (const auto* const verb : {"find", "tree", "du"}) {
+        EXPECT_EQ(2, callsOf({verb, m_folder.location("d")})["getExtendedAttributes"]) << verb;
+    }
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <pty.h>
 #include <sys/ioctl.h>
 #include <sys/wait.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -146,6 +147,16 @@ void Screen::resize(unsigned short columns) const {
 
 void Screen::type(const std::string& keys) const {
     if (::write(m_terminal, keys.data(), keys.size()) != static_cast<ssize_t>(keys.size())) {
+        throw std::system_error(errno, std::generic_category(), "terminal");
+    }
+}
+
+void Screen::stop() const {
+    // On the program's side of the terminal, since what is typed takes effect a little later.
+    const int side = ::open(::ptsname(m_terminal), O_RDWR | O_NOCTTY | O_CLOEXEC);
+    const bool stopped = side >= 0 && ::tcflow(side, TCOOFF) == 0;
+    ::close(side);
+    if (!stopped) {
         throw std::system_error(errno, std::generic_category(), "terminal");
     }
 }

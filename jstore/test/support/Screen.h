@@ -32,6 +32,8 @@ public:
 
     void resize(unsigned short columns) const;
     void type(const std::string& keys) const;
+    /// Stops the terminal's output, as Ctrl-S does.
+    void stop() const;
     [[nodiscard]] pid_t pid() const noexcept { return m_pid; }
     /// Whether the program has a thread of that name.
     [[nodiscard]] bool hasThread(const std::string& name) const;

@@ -28,6 +28,7 @@ std::string TemporaryFolder::location(std::string_view name) const {
 }
 
 fs::path TemporaryFolder::file(std::string_view name, std::string_view content) const {
+    fs::create_directories((m_path / name).parent_path());
     std::ofstream(m_path / name, std::ios::binary) << content;
     return m_path / name;
 }

@@ -21,7 +21,7 @@ public:
     /// The location of something in the folder: "java:///tmp/…/name". `name` is taken as it stands.
     [[nodiscard]] std::string location(std::string_view name) const;
 
-    /// Makes a file of that content, or a folder, and gives its path.
+    /// Makes a file of that content, or a folder, with the folders above it, and gives its path.
     std::filesystem::path file(std::string_view name, std::string_view content = {}) const;
     std::filesystem::path folder(std::string_view name) const;
 

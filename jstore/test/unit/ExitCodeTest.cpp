@@ -19,7 +19,9 @@ TEST(ExitCodeTest, NumbersAreTheDocumentedOnes) {
     EXPECT_EQ(6, static_cast<int>(ExitCode::SomeFailed));
     EXPECT_EQ(7, static_cast<int>(ExitCode::NoJava));
     EXPECT_EQ(8, static_cast<int>(ExitCode::NotSupported));
+    EXPECT_EQ(129, static_cast<int>(ExitCode::HungUp));
     EXPECT_EQ(130, static_cast<int>(ExitCode::Interrupted));
+    EXPECT_EQ(143, static_cast<int>(ExitCode::Terminated));
 }
 
 TEST(ExitCodeTest, ErrorCodesHaveTheirExitCodes) {
@@ -51,7 +53,7 @@ TEST(ExitCodeTest, OperationsThatEndDifferentlyAreSomeFailed) {
 TEST(ExitCodeTest, TableListsEveryNumber) {
     const auto table = exitCodeTable();
     for (const auto* const number :
-         {"  0  ", "  1  ", "  2  ", "  3  ", "  4  ", "  5  ", "  6  ", "  7  ", "  8  ", "130  "}) {
+         {"  0  ", "  1  ", "  2  ", "  3  ", "  4  ", "  5  ", "  6  ", "  7  ", "  8  ", "129  ", "130  ", "143  "}) {
         EXPECT_THAT(table, HasSubstr(number));
     }
 }

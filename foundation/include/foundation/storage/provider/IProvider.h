@@ -57,7 +57,7 @@ struct PollerHolder;
 ///  - Readers find the old content or the whole new one, in every process, after an error and when the process dies, as
 ///    far as moveFile() is atomic. That is a promise about order, not about power: nothing in this interface forces
 ///    bytes to the disk, and after a power failure the old content may be back, or the file empty or incomplete, unless
-///    the back end sees to it. (NioProvider forces a new content before that takes the place of an old one.)
+///    the back end sees to it.
 class FOUNDATION_API IProvider {
 public:
     virtual ~IProvider();
