@@ -36,7 +36,7 @@ TEST(ExamplesTest, EveryVerbHasSomeAndTheyWork) {
             const TemporaryFolder output;
             fill(folder);
             const auto command = "cd '" + folder.path().string() + "' && PATH=\"" +
-                                 fs::path(JSTORE_PROGRAM).parent_path().string() + ":$PATH\" bash -c '" +
+                                 fs::path(programUnderTest()).parent_path().string() + ":$PATH\" bash -c '" +
                                  std::regex_replace(example, std::regex("'"), R"('\'')") + "' >'" +
                                  (output / "out").string() + "' 2>'" + (output / "err").string() + "' </dev/null";
             EXPECT_EQ(0, std::system(command.c_str())) << example;

@@ -29,7 +29,7 @@ protected:
     }
 
     [[nodiscard]] std::vector<std::string> copy(const std::vector<std::string>& options = {}) const {
-        std::vector<std::string> command{JSTORE_PROGRAM,
+        std::vector<std::string> command{programUnderTest(),
                                          "--class-path",
                                          JSTORE_TEST_BACKENDS,
                                          "--provider",
@@ -136,7 +136,7 @@ TEST_F(ProgressTest, QuietWhereNobodyWantsIt) {
 }
 
 TEST_F(ProgressTest, QuickCommandsDrawNothing) {
-    Screen screen({JSTORE_PROGRAM, "exists", "/"});
+    Screen screen({programUnderTest(), "exists", "/"});
     EXPECT_EQ(0, screen.finish());
     EXPECT_THAT(screen.raw(), Not(HasSubstr("\x1B")));
 }

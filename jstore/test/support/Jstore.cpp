@@ -14,6 +14,7 @@
 #include <cerrno>
 #include <chrono>
 #include <csignal>
+#include <cstdlib>
 #include <ostream>
 #include <sstream>
 #include <system_error>
@@ -115,8 +116,13 @@ void PrintTo(const Outcome& outcome, std::ostream* out) {
          << outcome.err << '"';
 }
 
+std::string programUnderTest() {
+    const char* const other = std::getenv("JSTORE_UNDER_TEST");
+    return other == nullptr ? JSTORE_PROGRAM : other;
+}
+
 Jstore::Jstore(std::vector<std::string> arguments) : m_arguments(std::move(arguments)) {
-    m_arguments.insert(m_arguments.begin(), JSTORE_PROGRAM);
+    m_arguments.insert(m_arguments.begin(), programUnderTest());
     for (char** variable = environ; *variable != nullptr; ++variable) {
         const std::string assignment = *variable;
         const bool changes = names(assignment, "JSTORE_CLASS_PATH") || names(assignment, "JAVA_TOOL_OPTIONS") ||

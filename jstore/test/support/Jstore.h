@@ -78,6 +78,9 @@ private:
     int m_err = -1;
 };
 
+/// The program that the tests run: that of this build, or the one that the variable JSTORE_UNDER_TEST names.
+[[nodiscard]] std::string programUnderTest();
+
 /// Runs `jstore ARGUMENTS…`.
 [[nodiscard]] Outcome jstore(std::vector<std::string> arguments);
 
