@@ -6,6 +6,7 @@
 #include <fstream>
 #include <thread>
 
+#include "support/Jstore.h"
 #include "support/Matchers.h"
 #include "support/Screen.h"
 #include "support/TemporaryFolder.h"
