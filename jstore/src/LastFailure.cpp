@@ -19,7 +19,7 @@ jclass classBeside(JNIEnv* env, jobject object) {
     auto* const type = env->GetObjectClass(object);
     auto* const getLoader = env->GetMethodID(env->GetObjectClass(type), "getClassLoader", "()Ljava/lang/ClassLoader;");
     auto* const loader = getLoader == nullptr ? nullptr : env->CallObjectMethod(type, getLoader);
-    if (loader == nullptr) {
+    if (env->ExceptionCheck() == JNI_TRUE || loader == nullptr) {
         return nullptr;
     }
     auto* const load =
@@ -35,7 +35,8 @@ jobject take(JNIEnv* env, jobject object) {
         return nullptr;
     }
     auto* const take = env->GetStaticMethodID(type, "take", "()Lcom/corvallen/storage/provider/LastFailure;");
-    return take == nullptr ? nullptr : env->CallStaticObjectMethod(type, take);
+    auto* const taken = take == nullptr ? nullptr : env->CallStaticObjectMethod(type, take);
+    return env->ExceptionCheck() == JNI_TRUE ? nullptr : taken;
 }
 
 }  // namespace

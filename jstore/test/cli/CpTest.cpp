@@ -340,12 +340,12 @@ protected:
         m_folder.folder("to");
     }
 
-    /// Whether bytes have arrived in the folder to which the copy goes.
+    /// Whether bytes of the huge file have arrived in the folder to which the copy goes: more than a small one has.
     [[nodiscard]] bool hasBegun() const {
         for (const auto& file : fs::recursive_directory_iterator(m_folder / "to")) {
             std::error_code gone;
             const auto size = fs::file_size(file, gone);
-            if (!gone && size > 0 && file.path().filename() != "old") {
+            if (!gone && size > std::string_view("whole").size() && file.path().filename() != "old") {
                 return true;
             }
         }
