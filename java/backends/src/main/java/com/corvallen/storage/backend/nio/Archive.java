@@ -28,7 +28,7 @@ final class Archive {
     private final UnaryOperator<Content> medium;
 
     /** Open to the end, so that the system gives the key of this file to no other one. */
-    private final FileChannel original;
+    private final SteadyFile original;
 
     private final ArchiveDisk disk;
     private final FileSystem system;
@@ -40,8 +40,8 @@ final class Archive {
         this.file = file;
         this.opened = opened;
         this.medium = medium;
-        this.original = FileChannel.open(file, StandardOpenOption.READ);
-        this.disk = new ArchiveDisk(file, new FileContent(original), new Spool(() -> ArchiveSpool.open(file)));
+        this.original = SteadyFile.reading(file);
+        this.disk = new ArchiveDisk(file, original, new Spool(() -> ArchiveSpool.open(file)));
         try {
             this.system = systemOn(disk, provider);
         } catch (IOException | RuntimeException e) {
@@ -97,10 +97,11 @@ final class Archive {
      * @throws InUseException if someone else writes the archive, or has since it was opened
      */
     synchronized void beginWriting() throws IOException {
-        if (draft != null || system.isReadOnly()) {
+        // What is closed has no draft any more, and whoever comes too late finds out from the file system.
+        if (draft != null || system.isReadOnly() || !system.isOpen()) {
             return;
         }
-        ArchiveDraft begun = ArchiveDraft.begin(file);
+        ArchiveDraft begun = newDraft();
         try {
             requireUnchanged();
             draft = begun;
@@ -111,8 +112,26 @@ final class Archive {
         }
     }
 
+    private ArchiveDraft newDraft() throws IOException {
+        Interruption.PutOff interruption = new Interruption.PutOff();
+        try {
+            return ArchiveDraft.begin(file);
+        } finally {
+            interruption.end();
+        }
+    }
+
     /** Ends it. What was changed is in the archive when this returns, and lost when it throws. */
     synchronized void close() throws IOException {
+        Interruption.PutOff interruption = new Interruption.PutOff();
+        try {
+            end();
+        } finally {
+            interruption.end();
+        }
+    }
+
+    private void end() throws IOException {
         try (original;
                 disk) {
             if (draft == null) {

@@ -6,6 +6,17 @@ import java.io.InterruptedIOException;
 final class Interruption {
     private Interruption() {}
 
+    /** What a thread is to bring to its end though it was interrupted; it stays interrupted afterwards. */
+    static final class PutOff {
+        private final boolean wasInterrupted = Thread.interrupted();
+
+        void end() {
+            if (wasInterrupted) {
+                Thread.currentThread().interrupt();
+            }
+        }
+    }
+
     /** Called between two entries or two portions of a file. */
     static void check() throws InterruptedIOException {
         if (Thread.currentThread().isInterrupted()) {

@@ -3,7 +3,6 @@ package com.corvallen.storage.backend.nio;
 import java.io.Closeable;
 import java.io.IOException;
 import java.nio.ByteBuffer;
-import java.nio.channels.FileChannel;
 import java.util.BitSet;
 
 /**
@@ -15,7 +14,7 @@ final class Spool implements Closeable {
 
     /** Opens the file that holds the blocks. */
     interface Opener {
-        FileChannel open() throws IOException;
+        SteadyFile open() throws IOException;
     }
 
     private final Opener opener;
@@ -27,7 +26,7 @@ final class Spool implements Closeable {
     /** The blocks that were used at some time, so that bytes of theirs may be in the file. */
     private int touched;
 
-    private FileChannel channel;
+    private SteadyFile file;
     private boolean closed;
 
     Spool(Opener opener) {
@@ -65,7 +64,7 @@ final class Spool implements Closeable {
     void read(int block, int offset, ByteBuffer target) throws IOException {
         long position = (long) block * BLOCK + offset;
         while (target.hasRemaining()) {
-            int count = channel().read(target, position);
+            int count = file().read(target, position);
             if (count < 0) {
                 // Nothing has been written up to here.
                 target.put(new byte[target.remaining()]);
@@ -79,25 +78,25 @@ final class Spool implements Closeable {
     void write(int block, int offset, ByteBuffer source) throws IOException {
         long position = (long) block * BLOCK + offset;
         while (source.hasRemaining()) {
-            position += channel().write(source, position);
+            position += file().write(source, position);
         }
     }
 
-    private synchronized FileChannel channel() throws IOException {
+    private synchronized SteadyFile file() throws IOException {
         if (closed) {
             throw new IOException("the archive is closed");
         }
-        if (channel == null) {
-            channel = opener.open();
+        if (file == null) {
+            file = opener.open();
         }
-        return channel;
+        return file;
     }
 
     @Override
     public synchronized void close() throws IOException {
         closed = true;
-        if (channel != null) {
-            channel.close();
+        if (file != null) {
+            file.close();
         }
     }
 }

@@ -7,7 +7,6 @@ import static org.junit.jupiter.api.Assertions.assertTrue;
 
 import java.io.IOException;
 import java.nio.ByteBuffer;
-import java.nio.channels.FileChannel;
 import java.nio.file.Files;
 import java.nio.file.Path;
 import java.util.Arrays;
@@ -22,12 +21,12 @@ class SpoolFileTest {
 
     private Path folder;
     private Spool spool;
-    private FileChannel disk;
+    private SteadyFile disk;
 
     @BeforeEach
     void open() throws Exception {
         folder = NioStorage.temporaryFolder();
-        spool = new Spool(() -> disk = PrivateFiles.createNameless(folder.resolve("spool")));
+        spool = new Spool(() -> disk = ArchiveSpool.open(folder.resolve("a.zip")));
     }
 
     @AfterEach
