@@ -30,15 +30,23 @@ final class Archive {
     /** Open to the end, so that the system gives the key of this file to no other one. */
     private final SteadyFile original;
 
+    /** Lasts as long as the archive, whose file is opened and closed more than once meanwhile. */
+    private final OpenFiles.Use use;
+
     private final ArchiveDisk disk;
     private final FileSystem system;
     private ArchiveDraft draft;
 
     private Archive(
-            Path file, BasicFileAttributes opened, FileSystemProvider provider, UnaryOperator<Content> medium)
+            Path file,
+            BasicFileAttributes opened,
+            OpenFiles.Use use,
+            FileSystemProvider provider,
+            UnaryOperator<Content> medium)
             throws IOException {
         this.file = file;
         this.opened = opened;
+        this.use = use;
         this.medium = medium;
         this.original = SteadyFile.reading(file);
         this.disk = new ArchiveDisk(file, original, new Spool(() -> ArchiveSpool.open(file)));
@@ -63,14 +71,25 @@ final class Archive {
     /** As open, with something between the new archive and the disk, for tests. */
     static Archive open(Path file, FileSystemProvider provider, UnaryOperator<Content> medium) throws IOException {
         for (int attempt = 1; ; attempt++) {
-            BasicFileAttributes opened = attributesOf(file);
-            ArchiveNames.requireClear(file);
-            Archive archive = new Archive(file, opened, provider, medium);
+            Archive archive = openOnce(file, provider, medium);
             if (attempt == ATTEMPTS || archive.isUnchanged()) {
                 return archive;
             }
             // Someone has replaced it in between, so what was looked at is not what was opened.
             archive.close();
+        }
+    }
+
+    private static Archive openOnce(Path file, FileSystemProvider provider, UnaryOperator<Content> medium)
+            throws IOException {
+        BasicFileAttributes opened = attributesOf(file);
+        OpenFiles.Use use = OpenFiles.reading(file);
+        try {
+            ArchiveNames.requireClear(file);
+            return new Archive(file, opened, use, provider, medium);
+        } catch (IOException | RuntimeException e) {
+            use.close();
+            throw e;
         }
     }
 
@@ -132,7 +151,8 @@ final class Archive {
     }
 
     private void end() throws IOException {
-        try (original;
+        try (use;
+                original;
                 disk) {
             if (draft == null) {
                 system.close();

@@ -119,6 +119,14 @@ class ArchiveEndTest extends ArchiveCase {
     }
 
     @Test
+    void writerThatComesAfterTheEndLeavesNothing() throws Exception {
+        Archive closed = Archive.open(archive.toRealPath(), NioStorage.archives());
+        closed.close();
+        closed.beginWriting();
+        assertUntouched();
+    }
+
+    @Test
     void failedEndLeavesTheMountUsable() throws Exception {
         write(provider, NEW, "content");
         Files.setLastModifiedTime(archive, FileTime.fromMillis(1_000_000_000_000L));

@@ -2,6 +2,7 @@ package com.corvallen.storage.backend.nio;
 
 import static org.junit.jupiter.api.Assertions.assertEquals;
 import static org.junit.jupiter.api.Assertions.assertFalse;
+import static org.junit.jupiter.api.Assertions.assertThrows;
 import static org.junit.jupiter.api.Assertions.assertTrue;
 
 import com.corvallen.storage.provider.ErrorCode;
@@ -81,6 +82,23 @@ class ProcessLocksTest extends NioTestCase {
         return Stream.of(provider.getExtendedAttributes(location).getAllAttributes())
                 .map(ExtendedAttribute::getName)
                 .anyMatch("user:text"::equals);
+    }
+
+    @Test
+    void archiveIsNoMountWhileItsFileIsHeld() throws Exception {
+        Path archive = ArchiveCase.holding(path("a.zip"), "old", "there before");
+        ArchiveCase.mount(archive);
+        StorageURI file = new StorageURI("java://" + archive);
+        try (ProviderChannel channel = hold(file)) {
+            ProviderException refusal =
+                    assertThrows(ProviderException.class, () -> provider.fileExists(ArchiveCase.OLD));
+            assertTrue(refusal.getMessage().contains("is open exclusively"), refusal.getMessage());
+            assertHeld(file);
+            assertTrue(channel.size() > 0);
+        }
+        assertTrue(provider.fileExists(ArchiveCase.OLD));
+        assertEquals(ErrorCode.IN_USE, assertThrows(ProviderException.class, () -> hold(file)).getErrorCode());
+        System.clearProperty(ArchiveCase.PROPERTY);
     }
 
     @Test
