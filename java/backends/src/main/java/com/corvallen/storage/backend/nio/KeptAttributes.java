@@ -150,6 +150,29 @@ final class KeptAttributes {
         if (now == mode) {
             return;
         }
+        try {
+            changeMode(path, mode);
+        } catch (IOException e) {
+            if (!isFixed(path, now)) {
+                throw e;
+            }
+        }
+    }
+
+    /**
+     * Tells whether a process may set the permissions of a file, but only those that it has: some disks give the same
+     * ones to all files.
+     */
+    private static boolean isFixed(Path path, int now) {
+        try {
+            changeMode(path, now);
+            return (number(numbersOf(path), MODE) & ALL_MODE) == now;
+        } catch (IOException e) {
+            return false;
+        }
+    }
+
+    private static void changeMode(Path path, int mode) throws IOException {
         if (!OpenFiles.briefly(path, () -> Files.setAttribute(path, MODE, mode, LinkOption.NOFOLLOW_LINKS))) {
             // Links are followed so that it is not opened; that it is none was known before.
             Files.setAttribute(path, MODE, mode);
