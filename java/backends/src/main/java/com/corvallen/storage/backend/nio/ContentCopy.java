@@ -51,6 +51,7 @@ final class ContentCopy {
         }
     }
 
+    /** The system copies only as far as a file's size says, and some files hold more: those that are made as read. */
     private static void transfer(FileChannel from, FileChannel to) throws IOException {
         long position = 0;
         long count;
@@ -59,6 +60,7 @@ final class ContentCopy {
             count = from.transferTo(position, PORTION, to);
             position += count;
         } while (count > 0);
+        pump(from.position(position), to);
     }
 
     private static void pump(ReadableByteChannel from, WritableByteChannel to) throws IOException {

@@ -33,6 +33,9 @@ final class Times {
     /** What a zip archive keeps are seconds in 32 bits. */
     private static final long ARCHIVE_END = (1L << 32) * MILLIS;
 
+    /** The library counts nanoseconds in 64 bits. */
+    private static final long LAST_OF_LIBRARY = Long.MAX_VALUE / 1_000_000;
+
     private Times() {}
 
     /**
@@ -61,7 +64,7 @@ final class Times {
         }
         UnsupportedOperationException refusal = refusal(millis);
         try {
-            Files.setLastModifiedTime(path, settable(old));
+            putBack(path, old);
         } catch (IOException e) {
             refusal.addSuppressed(e);
         }
@@ -88,6 +91,15 @@ final class Times {
         put(to, millis);
         if (!isHeld(to, millis)) {
             throw refusal(millis);
+        }
+    }
+
+    /** To the last digit, except after 2262, when the library can set no more than milliseconds. */
+    private static void putBack(Path path, FileTime old) throws IOException {
+        if (millisOf(old) > LAST_OF_LIBRARY) {
+            put(path, millisOf(old));
+        } else {
+            Files.setLastModifiedTime(path, settable(old));
         }
     }
 

@@ -1,16 +1,20 @@
 package com.corvallen.storage.backend.nio;
 
+import static org.junit.jupiter.api.Assertions.assertArrayEquals;
 import static org.junit.jupiter.api.Assertions.assertEquals;
 import static org.junit.jupiter.api.Assertions.assertTrue;
 
 import com.corvallen.storage.provider.ErrorCode;
 import com.corvallen.storage.provider.StorageURI;
 import java.io.IOException;
+import java.nio.channels.FileChannel;
 import java.nio.file.Files;
 import java.nio.file.Path;
+import java.nio.file.StandardOpenOption;
 import java.nio.file.attribute.BasicFileAttributes;
 import java.util.concurrent.TimeUnit;
 import org.junit.jupiter.api.AfterEach;
+import org.junit.jupiter.api.Assumptions;
 import org.junit.jupiter.api.BeforeEach;
 import org.junit.jupiter.api.Test;
 
@@ -92,5 +96,18 @@ class SpecialFilesMoveTest extends NioTestCase {
         assertEquals(21, storage.countEntries(folder));
         assertEquals("old", disk.read(disk.at("b", "old")));
         assertEquals(1, disk.countEntries(disk.at()));
+    }
+
+    /** Linux makes such files as they are read. */
+    @Test
+    void fileThatHidesItsSizeIsCopiedWhole() throws Exception {
+        Path made = Path.of("/proc/self/cmdline");
+        Assumptions.assumeTrue(Files.exists(made) && Files.size(made) == 0);
+        try (FileChannel from = FileChannel.open(made);
+                FileChannel to = FileChannel.open(
+                        path("copy"), StandardOpenOption.CREATE_NEW, StandardOpenOption.WRITE)) {
+            ContentCopy.copy(from, to);
+        }
+        assertArrayEquals(Files.readAllBytes(made), Files.readAllBytes(path("copy")));
     }
 }

@@ -57,6 +57,15 @@ class TimesOnDiskTest extends NioTestCase {
         assertEquals(old, Files.getLastModifiedTime(path("a")));
     }
 
+    /** The library can set no time after 2262. */
+    @Test
+    void refusedTimeLeavesAFarOne() throws Exception {
+        StorageURI a = file("x", "a");
+        provider.setLastModified(a, YEAR_2300);
+        assertFails(ErrorCode.NOT_SUPPORTED, a, () -> provider.setLastModified(a, YEAR_1));
+        assertEquals(YEAR_2300, provider.getFileAttributes(a).getLastModified());
+    }
+
     @ParameterizedTest
     @ValueSource(longs = {YEAR_1, YEAR_1960, -1, 4_294_967_296_000L, YEAR_2300})
     void timeThatAnArchiveWouldForgetIsRefused(long time) throws Exception {
