@@ -15,13 +15,20 @@ final class FolderTransfer {
         boolean within = from.getFileSystem().equals(to.getFileSystem());
         if (within && (Files.isSymbolicLink(from) || FileSystemTraits.renamesWholeFolders(from.getFileSystem()))) {
             try {
-                Files.move(from, to, StandardCopyOption.ATOMIC_MOVE);
+                rename(from, to);
                 return null;
             } catch (AtomicMoveNotSupportedException e) {
                 // Another disk of the same file system.
             }
         }
         return copy(from, to);
+    }
+
+    /** A folder replaces nothing but an empty folder. A link to one would replace a file that has just come. */
+    private static void rename(Path from, Path to) throws IOException {
+        if (!Files.isSymbolicLink(from) || !Renaming.linked(from, to)) {
+            Files.move(from, to, StandardCopyOption.ATOMIC_MOVE);
+        }
     }
 
     /** Nobody sees half a folder where it can be renamed when it is complete. */

@@ -14,7 +14,7 @@ import java.util.Set;
  * The owner, group and permissions of a file or folder, and what users have attached to it: what it keeps when it moves
  * to another storage, and when another content takes its place. Each is given on as far as the process may and the
  * storage can. That never opens the content to more people: a group that is not the one it should be may do only what
- * everyone may.
+ * everyone may. What comes from a storage without permissions gets those of any new file.
  */
 final class KeptAttributes {
     private static final String MODE = "unix:mode";
@@ -96,6 +96,23 @@ final class KeptAttributes {
             giveNumbers(to, number(unix, MODE) & mask);
         } else if (permissions != null && posixViewOf(to) != null) {
             posixViewOf(to).setPermissions(permissions);
+        } else if (permissions == null && Privacy.isKnown(to.getFileSystem())) {
+            posixViewOf(to).setPermissions(permissionsOfNew(to));
+        }
+    }
+
+    /** Returns what a file or folder of that kind gets in this place if nobody says what. */
+    private static Set<PosixFilePermission> permissionsOfNew(Path like) throws IOException {
+        Path sample = HiddenNames.beside(like);
+        if (EntryKind.of(like, LinkOption.NOFOLLOW_LINKS) == EntryKind.FOLDER) {
+            Files.createDirectory(sample);
+        } else {
+            Files.createFile(sample);
+        }
+        try {
+            return permissionsOf(sample);
+        } finally {
+            Files.delete(sample);
         }
     }
 

@@ -180,6 +180,22 @@ class ReplacementTest {
     }
 
     @Test
+    void whatHadNoPermissionsGetsThoseOfANewFile() throws Exception {
+        open(NioStorage::ofFolder);
+        NioStorage other = NioStorage.ofMemory();
+        other.provider().createFolder(other.at("folder"));
+        other.write(other.at("folder", "file"), "x");
+        Path file = Files.createFile(storage.path("new file"));
+        Path folder = Files.createDirectory(storage.path("new folder"));
+        move(other.at("folder", "file"), storage.at("file"), /* replace= */ false);
+        storage.provider().moveFolder(other.at("folder"), storage.at("folder"), /* replace= */ false);
+        assertEquals(Files.getPosixFilePermissions(file), Files.getPosixFilePermissions(storage.path("file")));
+        assertEquals(Files.getPosixFilePermissions(folder), Files.getPosixFilePermissions(storage.path("folder")));
+        assertEquals(4, storage.countEntries(storage.at()));
+        other.tearDown();
+    }
+
+    @Test
     void fileFromAnotherDiskThatReplacesNothingKeepsItsOwn() throws Exception {
         open(NioStorage::ofFolder);
         NioStorage disk = OtherDisk.open();
