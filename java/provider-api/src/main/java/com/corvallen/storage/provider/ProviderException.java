@@ -67,7 +67,7 @@ public class ProviderException extends Exception {
     }
 
     /**
-     * Returns the number of {@link #getErrorCode()}, which is what the host is told. Called by the native side; this
+     * Returns the number of {@link #getErrorCode()}, which is what the host receives. Called by the native side; this
      * exception is the {@link LastFailure} of the calling thread from then on.
      *
      * @return 0 to 11

@@ -30,9 +30,9 @@ import java.util.HashMap;
  *   <li>{@link ErrorCode#UNKNOWN} if it cannot say more.
  * </ul>
  *
- * <p>A method that throws has changed nothing, except where it says otherwise. The thread of a method that takes long, a
- * recursive removal or a move that copies, may be interrupted: the method then stops soon with UNAVAILABLE and the word
- * "interrupted" in its message, removes what it has made, and leaves the thread interrupted.
+ * <p>A method that throws has changed nothing, except where it says otherwise. The thread of a method that takes long,
+ * a recursive removal or a move that copies, may be interrupted: the method then stops soon with UNAVAILABLE and the
+ * word "interrupted" in its message, removes what it has made, and leaves the thread interrupted.
  *
  * <p><b>Files, folders, links.</b> A folder holds entries; everything else that exists is a file. A symbolic link
  * counts as what it leads to, but removing or moving it acts on the link.
@@ -119,8 +119,8 @@ public interface StorageProvider {
     }
 
     /**
-     * Tells whether an optional ability is there. <b>Must not throw</b>: the host does not look for an exception here. A back end that writes at its end, and may fail to, also implements {@link AutoCloseable}:
-     * a host that can calls {@code close} first, which throws what went wrong.
+     * Returns whether an optional ability is there. <b>Must not throw</b>: the host does not look for an exception
+     * here.
      *
      * @param feature which
      * @return true only if the back end does what the feature says, at every location it serves
@@ -141,9 +141,9 @@ public interface StorageProvider {
      * name keeps its own. Times are the source's in both cases. Other hard links of the replaced file keep the old
      * content.
      *
-     * <p>After a power failure, a file that moved between storages is in one place at least. Nothing more is promised: a
-     * rename, one that replaces a file included, and what was written to a channel that was closed, reach the disk when
-     * the storage sees fit.
+     * <p>After a power failure, a file that moved between storages is in one place at least. Nothing more is promised:
+     * a rename, one that replaces a file included, and what was written to a channel that was closed, reach the disk
+     * when the storage sees fit.
      *
      * @param source which file
      * @param target its new location
@@ -250,9 +250,9 @@ public interface StorageProvider {
     /**
      * Begins to send the events of a file or folder to a publisher. For a location that is watched already the new
      * publisher takes the place of the old one, which stays open. Nothing that changes after this has returned is
-     * missed, so a host starts first and lists then; what comes and goes within a moment may be left out. What is
-     * removed takes along everything below it; a folder that is added counts as empty, and what is in it is told after
-     * it. A location that is removed or moves away ends with {@link EventKind#SelfRemoved}.
+     * missed, so a host starts first and lists then; what comes and goes within a moment may be left out. Removing
+     * a folder is reported for everything below it. A new folder is reported first, as if empty; its contents follow.
+     * A location that is removed or moves away ends with {@link EventKind#SelfRemoved}.
      *
      * @param location what to watch; for a folder its direct children count too, and with {@link
      *     ExtendedFeature#RecursiveChangeEvents} everything below
@@ -279,16 +279,17 @@ public interface StorageProvider {
      * was given is closed here, which waits for the deliveries that run. <b>Must not throw</b>: the host does not look
      * for an exception here.
      *
-     * <p>Operations that are called afterwards all the same throw UNAVAILABLE.
+     * <p>A back end that writes data only when it is disposed of should also implement {@link AutoCloseable}. A host
+     * that created the object itself can then call {@code close()} first, which throws if that data could not be
+     * written.
+     *
+     * <p>Operations that are called afterwards throw UNAVAILABLE.
      */
     default void dispose() {}
 
     /**
      * Returns the extended attributes of a file or folder. One that cannot be read, because it is denied or not offered
      * for this file, is left out; a storage that fails is an error.
-     *
-     * <p>A back end with links says which folders are links by the attribute {@code basic:isSymbolicLink} with the value
-     * {@code true}: a host's recursive listings ask for it before they enter a folder, and do not enter a link.
      *
      * <p>A back end with links says which folders are links by the attribute {@code basic:isSymbolicLink} with the
      * value {@code true}: a host's recursive listings ask for it before they enter a folder, and do not enter a link.

@@ -12,8 +12,8 @@ import java.util.zip.ZipFile;
 
 /**
  * What an archive is called, and what its entries are. Looks for names in a zip archive that are both a file and a
- * folder. The platform's file system for archives shows the file and hides what is in the folder, and who copies
- * everything would lose it without a word.
+ * folder. The platform's file system for archives shows the file and hides what is in the folder, and anyone who
+ * copies everything would lose it silently.
  */
 final class ArchiveNames {
     private ArchiveNames() {}

@@ -12,10 +12,10 @@ import java.util.TreeMap;
  * Reads everything else that a file system knows of a file or folder, as names with the view in front:
  *
  * <ul>
- *   <li>{@code basic:creationTime} and the others of {@code BasicFileAttributes}; times as ISO-8601 text with all digits.
+ *   <li>{@code basic:creationTime} and the others of {@code BasicFileAttributes}; times as ISO-8601 text, all digits.
  *       {@code basic:isSymbolicLink} is about the location itself, all others about what it leads to;
  *   <li>{@code basic:fileKey}, as {@link FileKey} says;
- *   <li>{@code posix:owner}, {@code posix:group} and {@code posix:permissions} ({@code rwxr-x---}), where there are any;
+ *   <li>{@code posix:owner}, {@code posix:group}, {@code posix:permissions} ({@code rwxr-x---}), where there are any;
  *   <li>{@code user:name} for each attribute that someone has attached, where the file system can and lets this process
  *       read it.
  * </ul>

@@ -9,8 +9,8 @@ import java.util.Deque;
 import java.util.List;
 
 /**
- * What one look finds: the changes, in the order in which they are told, until no lock is held any more, and folders
- * that are still to be looked into. Those wait here and not on the stack, so no tree is too deep.
+ * What one scan finds: the changes, in the order in which they are reported, until no lock is held any more, and
+ * folders that are still to be scanned. Those wait here and not on the stack, so no tree is too deep.
  */
 final class Changes {
     private final List<Runnable> events = new ArrayList<>();

@@ -10,8 +10,8 @@ import java.util.Arrays;
 
 /**
  * What a copy of a tree has taken: under which name, and which file with what size and time. It is kept as 64 bits of
- * a digest for each entry, so a million takes 8 MB. The chance that one entry is taken for a copied one by mistake is then
- * one in ten million millions. Used by one thread.
+ * a digest for each entry, so a million takes 8 MB. The chance that one entry is taken for a copied one by mistake is
+ * then one in ten million millions. Used by one thread.
  */
 final class CopiedEntries {
     private final MessageDigest digest;

@@ -26,7 +26,7 @@ final class FileTransfer {
         }
         if (!SpareName.removeUnchanged(source.path, copied)) {
             throw new InUseException(
-                    source.path.toString(), "has arrived, but was changed meanwhile and is still where it was");
+                    source.path.toString(), "was copied, but has changed since, and is still where it was");
         }
     }
 }

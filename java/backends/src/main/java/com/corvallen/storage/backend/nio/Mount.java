@@ -38,7 +38,7 @@ final class Mount implements AutoCloseable {
         return root.getFileSystem().isOpen();
     }
 
-    /** To be called before each change below the root. Throws InUseException where another writer keeps this one out. */
+    /** To be called before each change below the root. Throws InUseException where another writer is at work. */
     void beginWriting() throws IOException {
         if (lease != null) {
             lease.beginWriting();

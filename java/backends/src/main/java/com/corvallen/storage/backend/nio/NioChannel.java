@@ -9,7 +9,7 @@ import java.nio.ByteBuffer;
 import java.nio.channels.SeekableByteChannel;
 
 /**
- * An open file. The host's buffers go straight to the file system, which for files on disk means that nothing is copied.
+ * An open file. The host's buffers go straight to the file system, so nothing is copied for files on disk.
  * Safe on any thread: calls that overlap run one after the other.
  */
 final class NioChannel implements ProviderChannel {

@@ -51,8 +51,8 @@ import java.util.Objects;
  * for locks, whatever else this provider does with the file: what would open it besides is left out or IN_USE. A zip
  * archive takes one writer for each file, and neither removes nor moves what is being written.
  *
- * <p><b>Events</b> tell the differences between looks at the storage, taken when its watch service says so, or every
- * second where there is none, or where a look has failed.
+ * <p><b>Events</b> report the differences between scans of the storage, made when its watch service says so, or every
+ * second where there is none, or where a scan has failed.
  *
  * <p>Safe on any thread; every operation may block on the storage.
  */
@@ -176,9 +176,9 @@ public final class NioProvider implements StorageProvider, AutoCloseable {
     }
 
     /**
-     * Begins to send the events of a file, or of a folder and everything below it. What is told is the difference
-     * between two looks; what comes and goes in between is told as a file, if at all. A rename is a removal and an
-     * addition. Links are not entered. A watch ends with SelfRemoved. Who caused a change is not known, so the origin
+     * Begins to send the events of a file, or of a folder and everything below it. They are the differences
+     * between two scans; what appears and disappears in between is reported as a file, if at all. A rename is a removal
+     * and an addition. Links are not entered. A watch ends with SelfRemoved. Who caused a change is not known, so the origin
      * is null.
      */
     @Override
@@ -216,8 +216,8 @@ public final class NioProvider implements StorageProvider, AutoCloseable {
     }
 
     /**
-     * Does the same as {@link #dispose}, and tells when a file system cannot be closed, so that what was written to an
-     * archive may be lost. Everything else is released all the same; disposal has nothing left to do then.
+     * Does the same as {@link #dispose}, and reports when a file system cannot be closed, so that what was written to
+     * an archive may be lost. Everything else is released all the same; disposal has nothing left to do then.
      *
      * @throws ProviderException with the root of the mount, and with STORAGE_FULL, ACCESS_DENIED or what else it was
      */

@@ -56,7 +56,7 @@ final class SourceRemoval {
         if (removal.kept != null) {
             throw new InUseException(
                     source.toString(),
-                    "has arrived, but what was written to it meanwhile is still where it was: " + removal.kept);
+                    "was moved, but what was written to it during the move is still where it was: " + removal.kept);
         }
     }
 

@@ -10,7 +10,7 @@ import java.nio.file.Files;
 import java.nio.file.Path;
 
 /**
- * Reads how much the storage behind a file or folder holds and could hold. What is left is what this process can still
+ * Reads how much the storage of a file or folder holds and could hold. What is left is what this process can still
  * write: disks keep some room for the superuser, which counts as occupied for everyone else.
  */
 final class StorageSpace {

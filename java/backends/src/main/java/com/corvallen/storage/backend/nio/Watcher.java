@@ -199,7 +199,7 @@ final class Watcher {
         }
     }
 
-    /** Sleeps until something is watched, and on if nothing signals; returns false if there is something to wait for. */
+    /** Sleeps until something is watched, and on if nothing signals; returns false if there is a signal to wait for. */
     private boolean sleep(long nanos) throws InterruptedException {
         synchronized (lock) {
             while (watches.isEmpty() && !disposed) {

@@ -48,7 +48,8 @@ class UserAttributesTest {
 
     @Test
     void valueOfUtf8IsItself() {
-        assertEquals("h\u00e4llo \ud83d\ude00", UserAttributes.textOf("h\u00e4llo \ud83d\ude00".getBytes(StandardCharsets.UTF_8)));
+        String text = "h\u00e4llo \ud83d\ude00";
+        assertEquals(text, UserAttributes.textOf(text.getBytes(StandardCharsets.UTF_8)));
     }
 
     @Test
