@@ -178,8 +178,8 @@ public final class NioProvider implements StorageProvider, AutoCloseable {
     /**
      * Begins to send the events of a file, or of a folder and everything below it. They are the differences
      * between two scans; what appears and disappears in between is reported as a file, if at all. A rename is a removal
-     * and an addition. Links are not entered. A watch ends with SelfRemoved. Who caused a change is not known, so the origin
-     * is null.
+     * and an addition. Links are not entered. A watch ends with SelfRemoved. Who caused a change is not known, so the
+     * origin is null.
      */
     @Override
     public void publishEventsFor(StorageURI location, EventPublisher publisher) throws ProviderException {
