@@ -61,7 +61,7 @@ class MoveWithWritersTest extends NioTestCase {
         folder("a", "sub", "newFolder");
         file("new", "a", "sub", "newFolder", "file");
         InUseException failure = assertThrows(InUseException.class, () -> SourceRemoval.remove(path("a"), copied));
-        assertTrue(failure.getReason().contains("has arrived"), failure.getReason());
+        assertTrue(failure.getReason().contains("during the move"), failure.getReason());
         assertFile("new", at("a", "sub", "new"));
         assertFile("new", at("a", "sub", "newFolder", "file"));
         assertMissing(at("a", "file"));
