@@ -4,11 +4,14 @@
 #include <signal.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <condition_variable>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 #include <mutex>
+#include <new>
 #include <string_view>
 
 namespace storage::jvm::detail {
@@ -22,7 +25,8 @@ struct Creation {
     std::mutex mutex;
     std::condition_variable changed;
     CreationState state = CreationState::Idle;
-    std::string output;
+    std::string output;              ///< has room for all that is kept: no hook may throw through the machine's frames
+    std::atomic<pid_t> process = 0;  ///< where the machine is made
 };
 
 /// Never destroyed: the machine calls its hooks until the very end of the process.
@@ -31,8 +35,14 @@ Creation& creation() {
     return only;
 }
 
+/// In a child, which the machine forks to run a command, another thread's lock would be held for ever.
+bool inChild(const Creation& shared) { return shared.process != getpid(); }
+
 bool leaveCreating(CreationState next) {
     Creation& shared = creation();
+    if (inChild(shared)) {
+        return false;
+    }
     const std::lock_guard lock(shared.mutex);
     if (shared.state != CreationState::Creating) {
         return false;
@@ -55,6 +65,9 @@ bool leaveCreating(CreationState next) {
 
 void keep(std::string_view text) {
     Creation& shared = creation();
+    if (inChild(shared)) {
+        return;
+    }
     const std::lock_guard lock(shared.mutex);
     if (shared.state == CreationState::Creating && shared.output.size() + text.size() <= LongestOutput) {
         shared.output.append(text);
@@ -71,9 +84,11 @@ jint JNICALL print(std::FILE* stream, const char* format, va_list arguments) {
     const int length = std::vsnprintf(nullptr, 0, format, measured);
     va_end(measured);
     if (length > 0) {
-        std::vector<char> text(static_cast<std::size_t>(length) + 1);
-        std::vsnprintf(text.data(), text.size(), format, arguments);
-        keep({text.data(), static_cast<std::size_t>(length)});
+        const std::size_t size = static_cast<std::size_t>(length) + 1;
+        if (const std::unique_ptr<char[]> text(new (std::nothrow) char[size]); text != nullptr) {
+            std::vsnprintf(text.get(), size, format, arguments);
+            keep({text.get(), size - 1});
+        }
     }
     return length;
 }
@@ -143,8 +158,10 @@ std::array<Import, 5> hookImports() {
 void beginCreation() {
     Creation& shared = creation();
     const std::lock_guard lock(shared.mutex);
-    shared.state = CreationState::Creating;
     shared.output.clear();
+    shared.output.reserve(LongestOutput);
+    shared.process = getpid();
+    shared.state = CreationState::Creating;
 }
 
 void reportReturn() { leaveCreating(CreationState::Returned); }

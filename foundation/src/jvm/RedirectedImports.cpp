@@ -46,8 +46,9 @@ link_map* libraryOf(const void* inside) {
 ImportTable importTableOf(const link_map& library) {
     ImportTable table;
     for (const ElfW(Dyn)* entry = library.l_ld; entry->d_tag != DT_NULL; ++entry) {
-        // The linker has made addresses of these already.
-        const auto address = entry->d_un.d_ptr;
+        // The linker has made addresses of these already, unless the system keeps this list from being written.
+        const ElfW(Addr) value = entry->d_un.d_ptr;
+        const ElfW(Addr) address = value < library.l_addr ? library.l_addr + value : value;
         if (entry->d_tag == DT_JMPREL) {
             table.begin = reinterpret_cast<const Relocation*>(address);
         } else if (entry->d_tag == DT_PLTRELSZ) {
@@ -96,10 +97,11 @@ RedirectedImports::RedirectedImports(const void* inside, std::span<const Import>
     const std::span<std::byte> kept = protectedPart(*library);
     m_protected = kept.data();
     m_length = kept.size();
+    const ImportTable table = importTableOf(*library);
+    m_before.reserve(table.entries().size());  // nothing may throw while the table is half changed
     if (!makeWritable(true)) {
         return;
     }
-    const ImportTable table = importTableOf(*library);
     for (const Relocation& entry : table.entries()) {
         const std::string_view name = table.names + table.symbols[symbolOf(entry)].st_name;
         const auto import = std::ranges::find(imports, name, &Import::name);
