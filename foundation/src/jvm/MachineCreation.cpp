@@ -45,7 +45,7 @@ std::shared_ptr<Attempt> prepare(CreateJavaVM* create, const std::vector<std::st
     attempt->create = create;
     attempt->folderIsRemoved = !hasWorkingFolder();
     if (attempt->folderIsRemoved) {
-        // Or the first use of a path on a thread of the host's fails, and with it every later one.
+        // Otherwise the first use of a path on one of the host's threads fails, and every later one with it.
         attempt->texts.emplace_back("-Dsun.nio.fs.chdirAllowed=true");
     }
     attempt->texts.insert(attempt->texts.end(), options.begin(), options.end());
@@ -56,8 +56,8 @@ std::shared_ptr<Attempt> prepare(CreateJavaVM* create, const std::vector<std::st
     return attempt;
 }
 
-/// Where the working folder was removed, Java's classes would miss it. This thread, and those that the machine makes of
-/// it, are in the root from now on; the host's threads stay where they are.
+/// Java's classes need a working folder. This thread, and those that the machine starts from it, are in the root from
+/// now on; the host's threads stay where they are. Where the system forbids it, Java reports what it misses.
 void leaveRemovedFolder() {
     if (unshare(CLONE_FS) == 0) {
         // The root is always there; were it not, Java would say so.

@@ -38,8 +38,8 @@ void requireUsable(const fs::path& entry) {
     }
 }
 
-/// An empty class path is the working folder to Java, and who fills that folder should not choose the host's classes:
-/// a device that holds none stands for it.
+/// To Java an empty class path is the working folder, and whoever can fill that folder should not choose the host's
+/// classes: a device that holds none stands for it.
 std::string classPathOption(const std::vector<fs::path>& classPath) {
     std::string joined;
     for (const fs::path& entry : classPath) {
