@@ -133,11 +133,17 @@ private:
     }
 
     void removeEmptied(const Level& level) {
-        if (level.holdsMore) {
-            removeAtOnce(level.folder);
-        } else {
+        try {
+            if (level.holdsMore) {
+                removeAtOnce(level.folder);
+                return;
+            }
             m_provider.removeFolder(level.folder.iri());
             m_context.progress().countItem();
+        } catch (const Exception& error) {
+            if (error.code() != ErrorCode::NotFound) {
+                throw;
+            }
         }
     }
 

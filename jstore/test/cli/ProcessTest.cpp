@@ -211,6 +211,24 @@ TEST_F(LongCommandTest, RemovalOfAFolderStopsBetweenTwoFiles) {
     EXPECT_TRUE(std::filesystem::exists(m_folder / "d/e0/file0"));
 }
 
+TEST_F(LongCommandTest, WhatOthersRemoveDuringARemovalIsFine) {
+    m_folder.file("d/e/gated");
+    m_folder.file("d/file");
+    startGated({"rm", "-r", m_folder.location("d")});
+    std::filesystem::remove_all(m_folder / "d/e");
+    open();
+    EXPECT_THAT(m_run->wait(), IsSilentlyDone());
+    EXPECT_FALSE(std::filesystem::exists(m_folder / "d"));
+}
+
+TEST_F(LongCommandTest, FolderThatOthersRemoveDuringItsRemovalIsFine) {
+    m_folder.file("d/e/gated");
+    startGated({"rm", "-r", m_folder.location("d")});
+    std::filesystem::remove_all(m_folder / "d");
+    open();
+    EXPECT_THAT(m_run->wait(), IsSilentlyDone());
+}
+
 TEST_F(LongCommandTest, RemovalAtOnceIsInterruptedInJava) {
     m_folder.file("huge/file");
     startGated({"rm", "-r", m_folder.location("huge"), m_folder.location("none")}, Waits);
