@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <csignal>
 #include <cstdio>
 #include <map>
 #include <set>
@@ -17,8 +18,10 @@
 namespace jstore::test {
 
 namespace fs = std::filesystem;
+using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using ::testing::StartsWith;
 
 namespace {
 
@@ -184,6 +187,30 @@ TEST_F(ZipTest, OtherWriterKeepsThisOneOutAndNoReader) {
     EXPECT_THAT(mounted(copy), IsSilentlyDone());
     EXPECT_FALSE(fs::exists(draft)) << "whoever made it is gone";
     EXPECT_EQ("other text", shell("unzip -p a.zip new"));
+}
+
+TEST_F(ZipTest, WhatWasMovedBeforeASignalIsInTheArchive) {
+    ZipWriter archive;
+    archive.add("d/there before", "kept");
+    std::vector<std::string> command{"--json", "--mount", "zip=jar:file://" + (m_folder / "a.zip").string(), "mv"};
+    for (int number = 0; number < 3000; ++number) {
+        archive.add(std::to_string(number), std::to_string(number));
+        command.push_back("java://zip/" + std::to_string(number));
+    }
+    command.emplace_back("java://zip/d");
+    // Several times: a signal may arrive while the archive is not being read.
+    for (const std::size_t lines : {20, 25, 30, 35, 40}) {
+        m_folder.file("a.zip", archive.bytes());
+        Jstore run(command);
+        run.start();
+        ASSERT_TRUE(run.readUntil([lines](const Outcome& soFar) { return soFar.outLines().size() > lines; }));
+        ::kill(run.pid(), SIGINT);
+        const auto outcome = run.wait();
+        EXPECT_EQ(130, outcome.exitCode);
+        EXPECT_THAT(outcome.errLines(), ElementsAre(StartsWith("jstore: interrupted: ")));
+        const auto moved = outcome.outLines().size() - 1;
+        EXPECT_EQ(std::to_string(moved) + "\n", shell("unzip -tqq a.zip && unzip -Z1 a.zip 'd/[0-9]*' | wc -l"));
+    }
 }
 
 TEST_F(ZipTest, LinkToAnArchiveStaysALink) {
