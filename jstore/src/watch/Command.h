@@ -18,8 +18,9 @@ public:
 
     /// Runs `/bin/sh -c TEXT` with this process's environment and the variables, and waits for its end. Its standard
     /// input is empty; of file descriptors it has the other standard streams and those that the parent of this process
-    /// passed on, of signals none is blocked, and those that the parent ignores stay ignored, SIGCHLD excepted. The
-    /// text is never changed: whatever is in the variables, the shell takes it for a value.
+    /// passed on. No signal is blocked. What the parent ignores stays ignored, except SIGCHLD and the signals that Java
+    /// handles, such as SIGPIPE. The text is never changed: whatever is in the variables, the shell takes it for a
+    /// value.
     ///
     /// Returns what went wrong ("ended with 3", "was killed by signal 9", "cannot be run: …"); empty when it ended
     /// with 0.

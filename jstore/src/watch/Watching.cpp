@@ -137,8 +137,8 @@ void Watching::watch() {
     }
 }
 
-/// Returns when there are events, SIGINT has arrived or the end has come. A reader who has gone is found out here too,
-/// since a quiet watch would otherwise outlive it for ever.
+/// Returns when there are events, a signal that stops jstore has arrived or the end has come. That nobody reads the
+/// output any more shows here too, since a quiet watch would otherwise go on for ever.
 void Watching::awaitSomething(const std::optional<Clock::time_point>& end) const {
     std::array<pollfd, 3> sources{
         {{m_queue->descriptor(), POLLIN, 0}, {interruptDescriptor(), POLLIN, 0}, {STDOUT_FILENO, 0, 0}}};
