@@ -13,7 +13,7 @@ struct Facts {
     bool link = false;
     /// It leads to something that is neither a file nor a folder, such as a pipe or a device: `basic:isOther`.
     bool special = false;
-    /// Tells what it leads to from all else, under whatever name it goes: `basic:fileKey`. Empty if that is not known.
+    /// Identifies what it leads to, under whatever name: `basic:fileKey`. Empty if that is not known.
     std::string identity;
 };
 

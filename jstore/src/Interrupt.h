@@ -27,7 +27,7 @@ void watchInterrupt();
 /// Whether the exit code is one of those.
 [[nodiscard]] bool isInterruption(ExitCode code) noexcept;
 
-/// A file descriptor that becomes readable when one of the signals arrives, for those who wait for something else as
+/// A file descriptor that becomes readable when one of the signals arrives, for code that waits for something else as
 /// well; -1 when all are ignored. Valid until the process ends.
 [[nodiscard]] int interruptDescriptor() noexcept;
 

@@ -15,7 +15,7 @@ namespace jstore {
 /// `.` and empty names drop out. What stands before a `..` is resolved through the file system, since a symbolic link
 /// there leads elsewhere than its spelling says. Where nothing has a name that holds characters which stand for bytes,
 /// as lists show names that are not UTF-8, the name that is shown like this is meant. Throws CommandError with NotFound
-/// if that part is missing, Internal if the working folder cannot be told.
+/// if that part is missing, Internal if the working folder is not known.
 [[nodiscard]] std::vector<std::string> localPathNames(std::string_view path);
 
 /// The local path as a URI that other programs understand: `file:///…`, absolute and in ASCII. Throws like

@@ -26,7 +26,7 @@ bool waitUntilReady(int descriptor) noexcept {
     std::array<pollfd, 2> sources{{{descriptor, POLLOUT, 0}, {interruptDescriptor(), POLLIN, 0}}};
     while (::poll(sources.data(), sources.size(), -1) < 0 && errno == EINTR) {
     }
-    // Also when poll() itself failed: then the write tells.
+    // Also when poll() itself failed: then the write reports what is wrong.
     return sources[0].revents != 0 || sources[1].revents == 0;
 }
 

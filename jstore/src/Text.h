@@ -21,7 +21,7 @@ namespace jstore {
 /// are not UTF-8 become U+FFFD.
 [[nodiscard]] std::string printable(std::string_view location);
 
-/// A name, or other text in which `%` means nothing, as one line of UTF-8 that tells names apart: unsafe characters are
+/// A name, or other text in which `%` means nothing, as one line of UTF-8 that no other name has: unsafe characters are
 /// percent-encoded, and so is a `%` before two hexadecimal digits. Decoding the percent signs gives the name back.
 [[nodiscard]] std::string printableName(std::string_view name);
 

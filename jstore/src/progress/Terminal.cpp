@@ -64,7 +64,7 @@ bool Terminal::show(std::string_view text) {
     while (!rest.empty()) {
         const auto written = ::write(terminal < 0 ? STDERR_FILENO : terminal, rest.data(), rest.size());
         if (written < 0 && errno != EINTR) {
-            return false;  // A line that cannot be drawn is no error of what it tells about.
+            return false;  // A line that cannot be drawn is no error of the command.
         }
         rest.remove_prefix(written < 0 ? 0 : static_cast<std::size_t>(written));
     }

@@ -11,7 +11,7 @@ namespace jstore {
 /// Symbolic links to folders are removed and not entered: a folder is listed only when the back end says that it is not
 /// empty, and its contents are removed only if it is no link after that. What cannot be removed is reported as its own
 /// failure, and the folders above it stay; the rest goes. What others remove meanwhile is fine. The depth of the tree
-/// is limited by memory alone: at a time the listings along one path are held.
+/// is limited only by memory: at a time the listings along one path are held.
 ///
 /// The back end removes a folder at once where that is not possible: one that it cannot list, since it holds more than
 /// Java has memory for, and one with contents whose locations are too long for the storage.

@@ -50,7 +50,7 @@ bool waitUntil(const Condition& condition) {
     return true;
 }
 
-/// The signals that /proc tells of a process in the line that begins so.
+/// The signals that /proc shows of a process in the line that begins so.
 unsigned long long signalsOf(pid_t pid, std::string_view which) {
     std::ifstream status("/proc/" + std::to_string(pid) + "/status");
     for (std::string line; std::getline(status, line);) {
