@@ -1,12 +1,15 @@
 #include "verbs/TreeRemoval.h"
 
+#include <cstddef>
 #include <memory>
+#include <string>
 #include <utility>
 #include <vector>
 
 #include "Facts.h"
 #include "Interrupt.h"
 #include "InterruptibleCall.h"
+#include "Refusal.h"
 #include "foundation/storage/provider/Exception.h"
 #include "verbs/ReportFailure.h"
 
@@ -16,10 +19,15 @@ using namespace foundation::storage::provider;
 
 namespace {
 
+/// How many entries of a folder are removed between two checks of its place; a check takes as long as a removal.
+constexpr std::size_t CheckedAfter = 32;
+
 /// A folder on the present path, with what is still to be removed from it.
 struct Level {
     Location folder;
     std::unique_ptr<IFolderEntryIterator> rest;
+    std::string identity;    ///< empty if the back end knows none
+    std::size_t taken = 0;   ///< how many entries were removed, or tried
     bool keeps = false;      ///< something in it stays, so that it must stay as well
     bool holdsMore = false;  ///< something in it has no location of its own that the storage takes
 };
@@ -60,12 +68,31 @@ private:
         auto listing = listingOf(folder);
         if (listing == nullptr) {
             removeAtOnce(folder);
-        } else if (factsOf(m_provider, folder.iri()).link) {
+            return;
+        }
+        auto facts = factsOf(m_provider, folder.iri());
+        if (facts.link) {
             m_provider.removeFolder(folder.iri());
             m_context.progress().countItem();
         } else {
-            m_path.push_back({folder, std::move(listing)});
+            m_path.push_back({folder, std::move(listing), std::move(facts.identity)});
         }
+    }
+
+    /// Whether the place of the folder still leads to it, as far as that is known.
+    [[nodiscard]] bool isStillThere(const Level& level) const {
+        const auto facts = factsOf(m_provider, level.folder.iri());
+        const bool known = !facts.identity.empty() && !level.identity.empty();
+        return !facts.link && (!known || facts.identity == level.identity);
+    }
+
+    /// Something else is in the innermost folder's place; what it holds is not to be removed.
+    void abandon() {
+        const auto folder = std::move(m_path.back().folder);
+        m_path.pop_back();
+        attempt(folder, [&] {
+            throw refusal(folder, ErrorCode::InUse, "something else has taken its place during the removal");
+        });
     }
 
     /// Null when the folder cannot be listed though it is there: it holds too much, or the back end lists nothing.
@@ -92,6 +119,10 @@ private:
         auto& level = m_path.back();
         if (!level.rest->hasMore()) {
             leave();
+            return;
+        }
+        if (++level.taken % CheckedAfter == 0 && !isStillThere(level)) {
+            abandon();
             return;
         }
         level.rest->advance();

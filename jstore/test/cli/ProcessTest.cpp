@@ -7,6 +7,7 @@
 #include <csignal>
 #include <cstring>
 #include <fstream>
+#include <iterator>
 #include <memory>
 #include <ostream>
 #include <thread>
@@ -227,6 +228,31 @@ TEST_F(LongCommandTest, FolderThatOthersRemoveDuringItsRemovalIsFine) {
     std::filesystem::remove_all(m_folder / "d");
     open();
     EXPECT_THAT(m_run->wait(), IsSilentlyDone());
+}
+
+/// The folder is swapped at some moment of its removal, since a folder lists its entries in no order.
+TEST_F(LongCommandTest, RemovalDoesNotGoOnThroughALinkInAFoldersPlace) {
+    constexpr std::ptrdiff_t files = 500;
+    for (std::ptrdiff_t i = 0; i < files; ++i) {
+        m_folder.file("d/e/" + std::to_string(i));
+        m_folder.file("other/" + std::to_string(i));
+    }
+    m_folder.file("d/e/gated");
+    m_folder.file("other/gated");
+    startGated({"rm", "-r", m_folder.location("d")});
+    std::filesystem::rename(m_folder / "d/e", m_folder / "away");
+    std::filesystem::create_directory_symlink(m_folder / "other", m_folder / "d/e");
+    const auto count = [&](const char* folder) {
+        return std::distance(std::filesystem::directory_iterator(m_folder / folder), {});
+    };
+    const auto unremoved = count("away");
+    open();
+    const auto outcome = m_run->wait();
+    EXPECT_GE(count("other"), files - 32);
+    if (unremoved > 64) {
+        EXPECT_THAT(outcome, FailsWith(6, "jstore: InUse: " + m_folder.location("d/e") +
+                                              ": something else has taken its place during the removal"));
+    }
 }
 
 TEST_F(LongCommandTest, RemovalAtOnceIsInterruptedInJava) {
