@@ -150,7 +150,7 @@ TEST_F(ArchiveTest, DamagedOneIsPassedOver) {
 TEST_F(ArchiveTest, OneThatHasLostItsEndIsPassedOver) {
     make();
     const auto archive = archives().front();
-    for (const std::uintmax_t divisor : {2, 20}) {
+    for (const std::uintmax_t divisor : {2UL, 20UL}) {
         fs::resize_file(archive, fs::file_size(archive) / divisor);
         EXPECT_THAT(installed({"ls", location()}), Prints("document.txt\n"));
     }

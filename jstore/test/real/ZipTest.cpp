@@ -200,7 +200,7 @@ TEST_F(ZipTest, WhatWasMovedBeforeASignalIsInTheArchive) {
     }
     command.emplace_back("java://zip/d");
     // Several times: a signal may arrive while the archive is not being read.
-    for (const std::size_t lines : {5, 10, 15}) {
+    for (const std::size_t lines : {5UL, 10UL, 15UL}) {
         m_folder.file("a.zip", archive.bytes());
         Jstore run(command);
         run.start();

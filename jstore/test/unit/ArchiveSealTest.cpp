@@ -29,7 +29,7 @@ protected:
 };
 
 TEST_F(ArchiveSealTest, SealFitsWhatWasSealed) {
-    for (const std::size_t size : {0, 1, 31, 32, 33, 131071, 131072, 131073, 500000}) {
+    for (const std::size_t size : {0UL, 1UL, 31UL, 32UL, 33UL, 131071UL, 131072UL, 131073UL, 500000UL}) {
         EXPECT_TRUE(isSealed(sealed(std::string(size, 'a')))) << size;
     }
 }
