@@ -24,9 +24,11 @@ jobject currentThread(JNIEnv* env) {
     auto* const method =
         type == nullptr ? nullptr : env->GetStaticMethodID(type, "currentThread", "()Ljava/lang/Thread;");
     auto* const thread = method == nullptr ? nullptr : env->CallStaticObjectMethod(type, method);
-    auto* const reference = thread == nullptr ? nullptr : env->NewGlobalRef(thread);
-    env->ExceptionClear();
-    return reference;
+    if (env->ExceptionCheck() == JNI_TRUE || thread == nullptr) {
+        env->ExceptionClear();
+        return nullptr;
+    }
+    return env->NewGlobalRef(thread);
 }
 
 /// The present thread is interrupted in Java no more.

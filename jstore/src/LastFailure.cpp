@@ -60,6 +60,10 @@ std::optional<LastFailure> takeLastFailure(JNIEnv* env, jobject object) {
         return std::nullopt;
     }
     const auto code = errorCodeOf(env->CallIntMethod(taken, number));
+    if (env->ExceptionCheck() == JNI_TRUE) {
+        env->ExceptionClear();
+        return std::nullopt;
+    }
     return LastFailure{code, StorageIRI(callForText(env, taken, "getLocationString")),
                        fl::i18n::to_string(callForText(env, taken, "getReason"))};
 }
