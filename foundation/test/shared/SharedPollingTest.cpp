@@ -25,6 +25,22 @@ protected:
         provider().startChangePollingMechanism(location, m_trail.callback(), std::chrono::milliseconds(1));
     }
 
+    /// The next events of children. A move takes several steps, and a look in the midst of it may find the folder
+    /// modified, or the hidden name that the move uses.
+    Lines nextOfChildren(std::size_t count) {
+        Lines found;
+        while (found.size() < count) {
+            const auto line = m_trail.next(1);
+            if (line.empty()) {
+                break;
+            }
+            if (line.front().starts_with("Child") && line.front().find(" .storage-") == std::string::npos) {
+                found.push_back(line.front());
+            }
+        }
+        return found;
+    }
+
     EventTrail m_trail;
     std::vector<StorageIRI> m_polled;
     const boost::posix_time::ptime m_longAgo{boost::gregorian::date(2001, 2, 3)};
@@ -41,10 +57,10 @@ TEST_P(SharedPollingTest, ChildrenThatComeChangeAndGoAreTold) {
     provider().setLastModified(at(u"a"), m_longAgo);
     EXPECT_EQ(m_trail.next(1), Lines{"ChildModified File a"});
     provider().moveFile(at(u"a"), at(u"b"));
-    const Lines renamed = m_trail.next(2);
+    const Lines renamed = nextOfChildren(2);
     EXPECT_THAT(renamed, testing::UnorderedElementsAre("ChildRemoved File a", "ChildAdded File b"));
     provider().removeFolder(at(u"d \u00E4"));
-    EXPECT_EQ(m_trail.next(1), Lines{"ChildRemoved Folder d \xC3\xA4"});
+    EXPECT_EQ(nextOfChildren(1), Lines{"ChildRemoved Folder d \xC3\xA4"});
 }
 
 TEST_P(SharedPollingTest, FileIsModifiedRemovedAndThereAgain) {
