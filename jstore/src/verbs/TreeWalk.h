@@ -15,7 +15,7 @@ namespace jstore {
 /// A symbolic link to a folder is not entered, except at the beginning. What fails below the beginning is reported as
 /// the failure of that file or folder, and the walk continues after it. At a time the listings along one path are in
 /// memory, and the stack does not grow with the depth; a folder more than 2048 folders deep is not entered, and fails
-/// with InvalidLocation. Used by the main thread alone; blocks in Java.
+/// with InvalidLocation. Used only by the main thread; blocks in Java.
 class TreeWalk {
 public:
     virtual ~TreeWalk() = default;

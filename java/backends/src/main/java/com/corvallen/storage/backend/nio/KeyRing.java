@@ -133,7 +133,7 @@ final class KeyRing {
         return key != null && !key.isValid();
     }
 
-    /** Passes on what a key has to tell. Listeners come and go meanwhile; whoever has left is not told any more. */
+    /** Passes on the events of a key. Listeners come and go while it runs; one that has left gets no more. */
     void dispatch(WatchKey key, Changes changes) {
         KeyListeners concerned = listeners.get(key);
         try {

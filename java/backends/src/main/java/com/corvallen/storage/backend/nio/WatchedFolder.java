@@ -102,7 +102,7 @@ final class WatchedFolder implements SignalListener {
         }
     }
 
-    /** Tells that a child is gone; if it is a folder, all that was in it has been told before. */
+    /** Reports that a child is gone; if it is a folder, the removal of all that was in it was reported before. */
     private void gone(Path name, Changes changes) {
         tell(EventKind.ChildRemoved, name, children.get(name), changes);
         children.remove(name);
@@ -177,7 +177,7 @@ final class WatchedFolder implements SignalListener {
         settle(name, children.get(name), now, kinds, changes);
     }
 
-    /** Makes what is known of a child what is there, and tells the difference; null stands for nothing. */
+    /** Updates what is known of a child to what is there, and reports the difference; null stands for nothing. */
     private void settle(
             Path name, EntryState before, EntryState now, Set<WatchEvent.Kind<?>> kinds, Changes changes) {
         if (before != null && now != null && before.isSameKind(now) && !isAnother(before, now, kinds)) {

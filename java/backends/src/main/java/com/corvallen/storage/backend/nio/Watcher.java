@@ -132,7 +132,7 @@ final class Watcher {
         }
     }
 
-    /** Waits for something to look at, looks, and tells; returns false after disposal. */
+    /** Waits until there is something to scan, scans it, and reports; returns false after disposal. */
     private boolean turn() {
         WatchKey key = await(interval - (System.nanoTime() - lastPoll));
         Changes changes = new Changes();
@@ -161,7 +161,7 @@ final class Watcher {
         }
     }
 
-    /** What fails is looked at again at the next poll, and what was found up to then is told. */
+    /** What fails is scanned again at the next poll, and what was found up to then is reported. */
     private static void attempt(Runnable look) {
         try {
             look.run();
