@@ -7,8 +7,12 @@ option(COVERAGE "Count which lines of the foundation and the library are execute
 find_program(CCACHE_PROGRAM ccache)
 if(CCACHE_PROGRAM AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
   # Paths relative to the source and debug information without the build folder: every clone shares one cache.
+  # CCACHE_DEPEND compares files by content, comments included. A comparison of preprocessed text would ignore comments
+  # and answer with an older precompiled header, whose `#pragma once` does not recognise the changed file. The namespace
+  # leaves out what earlier configurations put into the cache.
   set(CMAKE_CXX_COMPILER_LAUNCHER "${CMAKE_COMMAND}" -E env CCACHE_SLOPPINESS=pch_defines,time_macros
-      "CCACHE_BASEDIR=${CMAKE_SOURCE_DIR}" CCACHE_NOHASHDIR=1 "${CCACHE_PROGRAM}")
+      "CCACHE_BASEDIR=${CMAKE_SOURCE_DIR}" CCACHE_NOHASHDIR=1 CCACHE_DEPEND=1 CCACHE_NAMESPACE=by-content
+      "${CCACHE_PROGRAM}")
 endif()
 
 function(project_options target)
