@@ -5,8 +5,8 @@
 
 #include "CommandLine.h"
 #include "Input.h"
-#include "Problem.h"
 #include "Require.h"
+#include "base/Problem.h"
 
 using fuzz::require;
 

@@ -6,8 +6,8 @@
 #include <string>
 
 #include "Input.h"
-#include "JarFile.h"
 #include "Require.h"
+#include "java/JarFile.h"
 
 using fuzz::require;
 

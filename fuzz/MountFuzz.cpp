@@ -5,14 +5,14 @@
 #include <string_view>
 
 #include "Input.h"
-#include "LocalPath.h"
-#include "Location.h"
-#include "Mount.h"
-#include "Problem.h"
-#include "RawName.h"
 #include "Require.h"
-#include "Text.h"
+#include "base/LocalPath.h"
+#include "base/Location.h"
+#include "base/Problem.h"
+#include "base/RawName.h"
+#include "base/Text.h"
 #include "fl/i18n/text.h"
+#include "options/Mount.h"
 
 using foundation::storage::provider::StorageIRI;
 using fuzz::require;

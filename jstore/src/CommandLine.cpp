@@ -5,12 +5,12 @@
 
 #include <map>
 
-#include "Arguments.h"
-#include "ExitCode.h"
-#include "HelpFormatter.h"
-#include "HelpText.h"
-#include "Problem.h"
-#include "Text.h"
+#include "base/ExitCode.h"
+#include "base/Problem.h"
+#include "base/Text.h"
+#include "options/Arguments.h"
+#include "options/HelpFormatter.h"
+#include "options/HelpText.h"
 
 namespace jstore {
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "Options.h"
+#include "options/Options.h"
 #include "verbs/Verb.h"
 
 namespace jstore {

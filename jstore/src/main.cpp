@@ -5,16 +5,16 @@
 #include <string>
 
 #include "CommandLine.h"
-#include "Context.h"
-#include "EndOfCommand.h"
-#include "Inheritance.h"
-#include "Interrupt.h"
-#include "LogSink.h"
-#include "MemoryError.h"
-#include "Problem.h"
-#include "Reporter.h"
-#include "StandardStreams.h"
-#include "verbs/ReportFailure.h"
+#include "base/MemoryError.h"
+#include "base/Problem.h"
+#include "java/LogSink.h"
+#include "output/Reporter.h"
+#include "process/Inheritance.h"
+#include "process/Interrupt.h"
+#include "process/StandardStreams.h"
+#include "work/Context.h"
+#include "work/EndOfCommand.h"
+#include "work/ReportFailure.h"
 
 namespace jstore {
 

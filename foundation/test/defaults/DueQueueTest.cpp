@@ -1,4 +1,4 @@
-#include "storage/provider/DueQueue.h"
+#include "storage/provider/polling/DueQueue.h"
 
 #include <gtest/gtest.h>
 

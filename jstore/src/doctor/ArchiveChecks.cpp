@@ -3,12 +3,12 @@
 
 #include <exception>
 
-#include "ArchiveSeal.h"
-#include "ClassArchive.h"
-#include "JavaVersion.h"
-#include "Text.h"
+#include "base/Text.h"
 #include "doctor/ArchiveMaking.h"
 #include "doctor/Checks.h"
+#include "java/ArchiveSeal.h"
+#include "java/ClassArchive.h"
+#include "java/JavaVersion.h"
 
 namespace jstore::doctor {
 

@@ -12,15 +12,15 @@
 #include <string>
 #include <system_error>
 
-#include "ArchiveSeal.h"
-#include "BackEnd.h"
-#include "Descriptor.h"
-#include "Interrupt.h"
-#include "Location.h"
-#include "Problem.h"
-#include "Session.h"
-#include "doctor/ChildProcess.h"
+#include "base/Location.h"
+#include "base/Problem.h"
 #include "foundation/storage/provider/Exception.h"
+#include "java/ArchiveSeal.h"
+#include "java/BackEnd.h"
+#include "java/Session.h"
+#include "process/ChildProcess.h"
+#include "process/Descriptor.h"
+#include "process/Interrupt.h"
 #include "storage/jvm/ThreadAttachment.h"
 
 namespace jstore::doctor {

@@ -2,7 +2,7 @@
 
 #include <filesystem>
 
-#include "Options.h"
+#include "options/Options.h"
 
 namespace jstore::doctor {
 

@@ -5,8 +5,8 @@
 #include <memory>
 #include <vector>
 
-#include "Options.h"
 #include "doctor/Check.h"
+#include "options/Options.h"
 #include "storage/jvm/EmbeddedJVM.h"
 
 /// The groups of checks that `jstore doctor` makes. None throws for something that is wrong on this machine: that is

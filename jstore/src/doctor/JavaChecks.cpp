@@ -5,16 +5,16 @@
 #include <csignal>
 #include <cstring>
 
-#include "ClassPath.h"
-#include "JavaHome.h"
-#include "JavaProperty.h"
-#include "JavaVersion.h"
-#include "Problem.h"
-#include "Session.h"
-#include "Text.h"
+#include "base/Problem.h"
+#include "base/Text.h"
 #include "doctor/Checks.h"
 #include "fl/i18n/text.h"
 #include "foundation/storage/provider/Exception.h"
+#include "java/ClassPath.h"
+#include "java/JavaProperty.h"
+#include "java/JavaVersion.h"
+#include "java/MachineOptions.h"
+#include "java/Session.h"
 
 namespace jstore::doctor {
 

@@ -4,10 +4,10 @@
 
 #include <system_error>
 
-#include "ClassPath.h"
-#include "JavaProperty.h"
-#include "Text.h"
+#include "base/Text.h"
 #include "doctor/Checks.h"
+#include "java/ClassPath.h"
+#include "java/JavaProperty.h"
 
 namespace jstore::doctor {
 

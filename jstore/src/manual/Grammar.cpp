@@ -1,6 +1,6 @@
 #include "manual/Grammar.h"
 
-#include "HelpText.h"
+#include "options/HelpText.h"
 
 namespace jstore::manual {
 

@@ -4,7 +4,7 @@
 
 #include <sstream>
 
-#include "ExitCode.h"
+#include "base/ExitCode.h"
 
 namespace jstore::manual {
 

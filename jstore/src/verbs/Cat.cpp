@@ -1,11 +1,11 @@
 #include <unistd.h>
 
-#include "Arguments.h"
-#include "Base64.h"
-#include "HelpText.h"
-#include "OpenFile.h"
-#include "verbs/ForEachLocation.h"
+#include "copy/OpenFile.h"
+#include "options/Arguments.h"
+#include "options/HelpText.h"
+#include "verbs/Base64.h"
 #include "verbs/Verb.h"
+#include "work/ForEachLocation.h"
 
 namespace jstore {
 

@@ -1,7 +1,7 @@
 #include "manual/Completion.h"
 
-#include "HelpText.h"
-#include "Reporter.h"
+#include "options/HelpText.h"
+#include "output/Reporter.h"
 #include "verbs/Verb.h"
 
 namespace jstore {

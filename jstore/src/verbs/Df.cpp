@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <optional>
 
-#include "Arguments.h"
-#include "Format.h"
-#include "HelpText.h"
-#include "Text.h"
-#include "verbs/ForEachLocation.h"
+#include "base/Format.h"
+#include "base/Text.h"
+#include "options/Arguments.h"
+#include "options/HelpText.h"
 #include "verbs/Verb.h"
+#include "work/ForEachLocation.h"
 
 namespace jstore {
 

@@ -1,11 +1,11 @@
 #include <fmt/format.h>
 
-#include "ClassArchive.h"
-#include "HelpText.h"
-#include "Interrupt.h"
-#include "JavaHome.h"
-#include "Text.h"
+#include "base/Text.h"
 #include "doctor/Checks.h"
+#include "java/ClassArchive.h"
+#include "java/MachineOptions.h"
+#include "options/HelpText.h"
+#include "process/Interrupt.h"
 #include "storage/jvm/JVMWrapper.h"
 #include "verbs/Verb.h"
 

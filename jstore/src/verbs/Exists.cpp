@@ -1,10 +1,10 @@
 #include <fmt/format.h>
 
-#include "Arguments.h"
-#include "HelpText.h"
-#include "Text.h"
-#include "verbs/ForEachLocation.h"
+#include "base/Text.h"
+#include "options/Arguments.h"
+#include "options/HelpText.h"
 #include "verbs/Verb.h"
+#include "work/ForEachLocation.h"
 
 namespace jstore {
 

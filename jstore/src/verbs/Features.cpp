@@ -4,12 +4,12 @@
 #include <optional>
 #include <utility>
 
-#include "Arguments.h"
-#include "Feature.h"
-#include "HelpText.h"
 #include "foundation/storage/provider/Exception.h"
-#include "verbs/ForEachLocation.h"
+#include "java/Feature.h"
+#include "options/Arguments.h"
+#include "options/HelpText.h"
 #include "verbs/Verb.h"
+#include "work/ForEachLocation.h"
 
 namespace jstore {
 

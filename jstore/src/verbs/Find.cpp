@@ -1,15 +1,15 @@
 #include <optional>
 
-#include "Arguments.h"
-#include "Entry.h"
-#include "HelpText.h"
-#include "RawName.h"
-#include "Text.h"
+#include "base/RawName.h"
+#include "base/Text.h"
 #include "fl/i18n/text.h"
 #include "foundation/storage/provider/Wildcards.h"
-#include "verbs/ForEachLocation.h"
-#include "verbs/TreeWalk.h"
+#include "options/Arguments.h"
+#include "options/HelpText.h"
 #include "verbs/Verb.h"
+#include "work/Entry.h"
+#include "work/ForEachLocation.h"
+#include "work/TreeWalk.h"
 
 namespace jstore {
 

@@ -3,20 +3,20 @@
 #include <algorithm>
 #include <optional>
 
-#include "Arguments.h"
-#include "Entry.h"
-#include "Format.h"
-#include "HelpText.h"
-#include "Interrupt.h"
-#include "Refusal.h"
-#include "Text.h"
+#include "base/Format.h"
+#include "base/Problem.h"
+#include "base/Text.h"
 #include "fl/i18n/text.h"
 #include "foundation/storage/provider/Exception.h"
 #include "foundation/storage/provider/Wildcards.h"
-#include "verbs/ForEachLocation.h"
-#include "verbs/ReportFailure.h"
-#include "verbs/TreeWalk.h"
+#include "options/Arguments.h"
+#include "options/HelpText.h"
+#include "process/Interrupt.h"
 #include "verbs/Verb.h"
+#include "work/Entry.h"
+#include "work/ForEachLocation.h"
+#include "work/ReportFailure.h"
+#include "work/TreeWalk.h"
 
 namespace jstore {
 

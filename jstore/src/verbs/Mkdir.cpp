@@ -1,7 +1,7 @@
-#include "Arguments.h"
-#include "HelpText.h"
-#include "verbs/ForEachLocation.h"
+#include "options/Arguments.h"
+#include "options/HelpText.h"
 #include "verbs/Verb.h"
+#include "work/ForEachLocation.h"
 
 namespace jstore {
 

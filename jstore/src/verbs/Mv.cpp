@@ -1,13 +1,13 @@
-#include "Arguments.h"
-#include "Facts.h"
-#include "HelpText.h"
-#include "InterruptibleCall.h"
-#include "MadeHere.h"
-#include "Refusal.h"
-#include "Replacing.h"
-#include "verbs/Destination.h"
-#include "verbs/ForEachLocation.h"
+#include "base/Facts.h"
+#include "base/Problem.h"
+#include "copy/MadeHere.h"
+#include "copy/Replacing.h"
+#include "java/InterruptibleCall.h"
+#include "options/Arguments.h"
+#include "options/HelpText.h"
 #include "verbs/Verb.h"
+#include "work/Destination.h"
+#include "work/ForEachLocation.h"
 
 namespace jstore {
 

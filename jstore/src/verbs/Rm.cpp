@@ -1,10 +1,10 @@
-#include "Arguments.h"
-#include "HelpText.h"
-#include "Refusal.h"
+#include "base/Problem.h"
 #include "foundation/storage/provider/Exception.h"
-#include "verbs/ForEachLocation.h"
-#include "verbs/TreeRemoval.h"
+#include "options/Arguments.h"
+#include "options/HelpText.h"
 #include "verbs/Verb.h"
+#include "work/ForEachLocation.h"
+#include "work/TreeRemoval.h"
 
 namespace jstore {
 

@@ -3,14 +3,14 @@
 
 #include <optional>
 
-#include "Arguments.h"
-#include "Entry.h"
-#include "Format.h"
-#include "HelpText.h"
-#include "Text.h"
+#include "base/Format.h"
+#include "base/Text.h"
 #include "foundation/storage/provider/Exception.h"
-#include "verbs/ForEachLocation.h"
+#include "options/Arguments.h"
+#include "options/HelpText.h"
 #include "verbs/Verb.h"
+#include "work/Entry.h"
+#include "work/ForEachLocation.h"
 
 namespace jstore {
 

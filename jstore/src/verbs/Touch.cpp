@@ -1,11 +1,11 @@
 #include <optional>
 
-#include "Arguments.h"
-#include "Format.h"
-#include "HelpText.h"
+#include "base/Format.h"
 #include "foundation/storage/provider/Exception.h"
-#include "verbs/ForEachLocation.h"
+#include "options/Arguments.h"
+#include "options/HelpText.h"
 #include "verbs/Verb.h"
+#include "work/ForEachLocation.h"
 
 namespace jstore {
 

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "Context.h"
-#include "ExitCode.h"
+#include "base/ExitCode.h"
+#include "work/Context.h"
 
 namespace jstore {
 

@@ -4,10 +4,10 @@
 #include <cstdint>
 #include <optional>
 
-#include "Arguments.h"
-#include "Duration.h"
-#include "HelpText.h"
-#include "Text.h"
+#include "base/Text.h"
+#include "options/Arguments.h"
+#include "options/HelpText.h"
+#include "verbs/Duration.h"
 #include "verbs/Verb.h"
 
 namespace jstore {

@@ -5,7 +5,7 @@
 #include <mutex>
 #include <vector>
 
-#include "EventFile.h"
+#include "process/EventFile.h"
 #include "watch/Event.h"
 
 namespace jstore {

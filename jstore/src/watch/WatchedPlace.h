@@ -4,7 +4,7 @@
 #include <optional>
 #include <utility>
 
-#include "Location.h"
+#include "base/Location.h"
 #include "foundation/storage/provider/StorageIRI.h"
 
 namespace jstore {

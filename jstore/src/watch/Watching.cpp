@@ -9,14 +9,14 @@
 #include <cerrno>
 #include <utility>
 
-#include "Entry.h"
-#include "Feature.h"
-#include "Format.h"
-#include "Interrupt.h"
-#include "Refusal.h"
-#include "Text.h"
+#include "base/Format.h"
+#include "base/Problem.h"
+#include "base/Text.h"
 #include "foundation/storage/provider/Exception.h"
-#include "verbs/ReportFailure.h"
+#include "java/Feature.h"
+#include "process/Interrupt.h"
+#include "work/Entry.h"
+#include "work/ReportFailure.h"
 
 namespace jstore {
 

@@ -7,12 +7,12 @@
 #include <string>
 #include <vector>
 
-#include "Context.h"
-#include "ExitCode.h"
-#include "watch/Command.h"
+#include "base/ExitCode.h"
+#include "process/Command.h"
 #include "watch/EventQueue.h"
 #include "watch/PlaceIndex.h"
 #include "watch/WatchedPlace.h"
+#include "work/Context.h"
 
 namespace jstore {
 

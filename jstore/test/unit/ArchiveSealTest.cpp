@@ -1,4 +1,4 @@
-#include "ArchiveSeal.h"
+#include "java/ArchiveSeal.h"
 
 #include <gmock/gmock.h>
 #include <sys/stat.h>

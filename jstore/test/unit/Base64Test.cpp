@@ -1,4 +1,4 @@
-#include "Base64.h"
+#include "verbs/Base64.h"
 
 #include <gmock/gmock.h>
 

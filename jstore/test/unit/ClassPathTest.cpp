@@ -1,10 +1,10 @@
-#include "ClassPath.h"
+#include "java/ClassPath.h"
 
 #include <gmock/gmock.h>
 
 #include <sys/stat.h>
 
-#include "JarFile.h"
+#include "java/JarFile.h"
 #include "support/TemporaryFolder.h"
 
 namespace jstore {

@@ -2,8 +2,8 @@
 
 #include <gmock/gmock.h>
 
-#include "Arguments.h"
-#include "Problem.h"
+#include "base/Problem.h"
+#include "options/Arguments.h"
 
 namespace jstore {
 

@@ -1,4 +1,4 @@
-#include "watch/Command.h"
+#include "process/Command.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "progress/DisplayText.h"
+#include "base/DisplayText.h"
 
 #include <gmock/gmock.h>
 

@@ -1,4 +1,4 @@
-#include "Duration.h"
+#include "verbs/Duration.h"
 
 #include <gtest/gtest.h>
 

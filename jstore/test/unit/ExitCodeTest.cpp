@@ -1,4 +1,4 @@
-#include "ExitCode.h"
+#include "base/ExitCode.h"
 
 #include <gmock/gmock.h>
 

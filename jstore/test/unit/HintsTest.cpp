@@ -1,4 +1,4 @@
-#include "Hints.h"
+#include "work/Hints.h"
 
 #include <gmock/gmock.h>
 

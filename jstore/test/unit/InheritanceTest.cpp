@@ -1,10 +1,10 @@
-#include "Inheritance.h"
+#include "process/Inheritance.h"
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <unistd.h>
 
-#include "Descriptor.h"
+#include "process/Descriptor.h"
 
 namespace jstore {
 

@@ -1,11 +1,11 @@
-#include "Location.h"
+#include "base/Location.h"
 
 #include <gmock/gmock.h>
 #include <unistd.h>
 
 #include <filesystem>
 
-#include "Problem.h"
+#include "base/Problem.h"
 #include "support/TemporaryFolder.h"
 
 namespace jstore {

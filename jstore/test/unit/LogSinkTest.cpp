@@ -1,4 +1,4 @@
-#include "LogSink.h"
+#include "java/LogSink.h"
 
 #include <gtest/gtest.h>
 #include <boost/log/core.hpp>

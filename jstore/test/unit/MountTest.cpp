@@ -1,10 +1,10 @@
-#include "Mount.h"
+#include "options/Mount.h"
 
 #include <gmock/gmock.h>
 
 #include <filesystem>
 
-#include "Problem.h"
+#include "base/Problem.h"
 
 namespace jstore {
 

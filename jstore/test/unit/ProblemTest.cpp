@@ -1,4 +1,4 @@
-#include "Problem.h"
+#include "base/Problem.h"
 
 #include <gtest/gtest.h>
 

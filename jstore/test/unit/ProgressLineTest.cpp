@@ -1,8 +1,8 @@
-#include "progress/ProgressLine.h"
+#include "output/ProgressLine.h"
 
 #include <gmock/gmock.h>
 
-#include "progress/DisplayText.h"
+#include "base/DisplayText.h"
 
 namespace jstore {
 

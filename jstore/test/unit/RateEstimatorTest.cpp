@@ -1,4 +1,4 @@
-#include "progress/RateEstimator.h"
+#include "output/RateEstimator.h"
 
 #include <gmock/gmock.h>
 

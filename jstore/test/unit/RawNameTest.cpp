@@ -1,4 +1,4 @@
-#include "RawName.h"
+#include "base/RawName.h"
 
 #include <gtest/gtest.h>
 

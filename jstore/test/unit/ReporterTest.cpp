@@ -1,4 +1,4 @@
-#include "Reporter.h"
+#include "output/Reporter.h"
 
 #include <gtest/gtest.h>
 

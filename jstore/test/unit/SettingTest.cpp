@@ -1,8 +1,8 @@
-#include "Setting.h"
+#include "options/Setting.h"
 
 #include <gtest/gtest.h>
 
-#include "Problem.h"
+#include "base/Problem.h"
 
 namespace jstore {
 

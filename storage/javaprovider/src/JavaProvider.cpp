@@ -4,12 +4,12 @@
 #include <new>
 #include <utility>
 
+#include "ContractMethods.h"
 #include "JNIUtilsClass.h"
 #include "JNIUtilsException.h"
 #include "JNIUtilsLog.h"
 #include "JNIUtilsRef.h"
 #include "JavaOrder.h"
-#include "JavaProviderMethods.h"
 
 namespace storage::javaprovider {
 

@@ -10,7 +10,7 @@
 
 #include "JNIUtilsClass.h"
 #include "JNIUtilsEnv.h"
-#include "JavaProviderOnceLatch.h"
+#include "OnceLatch.h"
 #include "foundation/storage/provider/IConfigurableProvider.h"
 
 namespace storage::javaprovider {

@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "storage/provider/ChangePollers.h"
+#include "storage/provider/polling/PollerSlot.h"
 
 namespace foundation::storage::provider {
 

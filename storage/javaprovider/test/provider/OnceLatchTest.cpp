@@ -1,4 +1,4 @@
-#include "JavaProviderOnceLatch.h"
+#include "OnceLatch.h"
 
 #include <gtest/gtest.h>
 #include <sys/syscall.h>

@@ -1,0 +1,61 @@
+#include "storage/provider/replacing/TemporaryName.h"
+
+#include <unistd.h>
+
+#include <array>
+#include <atomic>
+#include <charconv>
+#include <cstdint>
+#include <random>
+#include <string>
+
+#include "fl/i18n/text.h"
+#include "i18n/utf.h"
+
+namespace foundation::storage::provider::detail {
+
+namespace {
+
+namespace utf = fl::i18n::detail;
+
+/// File systems limit names to 255 bytes, some that encrypt them to 143.
+constexpr int MaxStemBytes = 64;
+
+/// As many whole characters from the beginning of a name as the limit allows.
+std::u16string stemOf(const std::u16string& name) {
+    const char16_t* const end = name.data() + name.size();
+    const char16_t* cut = name.data();
+    int bytes = 0;
+    for (const char16_t* position = cut; position != end;) {
+        bytes += utf::Traits<char>::width(utf::takeCodePoint(position, end).value_or(utf::Replacement));
+        if (bytes > MaxStemBytes) {
+            break;
+        }
+        cut = position;
+    }
+    return {name.data(), cut};
+}
+
+std::string hexadecimal(std::uint64_t number) {
+    std::array<char, 16> digits{};
+    const auto written = std::to_chars(digits.data(), digits.data() + digits.size(), number, 16);
+    return {digits.data(), written.ptr};
+}
+
+/// The process tells apart those of one machine, a child after fork() included; the counter the calls of one process;
+/// and the random number the machines that share a storage.
+std::string uniquePart() {
+    static std::atomic<std::uint64_t> calls{0};
+    thread_local std::random_device random;  // On virtual processors making one costs tens of microseconds.
+    return hexadecimal(static_cast<std::uint64_t>(::getpid())) + '-' + hexadecimal(calls.fetch_add(1)) + '-' +
+           hexadecimal(random());
+}
+
+}  // namespace
+
+StorageIRI temporaryBeside(const StorageIRI& target) {
+    const std::u16string name = u'.' + stemOf(target.getName()) + u'.' + fl::i18n::to_ustring(uniquePart()) + u".tmp";
+    return target.getParent().getChild(name);
+}
+
+}  // namespace foundation::storage::provider::detail

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <exception>
+
+#include "base/ExitCode.h"
+
+namespace jstore {
+
+/// Leaves an operation that a signal has stopped. Nothing is reported about it; the command ends with
+/// interruptionCode().
+class Interruption final : public std::exception {
+public:
+    [[nodiscard]] const char* what() const noexcept override { return "interrupted"; }
+};
+
+/// Makes the first SIGINT, SIGTERM or SIGHUP set a flag, so that verbs stop between two operations, or two portions of
+/// a long one; a second one, whichever it is, ends the process at once, should an operation hang. A signal that the
+/// parent process chose to ignore stays ignored.
+void watchInterrupt();
+
+/// Whether one of the signals has arrived.
+[[nodiscard]] bool interrupted() noexcept;
+
+/// How a command ends that a signal has stopped: Interrupted, Terminated or HungUp. Interrupted before there is one.
+[[nodiscard]] ExitCode interruptionCode() noexcept;
+
+/// Whether the exit code is one of those.
+[[nodiscard]] bool isInterruption(ExitCode code) noexcept;
+
+/// A file descriptor that becomes readable when one of the signals arrives, for code that waits for something else as
+/// well; -1 when all are ignored. Valid until the process ends.
+[[nodiscard]] int interruptDescriptor() noexcept;
+
+/// Throws Interruption when one of the signals has arrived.
+void stopIfInterrupted();
+
+/// Ends the process the way a program ends whose reader has gone: by SIGPIPE. The virtual machine catches that signal,
+/// so this puts the default back first.
+[[noreturn]] void endByBrokenPipe();
+
+}  // namespace jstore

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <exception>
+
+#include "base/ExitCode.h"
+
+namespace jstore {
+
+/// Ends a command in the middle of its work, because nothing that comes after could succeed. It has been reported.
+class EndOfCommand final : public std::exception {
+public:
+    explicit EndOfCommand(ExitCode code) : m_code(code) {}
+
+    [[nodiscard]] const char* what() const noexcept override { return "the command has ended"; }
+    [[nodiscard]] ExitCode code() const noexcept { return m_code; }
+
+private:
+    ExitCode m_code;
+};
+
+}  // namespace jstore

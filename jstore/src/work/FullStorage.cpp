@@ -1,0 +1,16 @@
+#include "work/FullStorage.h"
+
+#include "base/Problem.h"
+#include "work/EndOfCommand.h"
+
+namespace jstore {
+
+void endByFullStorage(Context& context, const Location& location,
+                      const foundation::storage::provider::Exception& error) {
+    auto problem = context.problemOf(error, location);
+    problem.text = messageOf(problem) + "; " + context.progress().counted() + " until then";
+    context.reporter().failed(location, problem);
+    throw EndOfCommand(problem.exitCode);
+}
+
+}  // namespace jstore

@@ -1,0 +1,37 @@
+#include "work/ReportFailure.h"
+
+#include <exception>
+#include <string>
+
+#include "base/Problem.h"
+#include "process/Interrupt.h"
+#include "work/EndOfCommand.h"
+
+namespace jstore {
+
+ExitCode reportFailure(Context& context, const Location& location) {
+    try {
+        throw;
+    } catch (const OutputError&) {
+        throw;
+    } catch (const Interruption&) {
+        throw;
+    } catch (const EndOfCommand&) {
+        throw;
+    } catch (const CommandError& error) {
+        context.reporter().failed(location, error.problem());
+        return error.problem().exitCode;
+    } catch (const std::exception& error) {
+        const auto problem = context.problemOf(error, location);
+        context.reporter().failed(location, problem);
+        return problem.exitCode;
+    }
+}
+
+void reportInterruption(Context& context) {
+    const auto counted = context.progress().counted();
+    const auto text = "interrupted" + (counted.empty() ? std::string() : ": " + counted);
+    context.reporter().failed({"Interrupted", {}, text, interruptionCode()});
+}
+
+}  // namespace jstore
