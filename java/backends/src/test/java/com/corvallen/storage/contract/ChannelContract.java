@@ -77,7 +77,7 @@ public abstract class ChannelContract extends OperationContract {
 
     @ParameterizedTest
     @ValueSource(booleans = {false, true})
-    void readingBehindTheEndMeetsTheEnd(boolean writable) throws Exception {
+    void readingAfterTheEndMeetsTheEnd(boolean writable) throws Exception {
         try (ProviderChannel channel = open(file("hello", "a"), writable)) {
             channel.position(1000);
             assertEquals(1000, channel.position());
@@ -130,7 +130,7 @@ public abstract class ChannelContract extends OperationContract {
     }
 
     @Test
-    void writingBehindTheEndLeavesZeros() throws Exception {
+    void writingAfterTheEndLeavesZeros() throws Exception {
         StorageURI a = file("ab", "a");
         try (ProviderChannel channel = open(a, /* writable= */ true)) {
             channel.position(5);

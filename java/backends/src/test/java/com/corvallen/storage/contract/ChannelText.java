@@ -6,7 +6,7 @@ import java.io.ByteArrayOutputStream;
 import java.nio.ByteBuffer;
 import java.nio.charset.StandardCharsets;
 
-/** Reads and writes text through channels, by direct buffers as the host does. */
+/** Reads and writes text through channels, with direct buffers as the host does. */
 public final class ChannelText {
     private ChannelText() {}
 

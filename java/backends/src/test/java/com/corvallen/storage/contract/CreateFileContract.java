@@ -1,87 +1,28 @@
 package com.corvallen.storage.contract;
 
-import com.corvallen.storage.provider.ErrorCode;
+import com.corvallen.storage.provider.ProviderException;
 import com.corvallen.storage.provider.StorageURI;
 import org.junit.jupiter.api.Test;
-import org.junit.jupiter.params.ParameterizedTest;
-import org.junit.jupiter.params.provider.ValueSource;
 
 /** The cases of {@code createFile}. */
-public abstract class CreateFileContract extends OperationContract {
+public abstract class CreateFileContract extends CreateContract {
     protected CreateFileContract(StorageUnderTest.Opener opener) {
         super(opener);
+    }
+
+    @Override
+    protected final void create(StorageURI location) throws ProviderException {
+        provider.createFile(location);
+    }
+
+    @Override
+    protected final void assertCreated(StorageURI location) throws Exception {
+        assertFile("", location);
     }
 
     @Test
     void newFileIsEmpty() throws Exception {
         provider.createFile(at("a"));
         assertFile("", at("a"));
-    }
-
-    @Test
-    void fileInAFolderIsCreated() throws Exception {
-        folder("f");
-        provider.createFile(at("f", "a"));
-        assertFile("", at("f", "a"));
-    }
-
-    @ParameterizedTest
-    @ValueSource(
-            strings = {"a b", "ä\ud83d\ude00", "100%", "a?b#c", "a+b", "...", ".hidden", "%2e%2e", "a:b", "'\"&*"})
-    void nameMayBeAnyText(String name) throws Exception {
-        provider.createFile(at(name));
-        assertFile("", at(name));
-    }
-
-    @Test
-    void existingFileIsKept() throws Exception {
-        StorageURI a = file("old", "a");
-        assertFails(ErrorCode.ALREADY_EXISTS, a, () -> provider.createFile(a));
-        assertFile("old", a);
-    }
-
-    @Test
-    void existingFolderIsKept() throws Exception {
-        StorageURI a = folder("a");
-        file("x", "a", "child");
-        assertFails(ErrorCode.ALREADY_EXISTS, a, () -> provider.createFile(a));
-        assertFile("x", at("a", "child"));
-    }
-
-    @Test
-    void rootExistsAlready() throws Exception {
-        assertFails(ErrorCode.ALREADY_EXISTS, at(), () -> provider.createFile(at()));
-    }
-
-    @Test
-    void missingParentIsNotFound() throws Exception {
-        StorageURI a = at("missing", "a");
-        assertFails(ErrorCode.NOT_FOUND, a, () -> provider.createFile(a));
-        assertMissing(at("missing"));
-    }
-
-    @Test
-    void missingParentBelowAFileIsNotFound() throws Exception {
-        StorageURI file = file("x", "file");
-        StorageURI a = at("file", "missing", "a");
-        assertFails(ErrorCode.NOT_FOUND, a, () -> provider.createFile(a));
-        assertFile("x", file);
-    }
-
-    @Test
-    void fileForAParentIsNotAFolder() throws Exception {
-        StorageURI parent = file("x", "parent");
-        StorageURI a = at("parent", "a");
-        assertFails(ErrorCode.NOT_A_FOLDER, a, () -> provider.createFile(a));
-        assertFile("x", parent);
-        assertMissing(a);
-    }
-
-    @Test
-    void oneOfManyCreatesIt() throws Exception {
-        for (int round = 0; round < 20; round++) {
-            StorageURI a = at("a" + round);
-            assertOneWinner(ErrorCode.ALREADY_EXISTS, atTheSameTime(8, number -> provider.createFile(a)));
-        }
     }
 }

@@ -9,7 +9,7 @@ import org.junit.jupiter.api.Test;
 
 /** The cases of {@code getFolderAttributes}. */
 public abstract class GetFolderAttributesContract extends OperationContract {
-    /** Storages keep times as coarsely as two seconds, and need not agree with the clock of this machine. */
+    /** Storages may keep times as coarse as two seconds, and need not agree with this machine's clock. */
     private static final long TOLERANCE = 60_000;
 
     protected GetFolderAttributesContract(StorageUnderTest.Opener opener) {

@@ -20,7 +20,7 @@ public abstract class GetProviderStorageInfoContract extends OperationContract {
     }
 
     @Test
-    void everyLocationTellsOfItsStorage() throws Exception {
+    void everyLocationReportsItsStorage() throws Exception {
         assertPlausible(at());
         assertPlausible(file("x", "file"));
         assertPlausible(folder("folder"));

@@ -7,7 +7,7 @@ import com.corvallen.storage.provider.StorageURI;
 import org.junit.jupiter.params.ParameterizedTest;
 import org.junit.jupiter.params.provider.ValueSource;
 
-/** What every operation does with a text that is no location. */
+/** How every operation refuses a text that is not a location. */
 public abstract class LocationContract extends OperationContract {
     protected LocationContract(StorageUnderTest.Opener opener) {
         super(opener);

@@ -21,7 +21,7 @@ import org.junit.jupiter.api.BeforeEach;
 import org.junit.jupiter.api.Timeout;
 import org.junit.jupiter.api.function.Executable;
 
-/** What the cases of all operations share: a fresh storage, and words for what is in it. */
+/** What the cases of all operations share: a fresh storage, and helpers for its content. */
 @Timeout(60)
 public abstract class OperationContract {
     private final StorageUnderTest.Opener opener;
@@ -59,7 +59,7 @@ public abstract class OperationContract {
         return location;
     }
 
-    /** Makes a folder; its parent is there. */
+    /** Makes a folder; its parent must exist. */
     protected final StorageURI folder(String... names) throws Exception {
         StorageURI location = at(names);
         provider.createFolder(location);
@@ -67,12 +67,12 @@ public abstract class OperationContract {
     }
 
     protected final void assertFile(String content, StorageURI location) throws Exception {
-        assertTrue(provider.fileExists(location), () -> location + " is no file");
+        assertTrue(provider.fileExists(location), () -> location + " is not a file");
         assertEquals(content, storage.read(location));
     }
 
     protected final void assertFolder(StorageURI location) throws ProviderException {
-        assertTrue(provider.folderExists(location), () -> location + " is no folder");
+        assertTrue(provider.folderExists(location), () -> location + " is not a folder");
     }
 
     protected final void assertMissing(StorageURI location) throws ProviderException {
@@ -80,14 +80,14 @@ public abstract class OperationContract {
         assertFalse(provider.folderExists(location), () -> location + " is a folder");
     }
 
-    /** Asserts that an operation fails with a code, and complains about this location and no other. */
+    /** Asserts that an operation fails with a code and reports this location. */
     protected static void assertFails(ErrorCode code, StorageURI location, Executable operation) {
         ProviderException failure = assertThrows(ProviderException.class, operation);
         assertEquals(code, failure.getErrorCode(), failure.getMessage());
         assertEquals(location.getText(), failure.getLocationString(), failure.getMessage());
     }
 
-    /** Runs one job for each number from 0, all at the same time; returns the code each failed with, null for none. */
+    /** Runs a job at the same time for each number from 0; returns the code that each failed with, null for none. */
     protected static List<ErrorCode> atTheSameTime(int count, Job job) throws Exception {
         ExecutorService threads = Executors.newFixedThreadPool(count);
         try {
@@ -119,13 +119,13 @@ public abstract class OperationContract {
         }
     }
 
-    /** One of several things to do at the same time. */
+    /** A job that runs several times at once. */
     @FunctionalInterface
     protected interface Job {
         void run(int number) throws Exception;
     }
 
-    /** Asserts that one succeeded and all others failed with a code. */
+    /** Asserts that exactly one succeeded and all others failed with a code. */
     protected static void assertOneWinner(ErrorCode others, List<ErrorCode> codes) {
         assertEquals(1, codes.stream().filter(code -> code == null).count(), codes::toString);
         assertEquals(codes.size() - 1, codes.stream().filter(others::equals).count(), codes::toString);

@@ -4,8 +4,8 @@ import org.junit.jupiter.api.DisplayName;
 import org.junit.jupiter.api.Nested;
 
 /**
- * All operations' cases. A back end's test extends this, has a name that ends in {@code Test}, and opens
- * storages:
+ * The test cases of all operations. A back end's test extends this class, has a name that ends in {@code Test}, and
+ * opens storages:
  *
  * <pre>{@code
  * class MyProviderTest extends ProviderContract {

@@ -21,7 +21,7 @@ public abstract class PublishEventsContract extends OperationContract {
         super(opener);
     }
 
-    /** Storages with coarse clocks see a change only if its time is another one. */
+    /** Changes the time clearly, for storages with coarse clocks. */
     private void modify(StorageURI file, String content) throws Exception {
         storage.write(file, content);
         provider.setLastModified(file, System.currentTimeMillis() + 60_000);
@@ -70,7 +70,7 @@ public abstract class PublishEventsContract extends OperationContract {
     }
 
     @Test
-    void whatWasThereBeforeIsNotTold() throws Exception {
+    void whatWasThereBeforeIsNotReported() throws Exception {
         StorageURI f = folder("f");
         StorageURI before = file("x", "f", "before");
         provider.publishEventsFor(f, publisher);
@@ -89,7 +89,7 @@ public abstract class PublishEventsContract extends OperationContract {
     }
 
     @Test
-    void neighbourOfAFileIsNotTold() throws Exception {
+    void neighbourOfAFileIsNotReported() throws Exception {
         StorageURI a = file("x", "a");
         StorageURI b = file("x", "b");
         provider.publishEventsFor(a, publisher);
@@ -136,7 +136,7 @@ public abstract class PublishEventsContract extends OperationContract {
     }
 
     @Test
-    void everythingBelowIsToldIfTheFeatureSaysSo() throws Exception {
+    void everythingBelowIsReportedIfTheFeatureSaysSo() throws Exception {
         Assumptions.assumeTrue(provider.hasFeature(ExtendedFeature.RecursiveChangeEvents));
         StorageURI f = folder("f");
         folder("f", "inner");
@@ -153,7 +153,7 @@ public abstract class PublishEventsContract extends OperationContract {
     }
 
     @Test
-    void onlyChildrenAreToldIfTheFeatureIsMissing() throws Exception {
+    void onlyChildrenAreReportedIfTheFeatureIsMissing() throws Exception {
         Assumptions.assumeFalse(provider.hasFeature(ExtendedFeature.RecursiveChangeEvents));
         StorageURI f = folder("f");
         folder("f", "inner");

@@ -10,7 +10,7 @@ import java.util.concurrent.TimeUnit;
 import java.util.function.Predicate;
 import java.util.stream.Collectors;
 
-/** Keeps the events that it is sent, and lets tests wait for them. Safe on any thread. */
+/** Records events, and lets tests wait for them. Safe on any thread. */
 public class RecordingPublisher implements EventPublisher {
     private static final long DEADLINE = TimeUnit.SECONDS.toNanos(30);
 
@@ -67,7 +67,7 @@ public class RecordingPublisher implements EventPublisher {
                 .collect(Collectors.toList());
     }
 
-    /** Waits until the events so far are as they should be. */
+    /** Waits until the events so far are the expected ones. */
     public synchronized void await(Predicate<List<Event>> condition) throws InterruptedException {
         long end = System.nanoTime() + DEADLINE;
         while (!condition.test(events)) {

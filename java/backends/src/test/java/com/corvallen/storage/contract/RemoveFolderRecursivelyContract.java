@@ -8,7 +8,7 @@ import com.corvallen.storage.provider.ExtendedFeature;
 import com.corvallen.storage.provider.StorageURI;
 import org.junit.jupiter.api.Test;
 
-/** The cases of {@code removeFolderRecursively}, and that the feature is what the back end says. */
+/** The cases of {@code removeFolderRecursively}, and that the back end declares the feature correctly. */
 public abstract class RemoveFolderRecursivelyContract extends OperationContract {
     protected RemoveFolderRecursivelyContract(StorageUnderTest.Opener opener) {
         super(opener);

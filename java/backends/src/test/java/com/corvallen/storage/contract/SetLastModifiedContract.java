@@ -12,7 +12,7 @@ import org.junit.jupiter.params.provider.ValueSource;
 
 /** The cases of {@code setLastModified}. */
 public abstract class SetLastModifiedContract extends OperationContract {
-    /** The coarsest storages keep even seconds. */
+    /** The coarsest storages keep only even seconds. */
     private static final long TOLERANCE = 2000;
 
     private static final long SOME_TIME = 1_700_000_000_123L;
@@ -30,7 +30,7 @@ public abstract class SetLastModifiedContract extends OperationContract {
         assertFile("x", a);
     }
 
-    /** Before 1970, with fractions, and where 32 or 64 bits of seconds, milliseconds or nanoseconds end. */
+    /** Before 1970, with fractions, and at the ends of 32 and 64 bits of seconds, milliseconds and nanoseconds. */
     @ParameterizedTest
     @ValueSource(
             longs = {

@@ -7,20 +7,20 @@ import com.corvallen.storage.provider.StorageURI;
 import java.nio.ByteBuffer;
 import java.nio.charset.StandardCharsets;
 
-/** One storage, opened afresh for each test: a provider, and the root of an empty storage behind it. */
+/** A storage, opened anew for each test: a provider, and the root of an empty storage. */
 public interface StorageUnderTest {
     /** Returns the provider to test; the test disposes of it. */
     StorageProvider provider();
 
-    /** Returns the root of the storage. It exists, it is empty, and it can be written to. */
+    /** Returns the root of the storage. It exists, is empty and is writable. */
     StorageURI root();
 
-    /** Returns whether the root is the top of the storage, which nothing removes or moves, or a folder in it. */
+    /** Returns whether the root is the top of the storage, which cannot be removed or moved, or a folder in it. */
     default boolean rootIsTop() {
         return true;
     }
 
-    /** Puts a text into a file that exists. */
+    /** Writes a text to an existing file. */
     default void write(StorageURI file, String content) throws Exception {
         try (ProviderChannel channel = provider().getChannel(file, false, true, false)) {
             ByteBuffer bytes = ByteBuffer.wrap(content.getBytes(StandardCharsets.UTF_8));
@@ -41,12 +41,12 @@ public interface StorageUnderTest {
         }
     }
 
-    /** Returns how many entries a folder has, to find what an operation has left behind. */
+    /** Returns the number of entries in a folder, to find what an operation has left behind. */
     default int countEntries(StorageURI folder) throws Exception {
         return provider().listFolder(folder).length;
     }
 
-    /** Undoes what opening the storage did, after the provider is disposed of. */
+    /** Undoes what opening the storage did. Called after the provider is disposed of. */
     default void close() throws Exception {}
 
     /** Opens a storage. */
@@ -62,7 +62,7 @@ public interface StorageUnderTest {
         close();
     }
 
-    /** A location in the storage, by the names that lead there. */
+    /** Returns a location in the storage by its names. */
     default StorageURI at(String... names) throws ProviderException {
         StorageURI location = root();
         for (String name : names) {

@@ -14,10 +14,10 @@ import java.util.zip.ZipException;
 import java.util.zip.ZipFile;
 
 /**
- * One zip archive on disk. It is only read until its end; what is changed lies in a {@link Spool}. From the first
- * change on an {@link ArchiveDraft} keeps other writers away. The end writes the new archive into that, reads it back,
- * and has it take the old one's place if that is still what was opened. Whatever fails leaves the old archive as it
- * is, and nothing else. Safe on any thread.
+ * One zip archive on disk. Until it is closed it is only read; changes are kept in a {@link Spool}. From the first
+ * change on, an {@link ArchiveDraft} keeps other writers away. Closing writes the new archive into the draft, reads it
+ * back, and puts it in place of the old one, if that is still the file that was opened. If anything fails, the old
+ * archive stays as it is, and no other file is left. Safe on any thread.
  */
 final class Archive {
     private static final Map<String, ?> SETTINGS = Map.of("useTempFile", true);
@@ -27,11 +27,11 @@ final class Archive {
     private final BasicFileAttributes opened;
     private final UnaryOperator<Content> medium;
 
-    /** Open to the end, so that the system gives the key of this file to no other one. */
+    /** Open until the end, so that the system does not give this file's key to another file. */
     private final SteadyFile original;
 
-    /** Lasts as long as the archive, whose file is opened and closed more than once meanwhile. */
-    private final OpenFiles.Use use;
+    /** Lasts as long as the archive, although its file is opened and closed several times. */
+    private final FileUses.Use use;
 
     private final ArchiveDisk disk;
     private final FileSystem system;
@@ -40,7 +40,7 @@ final class Archive {
     private Archive(
             Path file,
             BasicFileAttributes opened,
-            OpenFiles.Use use,
+            FileUses.Use use,
             FileSystemProvider provider,
             UnaryOperator<Content> medium)
             throws IOException {
@@ -49,7 +49,7 @@ final class Archive {
         this.use = use;
         this.medium = medium;
         this.original = SteadyFile.reading(file);
-        this.disk = new ArchiveDisk(file, original, new Spool(() -> ArchiveSpool.open(file)));
+        this.disk = new ArchiveDisk(file, original, new Spool(() -> UnnamedFile.open(file)));
         try {
             this.system = systemOn(disk, provider);
         } catch (IOException | RuntimeException e) {
@@ -61,21 +61,21 @@ final class Archive {
     /**
      * Opens an archive.
      *
-     * @param file its place, without links on the way
-     * @param provider the platform's for archives
+     * @param file its path, without links on the way
+     * @param provider the platform's provider for archives
      */
     static Archive open(Path file, FileSystemProvider provider) throws IOException {
         return open(file, provider, UnaryOperator.identity());
     }
 
-    /** As open, with something between the new archive and the disk, for tests. */
+    /** As open, with a content of the test's own between the new archive and the disk. */
     static Archive open(Path file, FileSystemProvider provider, UnaryOperator<Content> medium) throws IOException {
         for (int attempt = 1; ; attempt++) {
             Archive archive = openOnce(file, provider, medium);
             if (attempt == ATTEMPTS || archive.isUnchanged()) {
                 return archive;
             }
-            // Someone has replaced it in between, so what was looked at is not what was opened.
+            // Someone has replaced it in between, so the file that was checked is not the one that was opened.
             archive.close();
         }
     }
@@ -83,7 +83,7 @@ final class Archive {
     private static Archive openOnce(Path file, FileSystemProvider provider, UnaryOperator<Content> medium)
             throws IOException {
         BasicFileAttributes opened = attributesOf(file);
-        OpenFiles.Use use = OpenFiles.reading(file);
+        FileUses.Use use = FileUses.reading(file);
         try {
             ArchiveNames.requireClear(file);
             return new Archive(file, opened, use, provider, medium);
@@ -111,12 +111,12 @@ final class Archive {
     }
 
     /**
-     * To be called before each change.
+     * Called before each change.
      *
-     * @throws InUseException if someone else writes the archive, or has since it was opened
+     * @throws InUseException if someone else is writing the archive, or has written it since it was opened
      */
     synchronized void beginWriting() throws IOException {
-        // What is closed has no draft any more, and whoever comes too late finds out from the file system.
+        // After closing there is no draft; the file system itself then refuses the change.
         if (draft != null || system.isReadOnly() || !system.isOpen()) {
             return;
         }
@@ -140,7 +140,9 @@ final class Archive {
         }
     }
 
-    /** Ends it. What was changed is in the archive when this returns, and lost when it throws. */
+    /**
+     * Writes the changes and closes the archive. They are in the archive when this returns, and lost when it throws.
+     */
     synchronized void close() throws IOException {
         Interruption.PutOff interruption = new Interruption.PutOff();
         try {
@@ -164,7 +166,7 @@ final class Archive {
 
     private void write() throws IOException {
         try (ArchiveDraft closing = draft) {
-            ArchiveContents contents = ArchiveContents.of(system);
+            ArchiveInventory contents = ArchiveInventory.of(system);
             closing.channel().truncate(0);
             SummedContent written = new SummedContent(medium.apply(new FileContent(closing.channel())));
             disk.beginResult(written);
@@ -178,12 +180,12 @@ final class Archive {
         }
     }
 
-    /** The file that was read back stays open to the end: closing it any time before would drop the draft's lock. */
-    private void publish(ArchiveDraft finished, ArchiveContents contents) throws IOException {
+    /** Keeps the file that is read back open to the end: closing it earlier would drop the draft's lock. */
+    private void publish(ArchiveDraft finished, ArchiveInventory contents) throws IOException {
         requireUnchanged();
         finished.requireOwn(file);
         KeptAttributes kept = KeptAttributes.of(file);
-        kept.giveAttached(finished.path());
+        kept.giveUserAttributes(finished.path());
         kept.giveAccessAnew(finished.path());
         finished.keepOwn(file);
         try (ZipFile written = new ZipFile(finished.path().toFile())) {
@@ -195,7 +197,7 @@ final class Archive {
     }
 
     private void replace(ArchiveDraft finished) throws IOException {
-        if (OpenFiles.isWritten(new Found(null, file, attributesOf(file)))) {
+        if (FileUses.isWritten(new Found(null, file, attributesOf(file)))) {
             throw new InUseException(file.toString(), "the archive is open for writing as a file");
         }
         try (FileChannel locked = FileChannel.open(file, StandardOpenOption.READ, StandardOpenOption.WRITE)) {

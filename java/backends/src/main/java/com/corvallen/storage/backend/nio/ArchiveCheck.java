@@ -14,26 +14,26 @@ import java.util.zip.ZipException;
 import java.util.zip.ZipFile;
 
 /**
- * Reads a new archive back. The platform's file system for archives leaves out what it cannot write, and says nothing.
- * So every name must be there with its size. What was written is read, and its checksum compared; an entry that was
- * taken over from the old archive must have the same sizes, checksum and time, and begin where the directory says.
+ * Reads a new archive back, because the platform's file system for archives silently leaves out what it cannot write.
+ * Every name must be there with its size. Content that was written is read and its checksum compared. An entry that was
+ * copied from the old archive must have the same sizes, checksum and time, and begin where the directory says.
  */
 final class ArchiveCheck {
     private final ZipFile written;
-    private final ArchiveContents expected;
+    private final ArchiveInventory expected;
     private final Set<String> found = new HashSet<>();
 
-    private ArchiveCheck(ZipFile written, ArchiveContents expected) {
+    private ArchiveCheck(ZipFile written, ArchiveInventory expected) {
         this.written = written;
         this.expected = expected;
     }
 
     /**
-     * Throws ZipException if what was written is not what was there before.
+     * Throws ZipException if the new archive is not what it should be.
      *
-     * @param original the archive whose other entries were taken over
+     * @param original the archive that the unchanged entries were copied from
      */
-    static void check(ZipFile written, ArchiveContents expected, Path original) throws IOException {
+    static void check(ZipFile written, ArchiveInventory expected, Path original) throws IOException {
         ArchiveCheck check = new ArchiveCheck(written, expected);
         try (ZipFile old = new ZipFile(original.toFile())) {
             check.checkEntries(old);
@@ -94,12 +94,12 @@ final class ArchiveCheck {
         }
     }
 
-    /** Returns whether the entry's own header, and the first byte if there is one, are where the directory says. */
+    /** Returns whether the entry's own header, and its first byte if it has one, are where the directory says. */
     private static boolean begins(ZipFile archive, ZipEntry entry) throws IOException {
         try (InputStream content = archive.getInputStream(entry)) {
             return content.read() >= 0 || entry.getSize() == 0;
         } catch (ZipException e) {
-            // No header, no sound content, or a way of packing that Java does not know.
+            // No header, damaged content, or a compression method that Java does not know.
             return false;
         }
     }

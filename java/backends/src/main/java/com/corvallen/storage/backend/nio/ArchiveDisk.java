@@ -17,11 +17,11 @@ import java.util.Set;
 import java.util.concurrent.ConcurrentHashMap;
 
 /**
- * The disk that the platform's file system for zip archives sees. It finds one archive there, makes
- * its temporary files, and puts a new archive in place of the old one at its end. In truth the archive is a file that
- * is only read, the temporary files lie in a {@link Spool}, and the new archive is the file that {@link #beginResult}
- * says. So no temporary file has a name for others to find, and each failure at the end is seen here, which that file
- * system prints and forgets. Safe on any thread.
+ * The disk that the platform's file system for zip archives sees: it finds one archive there, creates temporary files,
+ * and finally puts a new archive in place of the old one. Behind it, the archive is a file that is only read, the
+ * temporary files are in a {@link Spool}, and the new archive is the content given to {@link #beginResult}. So
+ * temporary files have no names that others could find, and failures at the end are caught here, which that file system
+ * only prints. Safe on any thread.
  */
 final class ArchiveDisk extends FileSystem {
     private final ArchiveDiskProvider provider = new ArchiveDiskProvider(this);
@@ -30,7 +30,7 @@ final class ArchiveDisk extends FileSystem {
     private final Spool spool;
     private final Map<String, Content> files = new ConcurrentHashMap<>();
 
-    /** Where the file that is made next becomes the new archive; null before the end. */
+    /** Where the next created file is written, as the new archive; null before the end. */
     private volatile Content result;
 
     private volatile boolean complete;
@@ -47,17 +47,19 @@ final class ArchiveDisk extends FileSystem {
         return archive;
     }
 
-    /** Returns the place of the archive. Its text is that of the real one, which is asked for its disk by it. */
+    /**
+     * Returns the path of the archive on this disk. Its text is that of the real path, and its file system is this one.
+     */
     Path path() {
         return getPath(archive.toString());
     }
 
-    /** Makes what is created from now on the new archive, and remembers the first failure from now on. */
+    /** Makes the next created file the new archive, and starts to record the first failure. */
     void beginResult(Content newArchive) {
         result = newArchive;
     }
 
-    /** Returns whether there is a new archive: only if something had changed. Throws if it cannot be sound. */
+    /** Returns whether there is a new archive, which is so only if something has changed. Throws if a write failed. */
     boolean isReplaced() throws IOException {
         if (failure != null) {
             throw failure;
@@ -74,13 +76,13 @@ final class ArchiveDisk extends FileSystem {
     }
 
     void create(String name) throws IOException {
-        Content content = result == null ? new SpoolFile(spool) : result;
+        Content content = result == null ? new SpooledContent(spool) : result;
         if (files.putIfAbsent(name, content) != null) {
             throw new FileAlreadyExistsException(name);
         }
     }
 
-    /** The old archive is removed only to give way to the new one. */
+    /** Ignores the removal of the old archive: it is only removed to be replaced. */
     void delete(String name) throws NoSuchFileException {
         if (name.equals(archive.toString())) {
             return;
@@ -89,20 +91,20 @@ final class ArchiveDisk extends FileSystem {
         if (content == null) {
             throw new NoSuchFileException(name);
         }
-        if (content instanceof SpoolFile) {
-            ((SpoolFile) content).release();
+        if (content instanceof SpooledContent) {
+            ((SpooledContent) content).release();
         }
     }
 
     void rename(String from, String to) throws IOException {
         Content content = files.remove(from);
         if (content == null || content != result || !to.equals(archive.toString())) {
-            throw new IOException("only a new archive gets another name");
+            throw new IOException("only a new archive can be renamed");
         }
         complete = true;
     }
 
-    /** Remembers what goes wrong at the end; nobody above does. */
+    /** Records failures at the end, because the file system on top does not report them. */
     private final class WatchedContent implements Content {
         private final Content content;
 

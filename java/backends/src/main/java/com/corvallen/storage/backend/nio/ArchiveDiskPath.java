@@ -8,7 +8,7 @@ import java.nio.file.WatchKey;
 import java.nio.file.WatchService;
 import java.util.Objects;
 
-/** A file of an {@link ArchiveDisk}. There are no folders, so every path is one name and absolute. Immutable. */
+/** A file on an {@link ArchiveDisk}. There are no folders, so every path is a single absolute name. Immutable. */
 final class ArchiveDiskPath implements Path {
     private final ArchiveDisk disk;
     private final String name;
@@ -100,7 +100,7 @@ final class ArchiveDiskPath implements Path {
 
     @Override
     public WatchKey register(WatchService watcher, WatchEvent.Kind<?>[] events, WatchEvent.Modifier... modifiers) {
-        throw new UnsupportedOperationException("nothing here changes by itself");
+        throw new UnsupportedOperationException("nothing here can be watched");
     }
 
     @Override

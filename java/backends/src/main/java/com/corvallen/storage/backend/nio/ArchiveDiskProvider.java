@@ -22,7 +22,7 @@ import java.nio.file.spi.FileSystemProvider;
 import java.util.Map;
 import java.util.Set;
 
-/** What the file system for zip archives asks of an {@link ArchiveDisk}, and no more. */
+/** Implements what the file system for zip archives calls on an {@link ArchiveDisk}, and nothing else. */
 final class ArchiveDiskProvider extends FileSystemProvider {
     private final ArchiveDisk disk;
 
@@ -60,7 +60,7 @@ final class ArchiveDiskProvider extends FileSystemProvider {
         disk.rename(source.toString(), target.toString());
     }
 
-    /** Whether an archive may be changed is asked before it is opened; what it then takes is seen when it is. */
+    /** Answers from the real file whether the archive can be written. */
     @Override
     public void checkAccess(Path path, AccessMode... modes) throws IOException {
         disk.contentOf(path.toString());
@@ -77,7 +77,7 @@ final class ArchiveDiskProvider extends FileSystemProvider {
         if (type != BasicFileAttributes.class) {
             throw new UnsupportedOperationException();
         }
-        return type.cast(new ContentAttributes(disk.contentOf(path.toString()).size()));
+        return type.cast(new ArchiveDiskAttributes(disk.contentOf(path.toString()).size()));
     }
 
     @Override
@@ -85,7 +85,7 @@ final class ArchiveDiskProvider extends FileSystemProvider {
         throw new UnsupportedOperationException();
     }
 
-    /** None: permissions are given to the new archive by others. */
+    /** Returns no view: permissions are given to the new archive separately. */
     @Override
     public <V extends FileAttributeView> V getFileAttributeView(Path path, Class<V> type, LinkOption... options) {
         return null;

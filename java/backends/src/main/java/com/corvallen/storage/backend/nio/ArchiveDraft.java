@@ -18,13 +18,13 @@ import java.util.Random;
 import java.util.Set;
 
 /**
- * The file that is to replace an archive, beside it: {@code .storage-archive-} and the archive's name. It is there
- * from the first change on, and locked as long as its process lives, so it is also the sign that someone writes the
- * archive. One that nobody locks was left by a process that was killed, and the next one removes it.
+ * The file that will replace an archive. It lies beside it, as {@code .storage-archive-} and the archive's name. It
+ * exists from the first change on and is locked while its process lives, so it also shows that someone is writing the
+ * archive. An unlocked one was left by a process that was killed; the next writer removes it.
  *
  * <p>The system drops a process's locks on a file as soon as that process closes the file anywhere, for instance after
- * copying the whole folder. So there are two locks. The first byte's says that there is an owner. Taking over needs the
- * second byte's as well. The owner takes that only at the end, and then knows that the file is still its own.
+ * copying the folder. So there are two locks. The one on the first byte shows that there is an owner. Taking over needs
+ * the second byte as well. The owner locks the second byte only at the end; if that works, the file is still its own.
  */
 final class ArchiveDraft implements Closeable {
     static final String PREFIX = ".storage-archive-";
@@ -45,10 +45,10 @@ final class ArchiveDraft implements Closeable {
     /**
      * Begins a new archive.
      *
-     * @throws InUseException if someone else has
+     * @throws InUseException if someone else has begun one
      */
     static ArchiveDraft begin(Path archive) throws IOException {
-        Path path = HiddenNames.of(archive, PREFIX);
+        Path path = Names.hiddenFor(archive, PREFIX);
         for (int attempt = 0; attempt < ATTEMPTS; attempt++) {
             ArchiveDraft draft = create(path);
             if (draft != null) {
@@ -67,14 +67,14 @@ final class ArchiveDraft implements Closeable {
         return channel;
     }
 
-    /** Makes sure that the file by this name is this one. */
+    /** Throws InUseException unless the file with this name is still this one. */
     void requireOwn(Path archive) throws IOException {
         if (!key.equals(keyOf(path))) {
             throw takenOver(archive);
         }
     }
 
-    /** Makes sure that it stays so until this is closed. To be called once. */
+    /** Does the same, and makes sure that it stays so until this is closed. Called once. */
     void keepOwn(Path archive) throws IOException {
         if (lock(channel, 1, 1) == Lock.REFUSED) {
             throw takenOver(archive);
@@ -83,10 +83,10 @@ final class ArchiveDraft implements Closeable {
     }
 
     private static InUseException takenOver(Path archive) {
-        return new InUseException(archive.toString(), "another program has taken over the writing of this archive");
+        return new InUseException(archive.toString(), "another program has taken over writing this archive");
     }
 
-    /** Takes the archive's place. */
+    /** Puts the draft in the archive's place. */
     void replace(Path archive) throws IOException {
         Files.move(path, archive, StandardCopyOption.ATOMIC_MOVE, StandardCopyOption.REPLACE_EXISTING);
         published = true;
@@ -102,11 +102,11 @@ final class ArchiveDraft implements Closeable {
         }
     }
 
-    /** Returns null if the file is there already, or was taken away before it could be locked. */
+    /** Returns null if the file exists already, or was taken away before it could be locked. */
     private static ArchiveDraft create(Path path) throws IOException {
         FileChannel channel;
         try {
-            channel = PrivateFiles.create(path);
+            channel = Privacy.createFile(path);
         } catch (FileAlreadyExistsException e) {
             return null;
         }
@@ -122,8 +122,8 @@ final class ArchiveDraft implements Closeable {
     }
 
     /**
-     * Returns the key of the file of a channel, which Java knows only by a path; null if the path leads to another one
-     * already. What has the size that is made up here is the file.
+     * Returns the key of a channel's file. Java reads keys only by path, so the file is given a random size first; if
+     * what is at the path has another size, it is another file, and null is returned.
      */
     private static Object keyOfMarked(Path path, FileChannel channel) throws IOException {
         int mark = 1 + new Random().nextInt(MAX_MARK);
@@ -133,7 +133,7 @@ final class ArchiveDraft implements Closeable {
             Files.deleteIfExists(path);
             throw e;
         }
-        BasicFileAttributes attributes = attributesOf(path);
+        BasicFileAttributes attributes = EntryKind.ownAttributesOf(path);
         return attributes != null && attributes.size() == mark ? attributes.fileKey() : null;
     }
 
@@ -149,7 +149,7 @@ final class ArchiveDraft implements Closeable {
                 Files.deleteIfExists(path);
             }
         } catch (NoSuchFileException e) {
-            // Its owner has just come to an end.
+            // Its owner has just removed it.
         }
     }
 
@@ -160,7 +160,7 @@ final class ArchiveDraft implements Closeable {
     private enum Lock {
         HELD,
         REFUSED,
-        /** The disk has no locks, so that nothing is known. */
+        /** The disk has no locks, so there may be an owner or not. */
         UNKNOWN
     }
 
@@ -176,11 +176,7 @@ final class ArchiveDraft implements Closeable {
     }
 
     private static Object keyOf(Path path) throws IOException {
-        BasicFileAttributes attributes = attributesOf(path);
+        BasicFileAttributes attributes = EntryKind.ownAttributesOf(path);
         return attributes == null ? null : attributes.fileKey();
-    }
-
-    private static BasicFileAttributes attributesOf(Path path) throws IOException {
-        return EntryKind.attributesOf(path, LinkOption.NOFOLLOW_LINKS);
     }
 }

@@ -11,14 +11,14 @@ import java.util.zip.ZipException;
 import java.util.zip.ZipFile;
 
 /**
- * What an archive is called, and what its entries are. Looks for names in a zip archive that are both a file and a
- * folder. The platform's file system for archives shows the file and hides what is in the folder, and anyone who
- * copies everything would lose it silently.
+ * The names of an archive and of its entries. Finds names in a zip archive that are both a file and a folder: the
+ * platform's file system for archives shows only the file and hides what is in the folder, so a copy of everything
+ * would silently lose it.
  */
 final class ArchiveNames {
     private ArchiveNames() {}
 
-    /** Returns the archive on the default file system that a URI names, links followed; null if it names none. */
+    /** Returns the archive on the default file system that a URI names, with links followed; null if it names none. */
     static Path archiveOf(URI uri) throws IOException {
         String inner = uri.getRawSchemeSpecificPart();
         if (!"jar".equalsIgnoreCase(uri.getScheme()) || !inner.startsWith("file:")) {
@@ -28,7 +28,7 @@ final class ArchiveNames {
         return Path.of(URI.create(end < 0 ? inner : inner.substring(0, end))).toRealPath();
     }
 
-    /** Refuses such an archive. */
+    /** Throws ZipException if a name in an archive is both a file and a folder. */
     static void requireClear(Path archive) throws IOException {
         try (ZipFile zip = new ZipFile(archive.toFile())) {
             Set<String> files = new HashSet<>();
@@ -53,7 +53,7 @@ final class ArchiveNames {
         }
     }
 
-    /** An archive may say "/a" and "a//b" where others say "a" and "a/b". */
+    /** Returns the path of an entry. Some archives write "/a" and "a//b" for "a" and "a/b". */
     static String pathOf(ZipEntry entry) {
         return entry.getName().replaceAll("/+", "/").replaceFirst("^/", "");
     }

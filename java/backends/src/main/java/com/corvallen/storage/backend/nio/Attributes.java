@@ -22,15 +22,15 @@ final class Attributes {
         return new FolderAttributes(lastModified(found), isWritable(found));
     }
 
-    /** To set a time, the platform opens what it is about. */
+    /** Runs as a brief use, because the platform opens a file to set its time. */
     static void setLastModified(Found found, long millis) throws IOException, ProviderException {
         found.requireOpenable();
-        if (!OpenFiles.briefly(found, () -> set(found, millis)) && !Times.setUnopened(found.path, millis)) {
-            throw found.failure(ErrorCode.IN_USE, "is open exclusively, and this time cannot be set beside that");
+        if (!FileUses.briefly(found, () -> set(found, millis)) && !Times.setUnopened(found.path, millis)) {
+            throw found.failure(ErrorCode.IN_USE, "is open exclusively, so this time cannot be set");
         }
     }
 
-    /** An archive has no entry for its root, and says that the root is missing. */
+    /** An archive has no entry for its root, and reports the root as missing. */
     private static void set(Found found, long millis) throws IOException {
         try {
             Times.set(found.path, found.attributes.lastModifiedTime(), millis);
@@ -46,7 +46,7 @@ final class Attributes {
         return Times.millisOf(found.attributes.lastModifiedTime());
     }
 
-    /** The system is asked, since permissions alone know neither read-only disks nor the superuser. */
+    /** Asks the system: permissions alone do not cover read-only disks or the superuser. */
     private static boolean isWritable(Found found) {
         return Files.isWritable(found.path);
     }

@@ -9,8 +9,8 @@ import java.util.Deque;
 import java.util.List;
 
 /**
- * What one scan finds: the changes, in the order in which they are reported, until no lock is held any more, and
- * folders that are still to be scanned. Those wait here and not on the stack, so no tree is too deep.
+ * What one scan finds: the events, in order, to be published when no lock is held, and the folders that are still to be
+ * scanned. Folders wait here and not on the stack, so no tree is too deep.
  */
 final class Changes {
     private final List<Runnable> events = new ArrayList<>();
@@ -20,12 +20,12 @@ final class Changes {
         events.add(() -> watch.publish(kind, changed, type));
     }
 
-    /** Remembers a folder to be looked into. */
+    /** Adds a folder to be scanned. */
     void add(WatchedFolder folder) {
         folders.push(folder);
     }
 
-    /** Returns a folder that has not been looked into, null if there is none. */
+    /** Returns a folder to be scanned, null if there is none left. */
     WatchedFolder nextFolder() {
         return folders.poll();
     }

@@ -16,12 +16,12 @@ import java.util.Objects;
 import java.util.Set;
 
 /**
- * Opens files. A file is looked at before it is opened: what is none is not opened at all, and what a channel of this
- * process holds exclusively must not be. As another may have taken its name in between, it is looked at again after
- * that.
+ * Opens files. What is at a location is examined before it is opened: only a file is opened, and never one that a
+ * channel of this process holds exclusively. Since another file may take the name in between, it is examined again
+ * after that.
  */
 final class ChannelOpening {
-    /** How often one is opened that is replaced at just that moment. */
+    /** How often to try again if the file is replaced during opening. */
     private static final int MAX_ATTEMPTS = 1000;
 
     private static final Set<OpenOption> READ = Set.of(StandardOpenOption.READ);
@@ -48,7 +48,7 @@ final class ChannelOpening {
         return untilSame(() -> tryWriting(create, truncate, exclusive));
     }
 
-    /** What was opened is not what was found. */
+    /** What was opened is not what was examined. */
     private static final class ReplacedException extends IOException {
         private static final long serialVersionUID = 1;
 
@@ -57,7 +57,7 @@ final class ChannelOpening {
         }
     }
 
-    private ProviderChannel untilSame(IoQuery<ProviderChannel> attempt) throws IOException, ProviderException {
+    private ProviderChannel untilSame(Failures.Query<ProviderChannel> attempt) throws IOException, ProviderException {
         for (int i = 0; i < MAX_ATTEMPTS; i++) {
             try {
                 return attempt.run();
@@ -65,12 +65,12 @@ final class ChannelOpening {
                 continue;
             }
         }
-        throw failure(ErrorCode.IN_USE, "is replaced again and again");
+        throw failure(ErrorCode.IN_USE, "keeps being replaced");
     }
 
     private ProviderChannel tryReading() throws IOException, ProviderException {
         Found found = find(/* create= */ false);
-        OpenFiles.Use use = begin(found, OpenFiles.Mode.READ);
+        FileUses.Use use = begin(found, FileUses.Mode.READ);
         try {
             SeekableByteChannel channel = cache.open(found, () -> open(found, READ));
             return channel(channel, use, /* writable= */ false);
@@ -83,7 +83,7 @@ final class ChannelOpening {
     private ProviderChannel tryWriting(boolean create, boolean truncate, boolean exclusive)
             throws IOException, ProviderException {
         Found found = find(create);
-        OpenFiles.Use use = begin(found, exclusive ? OpenFiles.Mode.EXCLUSIVE : OpenFiles.Mode.WRITE);
+        FileUses.Use use = begin(found, exclusive ? FileUses.Mode.EXCLUSIVE : FileUses.Mode.WRITE);
         try {
             cache.drop(found.path);
             mount.beginWriting();
@@ -112,15 +112,15 @@ final class ChannelOpening {
         return Found.at(location, mount);
     }
 
-    private OpenFiles.Use begin(Found found, OpenFiles.Mode mode) throws IOException, ProviderException {
-        OpenFiles.Use use = OpenFiles.begin(found, mode);
+    private FileUses.Use begin(Found found, FileUses.Mode mode) throws IOException, ProviderException {
+        FileUses.Use use = FileUses.begin(found, mode);
         if (use == null) {
             throw failure(ErrorCode.IN_USE, "is open already");
         }
         return use;
     }
 
-    /** Empties the file last, when nothing can refuse it any more. */
+    /** Empties the file last, when nothing can fail any more. */
     private SeekableByteChannel openForWriting(Found found, boolean truncate, boolean exclusive)
             throws IOException, ProviderException {
         SeekableByteChannel channel = open(found, READ_WRITE);
@@ -149,7 +149,7 @@ final class ChannelOpening {
             now = EntryKind.attributesOf(found.path);
         } finally {
             if (!isSame(now, found)) {
-                OpenFiles.discard(new Found(found.location, found.path, now), channel);
+                FileUses.discard(new Found(found.location, found.path, now), channel);
             }
         }
         if (!isSame(now, found)) {
@@ -162,7 +162,7 @@ final class ChannelOpening {
         return now != null && Objects.equals(now.fileKey(), found.attributes.fileKey());
     }
 
-    /** A zip archive's plain channels for writing begin with an empty file, whatever is there; file channels do not. */
+    /** Prefers a file channel: a zip archive's plain channel for writing starts with an empty file. */
     private static SeekableByteChannel open(Path path, Set<OpenOption> options) throws IOException {
         try {
             return FileChannel.open(path, options);
@@ -171,7 +171,7 @@ final class ChannelOpening {
         }
     }
 
-    private ProviderChannel channel(SeekableByteChannel channel, OpenFiles.Use use, boolean writable)
+    private ProviderChannel channel(SeekableByteChannel channel, FileUses.Use use, boolean writable)
             throws ProviderException {
         OpenFile file = new OpenFile(channel, use, set);
         if (!set.add(file)) {
@@ -183,6 +183,6 @@ final class ChannelOpening {
     }
 
     private ProviderException failure(ErrorCode code, String what) {
-        return new ProviderException(code, location, location + " " + what);
+        return Failures.of(code, location, what);
     }
 }

@@ -5,11 +5,13 @@ import java.util.HashSet;
 import java.util.List;
 import java.util.Set;
 
-/** The open channels of one provider. Channels that nobody remembers are released. Safe on any thread. */
+/**
+ * The open channels of one provider. Releases channels that became garbage without being closed. Safe on any thread.
+ */
 final class ChannelSet {
     private static final Cleaner CLEANER = Cleaner.create();
 
-    /** Not the channels, which could not be forgotten then. */
+    /** Holds the files, not the channels: a channel in here would never become garbage. */
     private final Set<OpenFile> files = new HashSet<>();
 
     private boolean disposed;
@@ -17,7 +19,7 @@ final class ChannelSet {
     /**
      * Adds an open file.
      *
-     * @return false if the set is disposed of; the file is closed then
+     * @return false if the set is disposed of; the file has been closed then
      */
     boolean add(OpenFile file) {
         synchronized (this) {
@@ -29,7 +31,7 @@ final class ChannelSet {
         return false;
     }
 
-    /** Has a file closed when its channel is forgotten. */
+    /** Closes a file when its channel becomes garbage. */
     static void releaseWith(NioChannel channel, OpenFile file) {
         CLEANER.register(channel, file::abandon);
     }
@@ -42,7 +44,7 @@ final class ChannelSet {
         return files.size();
     }
 
-    /** Closes all that are open, and all that come later. */
+    /** Closes all files that are open, and those that are added later. */
     void dispose() {
         List<OpenFile> open;
         synchronized (this) {

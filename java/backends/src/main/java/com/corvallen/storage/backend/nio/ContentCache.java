@@ -14,31 +14,31 @@ import java.util.LinkedHashMap;
 import java.util.Map;
 
 /**
- * What small files hold, so that reading them again costs no more than one look at their attributes. Off until it is
- * switched on. A content is kept for a path as long as size, time of last modification and identity of the file are
- * what they were; those that were not asked for longest go first. Files whose identity the file system does not tell are
- * not kept: a zip archive replaces one without a trace if size and time are the same. Safe on any thread.
+ * Caches the content of small files, so that reading one again costs only a check of its attributes. Off by default. A
+ * content is used for a path as long as size, modification time and identity of the file stay the same; the least
+ * recently used contents go first. A file whose identity the file system does not report is not cached: a zip archive
+ * could replace it unnoticed by another one of the same size and time. Safe on any thread.
  */
 final class ContentCache {
     static final String SETTING = "gds.enableContentCache";
     static final int MAX_FILE_SIZE = 256 << 10;
     static final long MAX_TOTAL_SIZE = 32 << 20;
 
-    /** Clocks of file systems are coarse: a file that has just changed may change again without showing it. */
+    /** Clocks of file systems are coarse: a file that has just changed may change again with the same time. */
     static final Duration SETTLED = Duration.ofSeconds(2);
 
-    private final Map<Path, Content> contents = new LinkedHashMap<>(16, 0.75f, /* accessOrder= */ true);
+    private final Map<Path, Kept> contents = new LinkedHashMap<>(16, 0.75f, /* accessOrder= */ true);
     private boolean enabled;
     private long size;
     private long hits;
     private long misses;
 
-    /** The bytes of a file, and the attributes it had when they were read. */
-    private static final class Content {
+    /** The bytes of a file, and its attributes when they were read. */
+    private static final class Kept {
         final byte[] bytes;
         private final BasicFileAttributes attributes;
 
-        Content(byte[] bytes, BasicFileAttributes attributes) {
+        Kept(byte[] bytes, BasicFileAttributes attributes) {
             this.bytes = bytes;
             this.attributes = attributes;
         }
@@ -59,7 +59,7 @@ final class ContentCache {
             enable(true);
         } else {
             throw new ProviderException(
-                    ErrorCode.NOT_SUPPORTED, null, SETTING + " is true or false, not \"" + value + "\"");
+                    ErrorCode.NOT_SUPPORTED, null, SETTING + " must be true or false, not \"" + value + "\"");
         }
     }
 
@@ -75,8 +75,9 @@ final class ContentCache {
         }
     }
 
-    /** Opens a file for reading: what is kept of it, or the file itself, which may be kept by that. */
-    SeekableByteChannel open(Found found, IoQuery<SeekableByteChannel> file) throws IOException, ProviderException {
+    /** Opens a file for reading: from the cache, or else from disk, which may add it to the cache. */
+    SeekableByteChannel open(Found found, Failures.Query<SeekableByteChannel> file)
+            throws IOException, ProviderException {
         if (!mayKeep(found)) {
             return file.run();
         }
@@ -102,11 +103,11 @@ final class ContentCache {
         return enabled
                 && found.attributes.fileKey() != null
                 && found.attributes.size() <= MAX_FILE_SIZE
-                && !OpenFiles.isWritten(found);
+                && !FileUses.isWritten(found);
     }
 
     private synchronized byte[] get(Found found) {
-        Content content = contents.get(found.path);
+        Kept content = contents.get(found.path);
         if (content != null && content.isOf(found.attributes)) {
             hits++;
             return content.bytes;
@@ -116,7 +117,9 @@ final class ContentCache {
         return null;
     }
 
-    /** Reads a file and keeps it; returns null, at the beginning again, if it does not hold still. */
+    /**
+     * Reads a file and caches it; returns null, with the channel back at its beginning, if the file may be changing.
+     */
     private byte[] read(SeekableByteChannel channel, Found found) throws IOException {
         if (found.attributes.lastModifiedTime().toInstant().isAfter(Instant.now().minus(SETTLED))) {
             return null;
@@ -139,39 +142,39 @@ final class ContentCache {
             return;
         }
         drop(found.path);
-        contents.put(found.path, new Content(bytes, found.attributes));
+        contents.put(found.path, new Kept(bytes, found.attributes));
         size += bytes.length;
-        Iterator<Content> oldest = contents.values().iterator();
+        Iterator<Kept> oldest = contents.values().iterator();
         while (size > MAX_TOTAL_SIZE) {
             size -= oldest.next().bytes.length;
             oldest.remove();
         }
     }
 
-    /** Forgets what a file held, because it is about to change. */
+    /** Forgets the content of a file that is about to change. */
     synchronized void drop(Path path) {
-        Content content = contents.remove(path);
+        Kept content = contents.remove(path);
         if (content != null) {
             size -= content.bytes.length;
         }
     }
 
-    /** How often a content was there. */
+    /** Returns how often a content was found. */
     synchronized long hits() {
         return hits;
     }
 
-    /** How often it was not, though the file was small enough. */
+    /** Returns how often it was not, for files that are small enough. */
     synchronized long misses() {
         return misses;
     }
 
-    /** How many contents are kept. */
+    /** Returns the number of contents. */
     synchronized int count() {
         return contents.size();
     }
 
-    /** How many bytes they are in all. */
+    /** Returns their size in bytes. */
     synchronized long size() {
         return size;
     }

@@ -9,7 +9,10 @@ import java.nio.channels.FileLock;
 import java.nio.channels.ReadableByteChannel;
 import java.nio.channels.WritableByteChannel;
 
-/** A channel over a content. Closing it leaves the content as it is. Calls that overlap run one after the other. */
+/**
+ * A channel over a {@link Content}, which stays open when the channel is closed. Calls that overlap run one after the
+ * other.
+ */
 final class ContentChannel extends FileChannel {
     private static final int PORTION = 1 << 16;
 
@@ -83,7 +86,7 @@ final class ContentChannel extends FileChannel {
     public synchronized FileChannel position(long newPosition) throws IOException {
         requireOpen();
         if (newPosition < 0) {
-            throw new IllegalArgumentException("a position is not negative");
+            throw new IllegalArgumentException("negative position");
         }
         position = newPosition;
         return this;
@@ -103,7 +106,7 @@ final class ContentChannel extends FileChannel {
         return this;
     }
 
-    /** Nothing here is for longer than the process. */
+    /** Does nothing: the content does not outlive the process. */
     @Override
     public void force(boolean metaData) throws IOException {
         requireOpen();
@@ -130,22 +133,22 @@ final class ContentChannel extends FileChannel {
 
     @Override
     public MappedByteBuffer map(MapMode mode, long from, long size) {
-        throw new UnsupportedOperationException("not a file of the system");
+        throw new UnsupportedOperationException("not a file on disk");
     }
 
     @Override
     public FileLock lock(long from, long size, boolean shared) {
-        throw new UnsupportedOperationException("not a file of the system");
+        throw new UnsupportedOperationException("not a file on disk");
     }
 
     @Override
     public FileLock tryLock(long from, long size, boolean shared) {
-        throw new UnsupportedOperationException("not a file of the system");
+        throw new UnsupportedOperationException("not a file on disk");
     }
 
     @Override
     protected void implCloseChannel() {
-        // The content has an owner of its own.
+        // The owner of the content closes it.
     }
 
     private void requireOpen() throws ClosedChannelException {

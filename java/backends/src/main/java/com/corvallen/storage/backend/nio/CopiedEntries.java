@@ -9,9 +9,9 @@ import java.security.NoSuchAlgorithmException;
 import java.util.Arrays;
 
 /**
- * What a copy of a tree has taken: under which name, and which file with what size and time. It is kept as 64 bits of
- * a digest for each entry, so a million takes 8 MB. The chance that one entry is taken for a copied one by mistake is
- * then one in ten million millions. Used by one thread.
+ * The entries that a tree copy has taken: each with its name, and a file with its size and time. An entry is kept as a
+ * 64-bit digest, so a million of them take 8 MB. The chance of taking one entry for another is then one in ten million
+ * million. Used by one thread.
  */
 final class CopiedEntries {
     private final MessageDigest digest;
@@ -27,7 +27,7 @@ final class CopiedEntries {
         }
     }
 
-    /** Returns what stands for an entry. A folder's size and time change with its children, so they do not count. */
+    /** Returns the digest of an entry. A folder's size and time change with its children, so they do not count. */
     long markOf(long parent, Path name, BasicFileAttributes attributes) {
         boolean isFolder = attributes.isDirectory();
         digest.update(ByteBuffer.allocate(2 * Long.BYTES + 1)

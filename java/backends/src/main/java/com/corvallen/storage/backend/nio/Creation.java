@@ -7,19 +7,19 @@ import java.nio.file.FileSystemException;
 import java.nio.file.Files;
 import java.nio.file.Path;
 
-/** Creates files and folders, exclusively: what has the name already stays as it is, a link that leads nowhere too. */
+/** Creates files and folders exclusively: whatever has the name stays as it is, even a link that leads nowhere. */
 final class Creation {
     private Creation() {}
 
     static void createFile(Entry entry) throws IOException, ProviderException {
-        create(entry, () -> OpenFiles.creating(entry.path, () -> Files.createFile(entry.path)));
+        create(entry, () -> FileUses.creating(entry.path, () -> Files.createFile(entry.path)));
     }
 
     static void createFolder(Entry entry) throws IOException, ProviderException {
         create(entry, () -> Files.createDirectory(entry.path));
     }
 
-    private static void create(Entry entry, IoAction action) throws IOException, ProviderException {
+    private static void create(Entry entry, Failures.Action action) throws IOException, ProviderException {
         if (entry.isRoot()) {
             throw new FileAlreadyExistsException(entry.path.toString());
         }
@@ -36,8 +36,8 @@ final class Creation {
         });
     }
 
-    /** The system looks for the parent itself; which of its faults it has met is found out afterwards. */
-    private static void createAtOnce(Entry entry, IoAction action) throws IOException, ProviderException {
+    /** The system checks the parent itself; only if it fails is the parent checked here, to report the right error. */
+    private static void createAtOnce(Entry entry, Failures.Action action) throws IOException, ProviderException {
         try {
             action.run();
         } catch (FileSystemException e) {
@@ -46,7 +46,7 @@ final class Creation {
         }
     }
 
-    /** Creates an empty file unless one is there; through a link that leads nowhere, the one that it names. */
+    /** Creates an empty file unless one exists. If the path is a link that leads nowhere, creates its target. */
     static void createIfMissing(Path path) throws IOException, ProviderException {
         if (FileSystemTraits.createsExclusively(path.getFileSystem())) {
             createOnDisk(path);
@@ -59,10 +59,10 @@ final class Creation {
         });
     }
 
-    /** What is there by now is not opened: to close it again would take the locks of this process off it. */
+    /** Does not open a file that exists by now: closing it would drop this process's locks on it. */
     private static void createOnDisk(Path path) throws IOException, ProviderException {
         try {
-            OpenFiles.creating(path, () -> Files.createFile(path));
+            FileUses.creating(path, () -> Files.createFile(path));
         } catch (FileAlreadyExistsException e) {
             if (Files.isSymbolicLink(path) && EntryKind.of(path) == EntryKind.MISSING) {
                 createOnDisk(path.resolveSibling(Files.readSymbolicLink(path)));

@@ -9,11 +9,11 @@ import java.nio.file.Path;
 import java.nio.file.StandardOpenOption;
 import java.util.Locale;
 
-/** Sends what was written to the disk, so that it outlives a loss of power. Nothing to do where there is no disk. */
+/** Sends what was written to the disk, so that it survives a loss of power. Does nothing where there is no disk. */
 final class Durability {
     private Durability() {}
 
-    /** Forces the names in a folder, as far as the disk can. */
+    /** Forces the names in a folder to the disk, if the disk can. */
     static void forceFolder(Path folder) throws IOException {
         if (!isOnDisk(folder) || !Privacy.isKnown(folder.getFileSystem())) {
             return;
@@ -21,7 +21,7 @@ final class Durability {
         try {
             force(folder);
         } catch (AccessDeniedException e) {
-            // A folder that may be written to but not read cannot be opened for this.
+            // A folder that is writable but not readable cannot be opened for this.
         } catch (IOException e) {
             if (!isRefusalOfFolders(e)) {
                 throw e;
@@ -39,7 +39,7 @@ final class Durability {
         }
     }
 
-    /** Some network file systems cannot do it for folders, and say so. */
+    /** Some network file systems cannot force folders, and say so. */
     private static boolean isRefusalOfFolders(IOException e) {
         String reason = String.valueOf(e.getMessage()).toLowerCase(Locale.ROOT);
         return reason.contains("invalid argument") || reason.contains("not supported");

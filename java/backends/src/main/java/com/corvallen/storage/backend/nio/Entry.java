@@ -4,16 +4,16 @@ import com.corvallen.storage.provider.ErrorCode;
 import com.corvallen.storage.provider.ProviderException;
 import com.corvallen.storage.provider.StorageURI;
 import java.io.IOException;
+import java.nio.file.AccessDeniedException;
 import java.nio.file.FileSystem;
 import java.nio.file.FileSystemException;
 import java.nio.file.Files;
-import java.nio.file.LinkOption;
 import java.nio.file.Path;
 import java.nio.file.attribute.BasicFileAttributes;
 
 /**
- * The name in a folder that an operation acts on, existing or not. If it is a link, it is the link: links on the way
- * are followed, the last is not.
+ * The name in a folder that an operation acts on, whether or not it exists. Links on the way are followed, but not the
+ * last name: if it is a link, the operation acts on the link.
  */
 final class Entry {
     final StorageURI location;
@@ -38,7 +38,7 @@ final class Entry {
         return Files.isSymbolicLink(path);
     }
 
-    /** Returns the path without a link on the way: two entries are the same name if these are equal. */
+    /** Returns the path without links on the way. Two entries are the same name if these paths are equal. */
     Path realPath() throws IOException {
         Path parent = path.getParent();
         if (parent == null) {
@@ -47,19 +47,21 @@ final class Entry {
         try {
             return parent.toRealPath().resolve(path.getFileName());
         } catch (FileSystemException e) {
-            // There is no way there, which whoever uses the path finds out.
+            // The parent cannot be reached; using the path reports that.
             return path;
         }
     }
 
-    /** Returns what a link leads to, be it a name that nothing has yet; throws if it leads in circles or out. */
+    /**
+     * Returns the entry that a link leads to, even if nothing is there yet. Throws if the link leads in circles or out.
+     */
     Entry followed() throws IOException, ProviderException {
         return isLink() ? new Entry(location, mount.followLinks(location), mount) : this;
     }
 
-    /** Tells what is here. A link counts as what it leads to, and as a file if it leads nowhere or out of the mount. */
+    /** Tells what is here. A link counts as its target, or as a file if it leads nowhere or out of the mount. */
     EntryKind kind() throws IOException {
-        BasicFileAttributes own = EntryKind.attributesOf(path, LinkOption.NOFOLLOW_LINKS);
+        BasicFileAttributes own = EntryKind.ownAttributesOf(path);
         if (own == null || !own.isSymbolicLink()) {
             return EntryKind.of(own);
         }
@@ -94,14 +96,22 @@ final class Entry {
         }
     }
 
-    /** Where a file that is open cannot be removed or moved, it must not seem to be. */
+    /** Refuses to remove or move an open file where the file system would only seem to do it. */
     void requireNotPinned() throws ProviderException {
-        if (OpenFiles.pinned(path)) {
-            throw failure(ErrorCode.IN_USE, "is open, or holds a file that is");
+        if (FileUses.pinned(path)) {
+            throw failure(ErrorCode.IN_USE, "is open, or contains an open file");
         }
     }
 
-    /** Some file systems create entries below files if nobody stops them. */
+    /** Throws early if the source of a move could not be removed after everything has been copied. */
+    void requireMovable() throws IOException {
+        Path parent = path.getParent();
+        if (fileSystem().isReadOnly() || parent != null && !Files.isWritable(parent)) {
+            throw new AccessDeniedException(path.toString(), null, "cannot be removed from where it is");
+        }
+    }
+
+    /** Checked because some file systems would create entries below files. */
     void requireParentFolder() throws IOException, ProviderException {
         Path parent = path.getParent();
         EntryKind kind = parent == null ? EntryKind.FOLDER : EntryKind.of(parent);
@@ -109,11 +119,11 @@ final class Entry {
             throw failure(ErrorCode.NOT_FOUND, "has no parent folder");
         }
         if (kind == EntryKind.FILE) {
-            throw failure(ErrorCode.NOT_A_FOLDER, "has a file for a parent");
+            throw failure(ErrorCode.NOT_A_FOLDER, "has a file as its parent");
         }
     }
 
     ProviderException failure(ErrorCode code, String what) {
-        return new ProviderException(code, location, location + " " + what);
+        return Failures.of(code, location, what);
     }
 }

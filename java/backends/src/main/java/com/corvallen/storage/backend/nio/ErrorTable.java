@@ -35,12 +35,12 @@ import java.util.zip.ZipException;
 /**
  * The one place where exceptions of {@code java.nio.file} become error codes.
  *
- * <p>The class of the exception decides if it stands for one thing only. A {@link FileSystemException} of no particular
- * class, and a plain {@link IOException}, say what happened only in the words of the system, so the words decide. They
- * are the English ones; under another language such a failure is UNKNOWN.
+ * <p>The class of the exception decides if it has only one meaning. A {@link FileSystemException} of no particular
+ * class, or a plain {@link IOException}, says what happened only in the system's words, so those decide. Only English
+ * words are known; in another language such a failure is UNKNOWN.
  */
 final class ErrorTable {
-    /** The first class that fits counts, so a class stands before its superclasses. */
+    /** The first match counts, so a class comes before its superclasses. */
     static final List<Entry<Class<? extends Exception>, ErrorCode>> CLASSES = List.of(
             entry(NoSuchFileException.class, ErrorCode.NOT_FOUND),
             entry(FileAlreadyExistsException.class, ErrorCode.ALREADY_EXISTS),
@@ -67,7 +67,7 @@ final class ErrorTable {
             entry(InvalidPathException.class, ErrorCode.INVALID_LOCATION),
             entry(UnsupportedOperationException.class, ErrorCode.NOT_SUPPORTED));
 
-    /** The first text that occurs in the reason counts, whatever the letter case. */
+    /** The first text that occurs in the reason counts, in any letter case. */
     static final List<Entry<String, ErrorCode>> REASONS = List.of(
             entry("no space left on device", ErrorCode.STORAGE_FULL),
             entry("disk quota exceeded", ErrorCode.STORAGE_FULL),
@@ -103,7 +103,7 @@ final class ErrorTable {
 
     private ErrorTable() {}
 
-    /** Returns the code for an exception, UNKNOWN if no row fits. */
+    /** Returns the code for an exception, or UNKNOWN if no row fits. */
     static ErrorCode codeOf(Exception exception) {
         Exception plain = unwrapped(exception);
         for (Entry<Class<? extends Exception>, ErrorCode> row : CLASSES) {
@@ -130,7 +130,7 @@ final class ErrorTable {
         return ErrorCode.UNKNOWN;
     }
 
-    /** The message of a FileSystemException also holds names of files, and those may say anything. */
+    /** Leaves out the file names in the message of a FileSystemException: they can contain any words. */
     static String reasonOf(Exception exception) {
         String reason = "";
         if (exception instanceof FileSystemException) {

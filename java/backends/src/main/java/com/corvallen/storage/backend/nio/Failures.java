@@ -7,11 +7,23 @@ import java.io.IOException;
 import java.nio.file.FileSystemException;
 import java.nio.file.Path;
 
-/** Runs operations and turns what the file system throws into what the host understands. */
+/** Runs operations, and turns exceptions of file systems into ProviderException. */
 final class Failures {
     private Failures() {}
 
-    static <T> T translated(StorageURI location, IoQuery<T> query) throws ProviderException {
+    /** Something to do on a file system. */
+    @FunctionalInterface
+    interface Action {
+        void run() throws IOException, ProviderException;
+    }
+
+    /** Something to find out from a file system. */
+    @FunctionalInterface
+    interface Query<T> {
+        T run() throws IOException, ProviderException;
+    }
+
+    static <T> T translated(StorageURI location, Query<T> query) throws ProviderException {
         try {
             return query.run();
         } catch (IOException | RuntimeException e) {
@@ -19,7 +31,7 @@ final class Failures {
         }
     }
 
-    static void translated(StorageURI location, IoAction action) throws ProviderException {
+    static void translated(StorageURI location, Action action) throws ProviderException {
         try {
             action.run();
         } catch (IOException | RuntimeException e) {
@@ -27,13 +39,18 @@ final class Failures {
         }
     }
 
-    /** As translated, for an operation with two locations: reports the one that the file system complains about. */
-    static void translatedMove(Entry source, Entry target, IoAction action) throws ProviderException {
+    /** As translated, for an operation with two locations: reports the one that the failure concerns. */
+    static void translatedMove(Entry source, Entry target, Action action) throws ProviderException {
         try {
             action.run();
         } catch (IOException | RuntimeException e) {
             throw failure(e, concernsTarget(e, source, target) ? target.location : source.location);
         }
+    }
+
+    /** Returns a failure whose message is the location and what is wrong with it. */
+    static ProviderException of(ErrorCode code, StorageURI location, String what) {
+        return new ProviderException(code, location, location + " " + what);
     }
 
     private static ProviderException failure(Exception e, StorageURI location) {
@@ -51,7 +68,7 @@ final class Failures {
         if (file == null || file.startsWith(source.path.toString())) {
             return false;
         }
-        // What a move writes stands beside the target until it is complete.
+        // Until a move is complete, what it writes is beside the target.
         Path parent = target.path.getParent();
         return parent != null && file.startsWith(parent.toString());
     }

@@ -5,8 +5,8 @@ import java.util.function.Predicate;
 import java.util.stream.Stream;
 
 /**
- * Tells which features there are. A feature has no location, so it is there if the default file system and every mount
- * that is configured at that moment have it.
+ * Tells which features are available. A feature has no location, so it is available only if the default file system and
+ * every configured mount have it.
  */
 final class Features {
     private Features() {}
@@ -32,7 +32,7 @@ final class Features {
         try {
             return Stream.concat(Stream.of("file"), MountProperty.schemes()).allMatch(trait);
         } catch (SecurityException e) {
-            // Whoever may not read the properties knows of no mount, and claims nothing; no exception may leave here.
+            // The mounts are not known, so nothing is promised. No exception may leave here.
             return false;
         }
     }

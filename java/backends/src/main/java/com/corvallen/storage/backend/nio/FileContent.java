@@ -4,7 +4,7 @@ import java.io.IOException;
 import java.nio.ByteBuffer;
 import java.nio.channels.FileChannel;
 
-/** The content of a file on disk. Closing the file is left to the owner of the channel. */
+/** The content of a file on disk. The owner of the channel closes it. */
 final class FileContent implements Content {
     private final FileChannel channel;
 

@@ -10,7 +10,7 @@ import java.nio.file.LinkOption;
 import java.nio.file.Path;
 import java.nio.file.attribute.BasicFileAttributes;
 
-/** Moves one file or link: by a rename, or as a copy that takes the target's name when it is complete. */
+/** Moves one file or link: by a rename, or by a copy that gets the target's name once it is complete. */
 final class FileMove {
     private FileMove() {}
 
@@ -28,7 +28,7 @@ final class FileMove {
         }
     }
 
-    /** A link in the place of the file that it leads to would lead nowhere, and the content would be lost. */
+    /** Refuses to replace a file by a link to it: the link would lead nowhere, and the content would be lost. */
     private static void requireOther(Entry source, Entry target) throws IOException, ProviderException {
         boolean isItsOwn = !target.isLink()
                 && target.kind() == EntryKind.FILE
@@ -36,7 +36,7 @@ final class FileMove {
                 && source.fileSystem().equals(target.fileSystem())
                 && Files.isSameFile(source.path, target.path);
         if (isItsOwn && !source.realPath().equals(target.realPath())) {
-            throw target.failure(ErrorCode.INVALID_LOCATION, "is what the link to be moved leads to");
+            throw target.failure(ErrorCode.INVALID_LOCATION, "is the target of the link to be moved");
         }
     }
 
@@ -50,20 +50,20 @@ final class FileMove {
         source.requireNotPinned();
         target.requireNotPinned();
         if (!source.fileSystem().equals(target.fileSystem())) {
-            FileTransfer.transfer(source, target, replace);
+            copyOver(source, target, replace);
         } else if (present != EntryKind.MISSING && areHardLinks(source, target)) {
-            // A rename does nothing between two names of one file; the target holds what it should already.
-            SpareName.remove(source.path, target.path, attributesOf(source.path));
+            // Renaming one name of a file to another name of it does nothing, so only the source is removed.
+            SpareName.remove(source.path, target.path, EntryKind.ownAttributesOf(source.path));
         } else {
             rename(source, target, replace);
         }
     }
 
     /**
-     * Moves to a name that nothing has, as most moves do. The system looks at the target better than this class could
-     * before; what it refuses is left for the checks.
+     * Moves to a free name, which is the common case. The system checks the target itself; if it refuses, the checks of
+     * this class find out why.
      *
-     * @return false if nothing has happened
+     * @return false if the file was not moved
      */
     private static boolean takesFreeName(Entry source, Entry target) throws IOException {
         if (!source.fileSystem().equals(target.fileSystem())
@@ -86,9 +86,9 @@ final class FileMove {
             throw target.failure(ErrorCode.ALREADY_EXISTS, "exists");
         }
         if (present == EntryKind.FOLDER) {
-            throw target.failure(ErrorCode.NOT_A_FILE, "is a folder, which a file does not replace");
+            throw target.failure(ErrorCode.NOT_A_FILE, "is a folder, and a file does not replace a folder");
         }
-        BasicFileAttributes own = attributesOf(target.path);
+        BasicFileAttributes own = EntryKind.ownAttributesOf(target.path);
         if (own != null && own.isOther()) {
             throw target.failure(ErrorCode.NOT_SUPPORTED, "is neither a file nor a folder, and is not replaced");
         }
@@ -97,25 +97,21 @@ final class FileMove {
     private static void rename(Entry source, Entry target, boolean replace) throws IOException, ProviderException {
         try {
             if (replace && isRegular(source) && isRegular(target)) {
-                Replacement.rename(source.path, target.path);
+                Renaming.replace(source.path, target.path);
             } else {
                 Renaming.rename(source.path, target.path, replace);
             }
         } catch (AtomicMoveNotSupportedException e) {
-            FileTransfer.transfer(source, target, replace);
+            copyOver(source, target, replace);
         }
     }
 
-    static boolean isRegular(Entry entry) throws IOException {
-        BasicFileAttributes attributes = attributesOf(entry.path);
+    private static boolean isRegular(Entry entry) throws IOException {
+        BasicFileAttributes attributes = EntryKind.ownAttributesOf(entry.path);
         return attributes != null && attributes.isRegularFile();
     }
 
-    private static BasicFileAttributes attributesOf(Path path) throws IOException {
-        return EntryKind.attributesOf(path, LinkOption.NOFOLLOW_LINKS);
-    }
-
-    /** The count tells two names of one file from one name that the file system knows in two spellings. */
+    /** The link count distinguishes two hard links from two spellings of one name. */
     private static boolean areHardLinks(Entry source, Entry target) throws IOException {
         return FileSystemTraits.createsExclusively(source.fileSystem())
                 && source.fileSystem().supportedFileAttributeViews().contains("unix")
@@ -124,5 +120,27 @@ final class FileMove {
                 && Files.exists(target.path)
                 && Files.isSameFile(source.path, target.path)
                 && (int) Files.getAttribute(source.path, "unix:nlink", LinkOption.NOFOLLOW_LINKS) > 1;
+    }
+
+    /** Moves where a rename cannot: makes a private copy that gets the target's name at the end. */
+    private static void copyOver(Entry source, Entry target, boolean replace) throws IOException, ProviderException {
+        source.requireMovable();
+        Path temporary = Names.hiddenBeside(target.path);
+        BasicFileAttributes copied;
+        try {
+            KeptAttributes replaced = replace && isRegular(target) ? KeptAttributes.of(target.path) : null;
+            OpenFolder folder = OpenFolder.named(source.path.getParent());
+            copied = FileCopy.copy(folder, source.path.getFileName(), temporary, replaced);
+            Interruption.check();
+            Renaming.renameAnyhow(temporary, target.path, replace);
+            Durability.forceFolder(target.path.getParent());
+        } catch (IOException | RuntimeException | ProviderException e) {
+            Removal.discard(temporary, e);
+            throw e;
+        }
+        if (!SpareName.removeUnchanged(source.path, copied)) {
+            throw new InUseException(
+                    source.path.toString(), "was copied, but has changed since, so the source is kept");
+        }
     }
 }

@@ -7,16 +7,16 @@ import java.util.Map;
 import java.util.WeakHashMap;
 
 /**
- * Makes "create unless it exists" one step on file systems that do not. These live inside the process, so one lock for
- * each of them is enough.
+ * Makes "create unless it exists" one step on file systems that cannot. They live inside the process, so one lock for
+ * each is enough.
  */
 final class FileSystemLocks {
     private static final Map<FileSystem, Object> LOCKS = new WeakHashMap<>();
 
     private FileSystemLocks() {}
 
-    /** Runs an action, and no other under the same file system's lock meanwhile. */
-    static void locked(FileSystem system, IoAction action) throws IOException, ProviderException {
+    /** Runs an action while no other runs under the same file system's lock. */
+    static void locked(FileSystem system, Failures.Action action) throws IOException, ProviderException {
         synchronized (lockOf(system)) {
             action.run();
         }

@@ -8,7 +8,7 @@ import java.nio.file.FileSystem;
 import java.nio.file.Path;
 import java.nio.file.attribute.BasicFileAttributes;
 
-/** What a location leads to, links followed: a file or folder that was there when it was looked at. */
+/** The target of a location, links followed: something that existed when it was examined. */
 final class Found {
     final StorageURI location;
     final Path path;
@@ -24,7 +24,7 @@ final class Found {
         Path path = mount.follow(location);
         BasicFileAttributes attributes = EntryKind.attributesOf(path);
         if (attributes == null) {
-            throw new ProviderException(ErrorCode.NOT_FOUND, location, location + " does not exist");
+            throw Failures.of(ErrorCode.NOT_FOUND, location, "does not exist");
         }
         return new Found(location, path, attributes);
     }
@@ -33,7 +33,7 @@ final class Found {
         return path.getFileSystem();
     }
 
-    /** The path to open it by: of a folder, one that leads nowhere if something else has taken its name. */
+    /** The path to open: for a folder, one that fails if something else has taken the name. */
     Path openedPath() {
         return attributes.isDirectory() ? Names.asFolder(path) : path;
     }
@@ -52,7 +52,10 @@ final class Found {
         return this;
     }
 
-    /** Tells whether it is a file or folder. Opening a pipe waits for its other end, and a device does as it likes. */
+    /**
+     * Tells whether it is a file or folder. Opening a pipe waits for the other end, and opening a device has side
+     * effects.
+     */
     boolean isOpenable() {
         return !attributes.isOther();
     }
@@ -65,6 +68,6 @@ final class Found {
     }
 
     ProviderException failure(ErrorCode code, String what) {
-        return new ProviderException(code, location, location + " " + what);
+        return Failures.of(code, location, what);
     }
 }

@@ -2,7 +2,7 @@ package com.corvallen.storage.backend.nio;
 
 import java.nio.file.FileSystemException;
 
-/** Someone else uses a file in a way that leaves no room for what was to be done. */
+/** Someone else uses a file in a way that rules out the operation. */
 final class InUseException extends FileSystemException {
     private static final long serialVersionUID = 1L;
 

@@ -2,11 +2,11 @@ package com.corvallen.storage.backend.nio;
 
 import java.io.InterruptedIOException;
 
-/** Ends what takes long when the thread is interrupted. The thread stays interrupted, so its caller sees it. */
+/** Ends long work when its thread is interrupted. The thread stays interrupted, so its caller sees it. */
 final class Interruption {
     private Interruption() {}
 
-    /** What a thread is to bring to its end though it was interrupted; it stays interrupted afterwards. */
+    /** Hides an interruption from work that must be finished; end() restores it. */
     static final class PutOff {
         private final boolean wasInterrupted = Thread.interrupted();
 
@@ -17,7 +17,7 @@ final class Interruption {
         }
     }
 
-    /** Called between two entries or two portions of a file. */
+    /** Called between entries and between portions of a file. */
     static void check() throws InterruptedIOException {
         if (Thread.currentThread().isInterrupted()) {
             throw failure();

@@ -5,16 +5,16 @@ import java.nio.file.Path;
 import java.util.List;
 
 /**
- * Resolves paths below a root, links included, such that the result is below the root.
+ * Resolves paths below a root, including links, so that the result stays below the root.
  *
- * <p>Links are read one by one, and what a link leads to is never looked at before it is known to be inside. A path
- * that leaves the root, if only on the way, ends in {@link java.nio.file.AccessDeniedException}, and one that goes
- * round in circles in {@link java.nio.file.FileSystemLoopException}. Missing entries are no failure here.
+ * <p>Links are read one by one, and the target of a link is examined only after it is known to be inside. A path that
+ * leaves the root, even on the way, throws {@link java.nio.file.AccessDeniedException}; one that goes in circles throws
+ * {@link java.nio.file.FileSystemLoopException}. Missing entries are not a failure here.
  */
 final class Jail {
     private final Path root;
 
-    /** How the root was named, if that leads over links: absolute links inside may name it the same way. */
+    /** The root as it was named, which may lead over links: absolute links inside may name it the same way. */
     private final Path alias;
 
     /**
@@ -28,12 +28,12 @@ final class Jail {
         this.alias = alias;
     }
 
-    /** Returns where a path below the root leads to; no part of the result was a link when it was looked at. */
+    /** Returns where a path below the root leads; no part of the result was a link when it was examined. */
     Path follow(Path path) throws IOException {
         return new LinkWalk(this, namesBelow(root, path), /* followLast= */ true).run();
     }
 
-    /** The same for all but the last name, which stays as it is, be it a link or not. */
+    /** Like {@link #follow}, but does not follow the last name, even if it is a link. */
     Path followParent(Path path) throws IOException {
         return new LinkWalk(this, namesBelow(root, path), /* followLast= */ false).run();
     }
@@ -42,7 +42,7 @@ final class Jail {
         return root;
     }
 
-    /** Returns the names that lead from the root to where an absolute link leads, or null if it leads out. */
+    /** Returns the names from the root to the target of an absolute link, or null if it leads out. */
     Iterable<Path> namesInside(Path absolute) {
         if (absolute.startsWith(root)) {
             return namesBelow(root, absolute);
@@ -50,7 +50,7 @@ final class Jail {
         return absolute.startsWith(alias) ? namesBelow(alias, absolute) : null;
     }
 
-    /** Path.relativize would take ".." away, and with it the step that leads out. */
+    /** Path.relativize would drop "..", and with it the step that leads out. */
     private static Iterable<Path> namesBelow(Path base, Path path) {
         int from = base.getNameCount();
         int to = path.getNameCount();

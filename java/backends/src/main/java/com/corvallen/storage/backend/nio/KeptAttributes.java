@@ -11,10 +11,10 @@ import java.util.Map;
 import java.util.Set;
 
 /**
- * The owner, group and permissions of a file or folder, and what users have attached to it: what it keeps when it moves
- * to another storage, and when another content takes its place. Each is given on as far as the process may and the
- * storage can. That never opens the content to more people: a group that is not the one it should be may do only what
- * everyone may. What comes from a storage without permissions gets those of any new file.
+ * The owner, group, permissions and user attributes of a file or folder. It keeps them when it moves to another
+ * storage, and when another content takes its place. Each is passed on if the process may and the storage can. That
+ * never gives more people access: if the group cannot be set, the group gets only the rights of everyone. What comes
+ * from a storage without permissions gets those of a new file.
  */
 final class KeptAttributes {
     private static final String MODE = "unix:mode";
@@ -28,21 +28,21 @@ final class KeptAttributes {
     private static final int OF_OTHERS = 0007;
     private static final int ALL_MODE = 07777;
 
-    /** The mode, owner and group as numbers, empty where files have none. */
+    /** The mode, owner and group as numbers; empty where files have none. */
     private final Map<String, Object> unix;
 
     /** Null where files have none. */
     private final Set<PosixFilePermission> permissions;
 
-    private final AttachedValues attached;
+    private final UserAttributeValues userAttributes;
 
     private KeptAttributes(Path path) throws IOException {
         unix = isUnix(path) ? Files.readAttributes(path, "unix:mode,uid,gid", LinkOption.NOFOLLOW_LINKS) : Map.of();
         permissions = permissionsOf(path);
-        attached = AttachedValues.of(path);
+        userAttributes = UserAttributeValues.of(path);
     }
 
-    /** Reads those of a file or folder, no link. */
+    /** Reads those of a file or folder, not of a link. */
     static KeptAttributes of(Path path) throws IOException {
         return new KeptAttributes(path);
     }
@@ -61,30 +61,30 @@ final class KeptAttributes {
         return Files.getFileAttributeView(path, PosixFileAttributeView.class, LinkOption.NOFOLLOW_LINKS);
     }
 
-    /** Gives what users have attached, beside what the file has; of two values of one name, this one stays. */
-    void giveAttached(Path to) throws IOException {
-        if (!attached.areIn(to)) {
+    /** Adds the user attributes to those of another file, replacing values of the same name. */
+    void giveUserAttributes(Path to) throws IOException {
+        if (!userAttributes.areIn(to)) {
             makeWritable(to);
-            attached.giveTo(to);
+            userAttributes.giveTo(to);
         }
     }
 
-    /** Gives owner, group and permissions to a copy, with the bits that let a program run as its owner. */
+    /** Gives owner, group and permissions to a copy, including the set-user-ID and set-group-ID bits. */
     void giveAccess(Path to) throws IOException {
         giveAccess(to, ALL_MODE);
     }
 
-    /** Gives owner, group and permissions to another content. No program runs as its owner that was none before. */
+    /** Gives owner, group and permissions to another content, without the set-user-ID and set-group-ID bits. */
     void giveAccessAnew(Path to) throws IOException {
         giveAccess(to, PERMISSIONS);
     }
 
-    /** Makes a file what it was when this was read, after something has failed. */
+    /** Restores a file to what was read here, after something has failed. */
     void restore(Path path, Exception reported) {
         try {
             makeWritable(path);
-            attached.giveTo(path);
-            attached.removeOthers(path);
+            userAttributes.giveTo(path);
+            userAttributes.removeOthers(path);
             giveAccess(path);
         } catch (IOException e) {
             reported.addSuppressed(e);
@@ -101,9 +101,9 @@ final class KeptAttributes {
         }
     }
 
-    /** Returns what a file or folder of that kind gets in this place if nobody says what. */
+    /** Returns the permissions that a new file or folder gets in this place by default. */
     private static Set<PosixFilePermission> permissionsOfNew(Path like) throws IOException {
-        Path sample = HiddenNames.beside(like);
+        Path sample = Names.hiddenBeside(like);
         if (EntryKind.of(like, LinkOption.NOFOLLOW_LINKS) == EntryKind.FOLDER) {
             Files.createDirectory(sample);
         } else {
@@ -122,7 +122,7 @@ final class KeptAttributes {
         boolean sameGroup = number(now, GROUP) == number(unix, GROUP);
         int modeNow = number(now, MODE) & ALL_MODE;
         if (!sameOwner || !sameGroup) {
-            // Neither group may do meanwhile what is meant for the other one.
+            // Until the group is set, neither group may have the rights of the other.
             setMode(to, modeNow, modeNow & OF_OWNER);
             sameGroup = sameGroup || isGiven(to, GROUP);
             sameOwner = sameOwner || isGiven(to, OWNER);
@@ -137,7 +137,7 @@ final class KeptAttributes {
         return sameGroup ? result : result & ~OF_GROUP | result & everyone << 3;
     }
 
-    /** Only root may give a file away, and others only to groups of their own. */
+    /** Returns whether it worked: only root may give a file away, and others only to groups of their own. */
     private boolean isGiven(Path to, String name) {
         try {
             Files.setAttribute(to, name, number(unix, name), LinkOption.NOFOLLOW_LINKS);
@@ -147,7 +147,7 @@ final class KeptAttributes {
         }
     }
 
-    /** Attached values can be changed only by those who may write. */
+    /** User attributes can be changed only by a process that may write. */
     private static void makeWritable(Path path) throws IOException {
         if (isUnix(path)) {
             int mode = number(numbersOf(path), MODE) & ALL_MODE;
@@ -176,10 +176,7 @@ final class KeptAttributes {
         }
     }
 
-    /**
-     * Tells whether a process may set the permissions of a file, but only those that it has: some disks give the same
-     * ones to all files.
-     */
+    /** Tells whether the permissions can be set, but only to what they are: some disks give all files the same. */
     private static boolean isFixed(Path path, int now) {
         try {
             changeMode(path, now);
@@ -190,8 +187,8 @@ final class KeptAttributes {
     }
 
     private static void changeMode(Path path, int mode) throws IOException {
-        if (!OpenFiles.briefly(path, () -> Files.setAttribute(path, MODE, mode, LinkOption.NOFOLLOW_LINKS))) {
-            // Links are followed so that it is not opened; that it is none was known before.
+        if (!FileUses.briefly(path, () -> Files.setAttribute(path, MODE, mode, LinkOption.NOFOLLOW_LINKS))) {
+            // Java opens the file unless links are followed; this is known not to be one.
             Files.setAttribute(path, MODE, mode);
         }
     }

@@ -11,16 +11,18 @@ import java.util.Map;
 import java.util.Set;
 import java.util.function.Predicate;
 
-/** The listeners of one key: to everything in its folder, or to one name there. Used under the watcher's lock. */
+/**
+ * The listeners of one watch key: for everything in its folder, or for one name there. Used under the watcher's lock.
+ */
 final class KeyListeners {
-    private final Set<SignalListener> toAll = new LinkedHashSet<>();
-    private final Map<Path, Set<SignalListener>> byName = new HashMap<>();
+    private final Set<Signals.Listener> toAll = new LinkedHashSet<>();
+    private final Map<Path, Set<Signals.Listener>> byName = new HashMap<>();
 
-    void add(SignalListener listener, Path name) {
+    void add(Signals.Listener listener, Path name) {
         (name == null ? toAll : byName.computeIfAbsent(name, unused -> new LinkedHashSet<>())).add(listener);
     }
 
-    void remove(SignalListener listener, Path name) {
+    void remove(Signals.Listener listener, Path name) {
         if (name == null) {
             toAll.remove(listener);
             return;
@@ -35,9 +37,9 @@ final class KeyListeners {
         return toAll.isEmpty() && byName.isEmpty();
     }
 
-    /** Signals each event to those that listen to its name, and one that names nothing to everyone. */
-    void signal(List<WatchEvent<?>> events, Changes changes, Predicate<SignalListener> stays) {
-        for (SignalListener listener : List.copyOf(toAll)) {
+    /** Passes each event to the listeners for its name, and an event without a name to all. */
+    void signal(List<WatchEvent<?>> events, Changes changes, Predicate<Signals.Listener> stays) {
+        for (Signals.Listener listener : List.copyOf(toAll)) {
             if (stays.test(listener)) {
                 listener.signalled(events, changes);
             }
@@ -45,9 +47,9 @@ final class KeyListeners {
         if (byName.isEmpty()) {
             return;
         }
-        Map<SignalListener, List<WatchEvent<?>>> named = new LinkedHashMap<>();
+        Map<Signals.Listener, List<WatchEvent<?>>> named = new LinkedHashMap<>();
         for (WatchEvent<?> event : events) {
-            for (Set<SignalListener> those : concernedBy(event)) {
+            for (Set<Signals.Listener> those : concernedBy(event)) {
                 those.forEach(listener -> named.computeIfAbsent(listener, unused -> new ArrayList<>()).add(event));
             }
         }
@@ -58,14 +60,14 @@ final class KeyListeners {
         });
     }
 
-    private Iterable<Set<SignalListener>> concernedBy(WatchEvent<?> event) {
+    private Iterable<Set<Signals.Listener>> concernedBy(WatchEvent<?> event) {
         return event.context() == null ? byName.values() : List.of(byName.getOrDefault(event.context(), Set.of()));
     }
 
-    void lost(Changes changes, Predicate<SignalListener> stays) {
-        List<SignalListener> everyone = new ArrayList<>(toAll);
+    void lost(Changes changes, Predicate<Signals.Listener> stays) {
+        List<Signals.Listener> everyone = new ArrayList<>(toAll);
         byName.values().forEach(everyone::addAll);
-        for (SignalListener listener : everyone) {
+        for (Signals.Listener listener : everyone) {
             if (stays.test(listener)) {
                 listener.lost(changes);
             }
@@ -73,7 +75,7 @@ final class KeyListeners {
     }
 
     void missed() {
-        toAll.forEach(SignalListener::missed);
-        byName.values().forEach(those -> those.forEach(SignalListener::missed));
+        toAll.forEach(Signals.Listener::missed);
+        byName.values().forEach(those -> those.forEach(Signals.Listener::missed));
     }
 }

@@ -1,7 +1,6 @@
 package com.corvallen.storage.backend.nio;
 
 import java.io.IOException;
-import java.lang.System.Logger.Level;
 import java.nio.file.FileSystem;
 import java.nio.file.Path;
 import java.nio.file.WatchEvent;
@@ -13,19 +12,19 @@ import java.util.List;
 import java.util.Map;
 
 /**
- * Who listens to which key. A file system gives the same key for a folder however often it is asked, so a key has
- * several listeners if watched locations overlap, and is cancelled when the last has left.
+ * Which listeners belong to which watch key. A file system returns the same key for a folder each time, so a key has
+ * several listeners if watched locations overlap. It is cancelled when the last one leaves.
  *
- * <p>Used under the watcher's lock, but for {@link #signals}.
+ * <p>Used under the watcher's lock, except {@link #signals}.
  */
 final class KeyRing {
     private final Signals.Opener opener;
 
-    /** By file system; null for those that signal nothing. */
+    /** By file system; null for those without a watch service. */
     private final Map<FileSystem, Signals> bySystem = new IdentityHashMap<>();
 
     private final Map<WatchKey, KeyListeners> listeners = new HashMap<>();
-    private final Map<SignalListener, Registration> registrations = new IdentityHashMap<>();
+    private final Map<Signals.Listener, Registration> registrations = new IdentityHashMap<>();
     private volatile List<Signals> signals = List.of();
 
     /** What a listener listens to. */
@@ -45,18 +44,18 @@ final class KeyRing {
         this.opener = opener;
     }
 
-    /** Returns all that can be waited for. Safe on any thread. */
+    /** Returns everything that can be waited for. Safe on any thread. */
     List<Signals> signals() {
         return signals;
     }
 
-    /** Has a folder signalled to a listener, if its file system can; otherwise it is to be polled. */
-    void register(SignalListener listener, Path folder) {
+    /** Registers a listener for a folder, if the file system can signal; otherwise the folder is polled. */
+    void register(Signals.Listener listener, Path folder) {
         register(listener, folder, /* name= */ null);
     }
 
-    /** The same, with signals about one of the children only. However many others listen, they are not asked. */
-    void register(SignalListener listener, Path folder, Path name) {
+    /** Registers a listener for one child of a folder. It costs the same however many others listen. */
+    void register(Signals.Listener listener, Path folder, Path name) {
         WatchKey key = keyOf(folder);
         if (key != null && key.equals(keyHeldBy(listener))) {
             return;
@@ -68,12 +67,14 @@ final class KeyRing {
         }
     }
 
-    private WatchKey keyHeldBy(SignalListener listener) {
+    private WatchKey keyHeldBy(Signals.Listener listener) {
         Registration registration = registrations.get(listener);
         return registration == null ? null : registration.key;
     }
 
-    /** Some limit on keys may be reached, or the folder may not be read, or be gone: it is polled then. */
+    /**
+     * Returns null if there is no key: a limit may be reached, or the folder be gone or unreadable. It is polled then.
+     */
     private WatchKey keyOf(Path folder) {
         try {
             Signals source = signalsOf(folder.getFileSystem());
@@ -109,7 +110,7 @@ final class KeyRing {
         signals = List.copyOf(open);
     }
 
-    void unregister(SignalListener listener) {
+    void unregister(Signals.Listener listener) {
         Registration registration = registrations.remove(listener);
         if (registration == null) {
             return;
@@ -122,18 +123,18 @@ final class KeyRing {
         }
     }
 
-    boolean isSignalled(SignalListener listener) {
+    boolean isSignalled(Signals.Listener listener) {
         WatchKey key = keyHeldBy(listener);
         return key != null && key.isValid();
     }
 
-    /** Tells whether a folder was signalled, and is no more, as it is when it was removed and made again. */
-    boolean isLost(SignalListener listener) {
+    /** Tells whether a folder has lost its key, as happens when it is removed and created again. */
+    boolean isLost(Signals.Listener listener) {
         WatchKey key = keyHeldBy(listener);
         return key != null && !key.isValid();
     }
 
-    /** Passes on the events of a key. Listeners come and go while it runs; one that has left gets no more. */
+    /** Passes on the events of a key. Listeners may come and go during this; one that has left gets nothing more. */
     void dispatch(WatchKey key, Changes changes) {
         KeyListeners concerned = listeners.get(key);
         try {
@@ -153,7 +154,7 @@ final class KeyRing {
         }
     }
 
-    /** Forgets signals that were closed together with their file system. */
+    /** Forgets a watch service that was closed with its file system. */
     void forget(Signals closed) {
         bySystem.values().removeIf(source -> source == closed);
         publishSignals();
@@ -164,7 +165,7 @@ final class KeyRing {
             try {
                 source.close();
             } catch (IOException e) {
-                System.getLogger(NioProvider.class.getName()).log(Level.WARNING, "Cannot stop watching", e);
+                Log.warning("Cannot stop watching", e);
             }
         }
         bySystem.clear();

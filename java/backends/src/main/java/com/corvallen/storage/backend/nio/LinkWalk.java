@@ -23,7 +23,7 @@ final class LinkWalk {
     private final boolean followLast;
     private final Deque<Path> pending = new ArrayDeque<>();
 
-    /** Where the walk is: below the root, and no part of it a link. */
+    /** Where the walk is: below the root, with no link in the path. */
     private Path current;
 
     private int links;
@@ -96,7 +96,7 @@ final class LinkWalk {
         return new AccessDeniedException(path.toString(), null, "a link leads out of the mount");
     }
 
-    /** Files.isSymbolicLink would call "no" what is really "cannot tell", and the system would follow the link. */
+    /** Files.isSymbolicLink returns false if it cannot find out, and the system would then follow the link. */
     private boolean isLink(Path path) throws IOException {
         try {
             return attributesOf(path).isSymbolicLink();

@@ -17,8 +17,8 @@ import java.util.EnumSet;
 import java.util.List;
 
 /**
- * Lists the children of one folder. A file tree is walked only one level deep, because a walk hands out the attributes
- * that the system gave with the names; where it gave none, they cost one call for each child.
+ * Lists the children of one folder. Uses a file tree walk one level deep, because a walk also returns the attributes
+ * that the system sends with the names. Where the system sends none, each child costs one call.
  */
 final class Listing extends SimpleFileVisitor<Path> {
     private final StorageURI folder;
@@ -41,7 +41,7 @@ final class Listing extends SimpleFileVisitor<Path> {
         return listing.entries.toArray(new FolderListEntry[0]);
     }
 
-    /** A walk does not enter a link, not even at its beginning. */
+    /** Resolves a link, because a walk does not enter one, not even at its start. */
     private static Path startOf(Found found) throws IOException {
         Path start = found.openedPath();
         return start.equals(found.path) && Files.isSymbolicLink(start) ? start.toRealPath() : start;
@@ -58,7 +58,7 @@ final class Listing extends SimpleFileVisitor<Path> {
         return FileVisitResult.CONTINUE;
     }
 
-    /** What was removed while the folder was read is left out. */
+    /** Leaves out what was removed while the folder was read. */
     @Override
     public FileVisitResult visitFileFailed(Path child, IOException failure) throws IOException {
         if (failure instanceof NoSuchFileException && !child.equals(start)) {
@@ -67,7 +67,7 @@ final class Listing extends SimpleFileVisitor<Path> {
         throw failure;
     }
 
-    /** A name that is no name in a location cannot be followed from here, and is a file for that. */
+    /** A link whose name no location can contain counts as a file, because it cannot be followed from here. */
     private boolean leadsToFolder(String name) {
         try {
             return mount.leadsToFolder(folder.resolve(name));

@@ -5,7 +5,7 @@ import java.nio.channels.ClosedChannelException;
 import java.nio.channels.NonWritableChannelException;
 import java.nio.channels.SeekableByteChannel;
 
-/** Reads bytes that are all in memory and never change. Several may read the same. Used by one thread at a time. */
+/** Reads bytes in memory that never change, so several channels can share them. Used by one thread at a time. */
 final class MemoryChannel implements SeekableByteChannel {
     private final byte[] bytes;
     private long position;

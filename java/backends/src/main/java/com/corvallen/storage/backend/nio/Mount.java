@@ -6,11 +6,11 @@ import java.io.IOException;
 import java.nio.file.FileSystems;
 import java.nio.file.Path;
 
-/** A tree that locations are resolved in: the whole default file system, or a mount, which nothing leads out of. */
+/** A tree that locations are resolved in: the whole default file system, or a mount that nothing leads out of. */
 final class Mount implements AutoCloseable {
     private final Path root;
 
-    /** Null for the default file system, where any path may be named anyway. */
+    /** Null for the default file system, where any path may be named. */
     private final Jail jail;
 
     private final SharedFileSystems.Lease lease;
@@ -38,20 +38,22 @@ final class Mount implements AutoCloseable {
         return root.getFileSystem().isOpen();
     }
 
-    /** To be called before each change below the root. Throws InUseException where another writer is at work. */
+    /** Called before each change below the root. Throws InUseException if another writer is at work. */
     void beginWriting() throws IOException {
         if (lease != null) {
             lease.beginWriting();
         }
     }
 
-    /** Returns the path that a location leads to, all links resolved as far as they need be to know that they stay. */
+    /**
+     * Returns the path that a location leads to. In a mount, its links are resolved; elsewhere the system follows them.
+     */
     Path follow(StorageURI location) throws IOException, ProviderException {
         Path path = pathOf(location);
         return jail == null ? path : jail.follow(path);
     }
 
-    /** The same with all links resolved, on the default file system too, and be it to a name that nothing has yet. */
+    /** Returns the path that a location leads to with all links resolved, even if nothing is there yet. */
     Path followLinks(StorageURI location) throws IOException, ProviderException {
         Path path = pathOf(location);
         if (jail == null && EntryKind.of(path) != EntryKind.MISSING) {
@@ -66,7 +68,7 @@ final class Mount implements AutoCloseable {
         return new Entry(location, jail == null ? path : jail.followParent(path), this);
     }
 
-    /** Tells whether a link counts as a folder. One that cannot be followed is there all the same, and is a file. */
+    /** Tells whether a link counts as a folder. A link that cannot be followed counts as a file. */
     boolean leadsToFolder(StorageURI link) {
         try {
             return EntryKind.of(follow(link)) == EntryKind.FOLDER;

@@ -30,7 +30,10 @@ final class MountProperty {
         return new MountProperty(name, location).open();
     }
 
-    /** Returns the schemes of all mounts that are configured, in lower case. A value without one serves no location. */
+    /**
+     * Returns the schemes of all configured mounts in lower case. A value without a scheme is left out: it serves no
+     * location.
+     */
     static Stream<String> schemes() {
         return System.getProperties().stringPropertyNames().stream()
                 .filter(property -> property.startsWith(PREFIX))
@@ -78,7 +81,7 @@ final class MountProperty {
         throw failure("is not a URI with a scheme, such as file:///srv/data", null);
     }
 
-    /** The installed ones are found by the system class loader only; a back end may have been loaded by another. */
+    /** Asks this class's own loader too: the installed providers are those of the system class loader only. */
     private FileSystemProvider providerOf(String scheme) throws ProviderException {
         for (FileSystemProvider provider : FileSystemProvider.installedProviders()) {
             if (provider.getScheme().equalsIgnoreCase(scheme)) {

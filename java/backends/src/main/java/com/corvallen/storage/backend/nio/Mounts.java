@@ -3,7 +3,6 @@ package com.corvallen.storage.backend.nio;
 import com.corvallen.storage.provider.ErrorCode;
 import com.corvallen.storage.provider.ProviderException;
 import com.corvallen.storage.provider.StorageURI;
-import java.lang.System.Logger.Level;
 import java.util.List;
 import java.util.Map;
 import java.util.concurrent.ConcurrentHashMap;
@@ -29,7 +28,7 @@ final class Mounts {
         return mount != null && mount.isOpen() ? mount : open(name, location);
     }
 
-    /** Refuses what is no location of this back end. */
+    /** Throws INVALID_LOCATION for what is not a location of this back end. */
     static void requireLocation(StorageURI location) throws ProviderException {
         mountNameOf(location);
     }
@@ -40,7 +39,7 @@ final class Mounts {
         }
         if (!location.getScheme().equals(SCHEME)) {
             throw new ProviderException(
-                    ErrorCode.INVALID_LOCATION, location, "locations begin with " + SCHEME + "://, not as " + location);
+                    ErrorCode.INVALID_LOCATION, location, "locations begin with " + SCHEME + "://, unlike " + location);
         }
         return location.getMountName();
     }
@@ -59,7 +58,7 @@ final class Mounts {
         return mount;
     }
 
-    /** Closes everything, and opens nothing from now on. */
+    /** Closes everything, and refuses to open anything later. */
     void dispose() {
         try {
             close();
@@ -69,8 +68,7 @@ final class Mounts {
     }
 
     /**
-     * Does the same, and tells what could not be closed: the first failure, with the others suppressed in it. All are
-     * closed in any case.
+     * Closes everything even if something fails, and then throws the first failure, with the others suppressed in it.
      */
     synchronized void close() throws ProviderException {
         disposed = true;
@@ -110,9 +108,8 @@ final class Mounts {
         }
     }
 
-    /** There is nobody to report to, but what was written to an archive may be lost now: that has to be told. */
+    /** Logged because no caller is left: what was written to an archive may be lost now. */
     private static void logLoss(ProviderException failure) {
-        System.getLogger(NioProvider.class.getName())
-                .log(Level.ERROR, "Cannot close a mount; what was written to it may be lost", failure);
+        Log.error("Cannot close a mount; what was written to it may be lost", failure);
     }
 }

@@ -9,8 +9,8 @@ import java.nio.ByteBuffer;
 import java.nio.channels.SeekableByteChannel;
 
 /**
- * An open file. The host's buffers go straight to the file system, so nothing is copied for files on disk.
- * Safe on any thread: calls that overlap run one after the other.
+ * An open file. The host's buffers are passed straight to the file system, so nothing is copied for files on disk. Safe
+ * on any thread: calls that overlap run one after the other.
  */
 final class NioChannel implements ProviderChannel {
     private final StorageURI location;
@@ -18,7 +18,7 @@ final class NioChannel implements ProviderChannel {
     private final SeekableByteChannel channel;
     private final boolean writable;
 
-    /** A position that the file system has no number for; negative while the channel itself is where it should be. */
+    /** A position that is beyond what the file system can express; negative if the channel is at its real position. */
     private long beyond = -1;
 
     NioChannel(StorageURI location, OpenFile file, boolean writable) {
@@ -38,7 +38,7 @@ final class NioChannel implements ProviderChannel {
     public synchronized int write(ByteBuffer source) throws ProviderException {
         requireOpen();
         if (!writable) {
-            throw new ProviderException(ErrorCode.ACCESS_DENIED, location, location + " is open for reading only");
+            throw Failures.of(ErrorCode.ACCESS_DENIED, location, "is open for reading only");
         }
         return Failures.translated(location, () -> writeHere(source));
     }
@@ -53,8 +53,7 @@ final class NioChannel implements ProviderChannel {
     public synchronized void position(long position) throws ProviderException {
         requireOpen();
         if (position < 0) {
-            throw new ProviderException(
-                    ErrorCode.INVALID_LOCATION, location, location + " has no position " + position);
+            throw Failures.of(ErrorCode.INVALID_LOCATION, location, "has no position " + position);
         }
         Failures.translated(location, () -> moveTo(position));
     }
@@ -117,18 +116,20 @@ final class NioChannel implements ProviderChannel {
         }
     }
 
-    /** Tells whether a buffer would end at a position that no file has; the system calls that an invalid argument. */
+    /**
+     * Tells whether a buffer would end beyond the last possible position; the system then reports an invalid argument.
+     */
     private boolean cannotReach(ByteBuffer buffer) throws IOException {
         return channel.isOpen() && channel.position() > Long.MAX_VALUE - buffer.remaining();
     }
 
     private ProviderException tooLong() {
-        return new ProviderException(ErrorCode.STORAGE_FULL, location, location + " cannot be so long here");
+        return Failures.of(ErrorCode.STORAGE_FULL, location, "cannot be that long here");
     }
 
     private void requireOpen() throws ProviderException {
         if (!channel.isOpen()) {
-            throw new ProviderException(ErrorCode.UNAVAILABLE, location, location + " has been closed");
+            throw Failures.of(ErrorCode.UNAVAILABLE, location, "has been closed");
         }
     }
 }

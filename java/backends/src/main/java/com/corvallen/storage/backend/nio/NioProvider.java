@@ -18,41 +18,42 @@ import java.util.Objects;
 /**
  * A storage back end on top of {@code java.nio.file}.
  *
- * <p><b>Locations.</b> {@code java:///abs/path} is a path of the default file system, with no more limits than the
- * process has. {@code java://name/path} is a path in the mount {@code name}, which the system property {@code
+ * <p><b>Locations.</b> {@code java:///abs/path} is a path of the default file system, limited only by what the process
+ * may do. {@code java://name/path} is a path in the mount {@code name}, which the system property {@code
  * storage.mount.<name>} gives as a URI of {@code java.nio.file}: {@code file:///srv/data}, {@code
- * jar:file:///data/a.zip}, or whatever a file-system provider on the class path understands. A property that is not
- * set, or that leads nowhere, is UNAVAILABLE; it is read again at the next operation.
+ * jar:file:///data/a.zip}, or whatever a file-system provider on the class path understands. If the property is not
+ * set, or leads nowhere, operations throw UNAVAILABLE, and the next one reads it again.
  *
  * <p><b>A mount is a jail.</b> No location and no symbolic link leads out of it: an operation that would leave it fails
- * with ACCESS_DENIED or INVALID_LOCATION, and nothing outside is touched. Links that stay inside are followed. The
- * protection is against locations and against links that are there, not against someone who rearranges links with means
- * of their own while an operation is under way.
+ * with ACCESS_DENIED or INVALID_LOCATION, and nothing outside is touched. Links that stay inside are followed. This
+ * protects against locations and existing links, not against someone who changes links on the disk while an operation
+ * runs.
  *
- * <p><b>Archives.</b> A zip archive on disk is shared by all providers of the process. It is only read until the last
- * of them is disposed of. Then what was changed is written as a new archive beside the old one, read back, synced, and
- * renamed over it, with the permissions and user attributes of the old one; {@link #close} reports whether that
- * worked. If it did not, the old archive is as it was, nothing is left, and the mount can be opened again. The first
- * change makes the hidden file {@code .storage-archive-NAME} and locks it: other processes that begin to change the
- * archive before the end get IN_USE, and so does this one if it finds the archive changed by someone else. Readers are
- * never disturbed. The next writer removes the file if a process was killed and has left it. A link to an archive
+ * <p><b>Archives.</b> A zip archive on disk is shared by all providers of the process. Until the last of them is
+ * disposed of, the archive is only read. Then a new archive with the changes is written beside the old one, read back,
+ * synced, and renamed over it; it takes over permissions and user attributes. {@link #close} reports whether that
+ * worked. If it did not, the old archive is unchanged, no other file is left, and the mount can be opened again. The
+ * first change creates the hidden file {@code .storage-archive-NAME} and locks it. While it exists, another process
+ * that begins to change the archive gets IN_USE. So does this process if another program has changed the archive.
+ * Readers are never disturbed. If a process is killed, the next writer removes its hidden file. A link to an archive
  * stays a link.
  *
- * <p>An archive, or any other file system, that is open in the process already is used as it is and left open; then
- * none of this holds.
+ * <p>If the process already has an archive or other file system open, it is used as it is and left open, and none of
+ * this applies.
  *
- * <p><b>Atomicity.</b> Creating is exclusive. On the default file system a file that replaces another does so
- * atomically, and a folder moves by one rename. Between file systems, and for folders inside archives, content is
- * copied first, forced to the disk, and the source removed last, as far as it is what was copied. While a move is under
- * way, entries whose names begin with {@code .storage-} may exist beside source and target; they are private.
+ * <p><b>Atomicity.</b> Creating is exclusive. On the default file system a file replaces another atomically, and a
+ * folder moves by one rename. Between file systems, and for folders inside archives, content is copied and forced to
+ * the disk, and the source is removed last, except for what has changed since it was copied. During a move, private
+ * entries whose names begin with {@code .storage-} may exist beside source and target.
  *
- * <p><b>Open files.</b> Only files and folders are ever opened; a pipe, socket or device has attributes, moves and can
- * be removed. Exclusive use holds within the process, and on the default file system against other processes that ask
- * for locks, whatever else this provider does with the file: what would open it besides is left out or IN_USE. A zip
- * archive takes one writer for each file, and neither removes nor moves what is being written.
+ * <p><b>Open files.</b> Only files and folders are opened. A pipe, socket or device has attributes, and can be moved
+ * and removed. Exclusive use holds within the process, and on the default file system also against other processes that
+ * ask for locks. No other operation of this back end breaks exclusive use: one that would have to open the file leaves
+ * that part out or throws IN_USE. In a zip archive a file has one writer at a time, and cannot be removed or moved
+ * while it is written.
  *
- * <p><b>Events</b> report the differences between scans of the storage, made when its watch service says so, or every
- * second where there is none, or where a scan has failed.
+ * <p><b>Events</b> report the differences between scans of the storage, made when the watch service signals a change,
+ * or every second for folders that it does not watch and where the last scan has failed.
  *
  * <p>Safe on any thread; every operation may block on the storage.
  */
@@ -176,10 +177,10 @@ public final class NioProvider implements StorageProvider, AutoCloseable {
     }
 
     /**
-     * Begins to send the events of a file, or of a folder and everything below it. They are the differences
-     * between two scans; what appears and disappears in between is reported as a file, if at all. A rename is a removal
-     * and an addition. Links are not entered. A watch ends with SelfRemoved. Who caused a change is not known, so the
-     * origin is null.
+     * Begins to report the events of a file, or of a folder and everything below it. Events are the differences between
+     * two scans; an entry that appears and disappears in between is reported as a file, or not at all. A rename is a
+     * removal and an addition. Links are not entered. A watch ends with SelfRemoved. The origin of a change is not
+     * known, so it is null.
      */
     @Override
     public void publishEventsFor(StorageURI location, EventPublisher publisher) throws ProviderException {
@@ -193,20 +194,20 @@ public final class NioProvider implements StorageProvider, AutoCloseable {
         watcher.stop(location);
     }
 
-    /** Follows {@code gds.enableContentCache}: {@code true}, or {@code false}, which an empty value means as well. */
+    /** Reads {@code gds.enableContentCache}: {@code true} or {@code false}. An empty value means false. */
     @Override
     public void configure(HashMap<String, String> settings) throws ProviderException {
         cache.configure(settings);
     }
 
-    /** Returns what is known of the content cache, for tests. */
+    /** Returns the content cache, for tests. */
     ContentCache cache() {
         return cache;
     }
 
     /**
-     * Ends all events, and returns when no publisher is delivering any more. Closes the channels that are still open,
-     * and the file systems that were opened for mounts and that no other provider uses. What goes wrong is logged.
+     * Ends all events; when it returns, no publisher is delivering any more. Closes the channels that are still open,
+     * and the file systems that were opened for mounts and that no other provider uses. Failures are logged.
      */
     @Override
     public void dispose() {
@@ -216,10 +217,11 @@ public final class NioProvider implements StorageProvider, AutoCloseable {
     }
 
     /**
-     * Does the same as {@link #dispose}, and reports when a file system cannot be closed, so that what was written to
-     * an archive may be lost. Everything else is released all the same; disposal has nothing left to do then.
+     * Does the same as {@link #dispose}, and throws if a file system cannot be closed; what was written to an archive
+     * may then be lost. Everything else is still released, and disposal has nothing left to do.
      *
-     * @throws ProviderException with the root of the mount, and with STORAGE_FULL, ACCESS_DENIED or what else it was
+     * @throws ProviderException with the root of the mount, and STORAGE_FULL, ACCESS_DENIED or another code for the
+     *     cause
      */
     @Override
     public void close() throws ProviderException {

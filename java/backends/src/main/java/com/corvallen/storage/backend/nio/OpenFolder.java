@@ -16,18 +16,18 @@ import java.util.Iterator;
 import java.util.Objects;
 
 /**
- * A folder that is open. What is done in it is done in just this folder, where the file system can: not even someone
- * who moves it away and puts a link in its place can lead it astray. Used by one thread.
+ * An open folder. Where the file system can, operations act on exactly this folder, even if someone moves it away and
+ * puts a link in its place. Used by one thread.
  */
 final class OpenFolder implements AutoCloseable {
     private final Path path;
 
-    /** Null if it is not open. */
+    /** Null if the folder is only named. */
     private final DirectoryStream<Path> stream;
 
     private final Iterator<Path> children;
 
-    /** The same as the stream, null where the file system has no such thing. */
+    /** The same object as the stream; null if the file system has no secure streams. */
     private final SecureDirectoryStream<Path> secure;
 
     private OpenFolder(Path path, DirectoryStream<Path> stream) {
@@ -37,12 +37,12 @@ final class OpenFolder implements AutoCloseable {
         this.secure = stream instanceof SecureDirectoryStream ? (SecureDirectoryStream<Path>) stream : null;
     }
 
-    /** Returns a folder that is named only and not open, since it may be closed to reading. */
+    /** Returns a folder without opening it, for one that this process may not be allowed to read. */
     static OpenFolder named(Path path) {
         return new OpenFolder(path, null);
     }
 
-    /** Opens a folder and no link. */
+    /** Opens a folder; refuses a link. */
     static OpenFolder open(Path path) throws IOException {
         return open(path, Files.readAttributes(path, BasicFileAttributes.class, LinkOption.NOFOLLOW_LINKS));
     }
@@ -50,7 +50,7 @@ final class OpenFolder implements AutoCloseable {
     /**
      * Opens a folder.
      *
-     * @param known its attributes; if there is another folder or a link by now, NotDirectoryException
+     * @param known its attributes; throws NotDirectoryException if another folder, or a link, has taken its place
      */
     static OpenFolder open(Path path, BasicFileAttributes known) throws IOException {
         if (!known.isDirectory()) {
@@ -66,7 +66,7 @@ final class OpenFolder implements AutoCloseable {
         }
     }
 
-    /** Opens a folder in this one, no link. */
+    /** Opens a folder in this one; refuses a link. */
     OpenFolder enter(Path name) throws IOException {
         Path child = path.resolve(name);
         return secure == null
@@ -84,12 +84,12 @@ final class OpenFolder implements AutoCloseable {
         }
     }
 
-    /** Tells whether entries can be given to another open folder. */
+    /** Tells whether its entries can be moved to another open folder. */
     boolean isSecure() {
         return secure != null;
     }
 
-    /** Returns the name of a child that was not returned before, null if there is no other. */
+    /** Returns the name of the next child, null after the last. */
     Path next() throws IOException {
         try {
             return children.hasNext() ? children.next().getFileName() : null;
@@ -98,12 +98,12 @@ final class OpenFolder implements AutoCloseable {
         }
     }
 
-    /** Returns the path of a child, which may be longer than the system can use. */
+    /** Returns the path of a child; it may be longer than the system accepts. */
     Path pathOf(Path name) {
         return path.resolve(name);
     }
 
-    /** Reads the attributes of a child, a link's own. */
+    /** Reads the attributes of a child, without following a link. */
     BasicFileAttributes attributesOf(Path name) throws IOException {
         return secure == null
                 ? Files.readAttributes(pathOf(name), BasicFileAttributes.class, LinkOption.NOFOLLOW_LINKS)
@@ -113,7 +113,7 @@ final class OpenFolder implements AutoCloseable {
 
     /** Opens a regular file for reading. */
     ReadableByteChannel read(Path name) throws IOException {
-        return secure == null ? ContentCopy.open(pathOf(name)) : secure.newByteChannel(name, ContentCopy.READ_ITSELF);
+        return secure == null ? ByteCopy.open(pathOf(name)) : secure.newByteChannel(name, ByteCopy.READ_ITSELF);
     }
 
     void deleteFile(Path name) throws IOException {
@@ -133,7 +133,7 @@ final class OpenFolder implements AutoCloseable {
         }
     }
 
-    /** Gives a child to another folder of the same disk; both are secure. */
+    /** Moves a child to another folder on the same disk; both must be secure. */
     void move(Path name, OpenFolder target, Path newName) throws IOException {
         secure.move(name, target.secure, newName);
     }

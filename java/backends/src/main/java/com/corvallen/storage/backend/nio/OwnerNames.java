@@ -15,8 +15,8 @@ import java.util.concurrent.TimeUnit;
 import java.util.function.LongSupplier;
 
 /**
- * Reads owner, group and permissions. The system knows owners by number, and to look up a name may read a file or ask
- * a server, so names are remembered for a minute. Safe on any thread.
+ * Reads owner, group and permissions. The system knows owners by number, and looking up a name may read a file or ask a
+ * server, so names are cached for a minute. Safe on any thread.
  */
 final class OwnerNames {
     static final int MAX_NAMES = 1000;
@@ -44,7 +44,7 @@ final class OwnerNames {
         this.since = clock.getAsLong();
     }
 
-    /** Adds what there is to the values; a file system that has no owners adds nothing. */
+    /** Adds what there is to the values: nothing if the file system has no owners. */
     void readInto(Path path, Map<String, String> values) throws IOException {
         Set<String> views = path.getFileSystem().supportedFileAttributeViews();
         if (views.contains("unix")) {

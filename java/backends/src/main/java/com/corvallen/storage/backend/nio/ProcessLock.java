@@ -8,17 +8,17 @@ import java.nio.channels.OverlappingFileLockException;
 import java.nio.file.FileSystem;
 
 /**
- * What processes tell each other about files: an exclusive channel holds a lock on the whole file, and no channel for
- * writing is opened while another process holds one. The locks are the system's advisory ones; they bind those who ask.
+ * Locks between processes: an exclusive channel locks the whole file, and no channel for writing is opened while
+ * another process holds such a lock. These are the system's advisory locks; they bind only processes that ask for them.
  */
 final class ProcessLock {
     private ProcessLock() {}
 
     /**
-     * Locks the file of a channel until the channel is closed, or only looks whether it is locked.
+     * Locks the file of a channel until the channel is closed, or only checks that nobody else has locked it.
      *
-     * @param exclusive whether to lock it
-     * @return false if someone else's lock forbids it
+     * @param exclusive true to lock, false to check
+     * @return false if someone else holds a lock
      */
     static boolean obtain(Channel channel, FileSystem system, boolean exclusive) {
         if (!(channel instanceof FileChannel) || !FileSystemTraits.isSharedByProcesses(system)) {
@@ -33,7 +33,7 @@ final class ProcessLock {
         } catch (OverlappingFileLockException e) {
             return false;
         } catch (IOException e) {
-            // The disk has no locks; then those of this process are all there are.
+            // The disk has no locks, so only uses within this process count.
             return true;
         }
     }
@@ -42,7 +42,7 @@ final class ProcessLock {
         try (FileLock lock = channel.tryLock(0, Long.MAX_VALUE, /* shared= */ true)) {
             return lock != null;
         } catch (OverlappingFileLockException e) {
-            // Other code of this process has locked part of it, which is its own affair.
+            // Other code of this process has locked a part of it; that does not concern other processes.
             return true;
         } catch (IOException e) {
             return true;

@@ -14,12 +14,13 @@ import java.nio.file.Path;
 import java.util.Arrays;
 
 /**
- * Names of a POSIX system as text, and back, without a loss. There a name is bytes, usually but not necessarily UTF-8,
- * and what Java makes of the others cannot be turned back; neither can any name outside ASCII under the locale "C".
+ * Converts names of a POSIX system to text and back without loss. Such a name is bytes, usually but not necessarily
+ * UTF-8. Java's own text of a name that is not UTF-8 cannot be turned back, and under the locale "C" neither can any
+ * name outside ASCII.
  *
- * <p>The text of a name is its bytes read as UTF-8, and each byte that is none becomes the character U+EF00 plus the
- * byte (U+EF80 to U+EFFF, which Unicode leaves to private use). A name that truly holds one of these characters has
- * its bytes written in the same way, so no two names have the same text. Text that no name has is refused.
+ * <p>The text of a name is its bytes read as UTF-8. Each byte that is not valid UTF-8 becomes the character U+EF00 plus
+ * the byte (U+EF80 to U+EFFF, in the private use area of Unicode). If a name really contains such a character, its
+ * bytes are written the same way, so no two names have the same text. Text that stands for no name is refused.
  */
 final class RawNames {
     private static final char FIRST = '\uef80';
@@ -28,7 +29,7 @@ final class RawNames {
 
     private RawNames() {}
 
-    /** Tells whether names of a file system are bytes. */
+    /** Tells whether the names of a file system are bytes. */
     private static boolean areBytes(FileSystem system) {
         return system.equals(FileSystems.getDefault()) && system.supportedFileAttributeViews().contains("posix");
     }
@@ -40,14 +41,14 @@ final class RawNames {
         return isItself ? text : decode(bytesOf(path.getFileName()));
     }
 
-    /** Tells whether a name cannot be left to {@link FileSystem#getPath}. */
+    /** Tells whether a name must not be given to {@link FileSystem#getPath}. */
     static boolean isRaw(FileSystem system, String text) {
         return areBytes(system) && (holdsReserved(text) || !isUnderstood(system, text));
     }
 
     /**
-     * Tells whether names with slashes between them are, all at once, what they are one by one: on such a system
-     * nothing but a slash separates names.
+     * Tells whether names joined by slashes can be resolved at once, with the same result as one by one. Only where a
+     * slash is the one separator.
      */
     static boolean isPlain(FileSystem system, String names) {
         try {
@@ -59,11 +60,11 @@ final class RawNames {
         }
     }
 
-    /** Returns the name, as a relative path, that has a text. */
+    /** Returns the name that a text stands for, as a relative path. */
     static Path nameOf(String text) {
         byte[] bytes = encode(text);
         if (text.indexOf('/') >= 0 || text.indexOf('\0') >= 0 || !decode(bytes).equals(text)) {
-            throw new InvalidPathException(text, "no name is shown like this");
+            throw new InvalidPathException(text, "this text stands for no name");
         }
         StringBuilder uri = new StringBuilder("file:///");
         for (byte b : bytes) {
@@ -85,7 +86,7 @@ final class RawNames {
         return c >= FIRST && c <= LAST;
     }
 
-    /** Tells whether a name as Java shows it may have lost some of its bytes. */
+    /** Tells whether Java's text of a name may have lost some of its bytes. */
     private static boolean holdsSuspect(String text) {
         return text.indexOf(REPLACEMENT) >= 0 || holdsReserved(text);
     }
@@ -99,7 +100,7 @@ final class RawNames {
         }
     }
 
-    /** A URI is the one form in which a path gives its bytes away. It ends in a slash if there is such a folder. */
+    /** Only the URI form of a path shows its bytes. It ends in a slash if the path is an existing folder. */
     private static byte[] bytesOf(Path name) {
         String raw = Path.of("/").resolve(name).toUri().getRawPath();
         ByteArrayOutputStream bytes = new ByteArrayOutputStream(raw.length());

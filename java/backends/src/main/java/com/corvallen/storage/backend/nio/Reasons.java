@@ -3,7 +3,6 @@ package com.corvallen.storage.backend.nio;
 import static java.util.Map.entry;
 
 import com.corvallen.storage.provider.ErrorCode;
-import java.io.IOException;
 import java.nio.channels.ClosedChannelException;
 import java.nio.channels.NonReadableChannelException;
 import java.nio.channels.NonWritableChannelException;
@@ -28,9 +27,9 @@ import java.util.Locale;
 import java.util.Map.Entry;
 import java.util.Set;
 
-/** Why a file system refused, in words for people: without names of files, and as a part of a sentence. */
+/** Why a file system refused, in words for people: without file names, and as part of a sentence. */
 final class Reasons {
-    /** What the class says, for exceptions that have no words or poor ones. */
+    /** The words for exceptions whose own words are missing or poor. */
     private static final List<Entry<Class<? extends Exception>, String>> CLASSES = List.of(
             entry(NoSuchFileException.class, "no such file or folder"),
             entry(FileAlreadyExistsException.class, "it exists already"),
@@ -47,12 +46,12 @@ final class Reasons {
             entry(ClosedFileSystemException.class, "the file system has been closed"),
             entry(ClosedChannelException.class, "it has been closed"));
 
-    /** The first beginning that fits the system's words counts, whatever the letter case. */
+    /** The first entry that the system's words begin with counts, in any letter case. */
     private static final List<Entry<String, String>> WORDS = List.of(
             entry("too many levels of symbolic links", "too many symbolic links"),
             entry("invalid cross-device link", "the target is on another disk"));
 
-    /** What an error with one of these codes says is all that there is to say. */
+    /** These codes need no further words. */
     private static final Set<ErrorCode> SPEAKING = EnumSet.of(
             ErrorCode.NOT_FOUND,
             ErrorCode.ALREADY_EXISTS,
@@ -62,13 +61,13 @@ final class Reasons {
 
     private Reasons() {}
 
-    /** Returns what the exception adds to its code; null for nothing. */
+    /** Returns what the exception adds to its code; null if nothing. */
     static String beside(ErrorCode code, Exception exception) {
         boolean saysAll = SPEAKING.contains(code) && !hasOwnWords(ErrorTable.unwrapped(exception));
         return saysAll ? null : of(exception);
     }
 
-    /** Returns why, never null. */
+    /** Returns the reason; never null. */
     static String of(Exception exception) {
         Exception plain = ErrorTable.unwrapped(exception);
         if (hasOwnWords(plain)) {
@@ -83,7 +82,10 @@ final class Reasons {
         return words.isEmpty() ? plain.toString() : begun(common(words));
     }
 
-    /** The system gives words to plain exceptions only, so those of a particular class were chosen for the case. */
+    /**
+     * The platform puts the system's words only in plain exceptions; words in an exception of a particular class come
+     * from this back end.
+     */
     private static boolean hasOwnWords(Exception exception) {
         return exception instanceof FileSystemException
                 && exception.getClass() != FileSystemException.class
@@ -113,7 +115,7 @@ final class Reasons {
         return words;
     }
 
-    /** The words as they stand in the middle of a line; a word that is all capitals stays. */
+    /** Makes the words fit the middle of a sentence; a first word in capitals stays. */
     private static String begun(String words) {
         boolean acronym = words.length() > 1 && Character.isUpperCase(words.charAt(1));
         return acronym ? words : words.substring(0, 1).toLowerCase(Locale.ROOT) + words.substring(1);

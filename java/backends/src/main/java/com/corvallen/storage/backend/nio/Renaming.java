@@ -21,10 +21,10 @@ final class Renaming {
     private Renaming() {}
 
     /**
-     * Renames, in one step as seen by others.
+     * Renames in one step, as others see it.
      *
-     * @param replace whether a file at the target is replaced; if not, FileAlreadyExistsException
-     * @throws AtomicMoveNotSupportedException if it takes more than a rename, nothing has happened then
+     * @param replace whether a file at the target is replaced; if not, throws FileAlreadyExistsException
+     * @throws AtomicMoveNotSupportedException if a rename is not enough; nothing has changed then
      */
     static void rename(Path from, Path to, boolean replace) throws IOException, ProviderException {
         if (replace) {
@@ -37,7 +37,7 @@ final class Renaming {
         }
     }
 
-    /** As rename, and where the file system has no atomic one, without. */
+    /** As rename, but not atomic where the file system has no atomic rename. */
     static void renameAnyhow(Path from, Path to, boolean replace) throws IOException, ProviderException {
         try {
             rename(from, to, replace);
@@ -47,16 +47,33 @@ final class Renaming {
         }
     }
 
+    /**
+     * Renames a file to the name of another one. It takes over owner, group, permissions and user attributes before it
+     * becomes visible there. Nothing is forced to disk: a copy of many files would wait for the disk once for each.
+     */
+    static void replace(Path from, Path to) throws IOException, ProviderException {
+        KeptAttributes own = KeptAttributes.of(from);
+        KeptAttributes replaced = KeptAttributes.of(to);
+        try {
+            replaced.giveUserAttributes(from);
+            replaced.giveAccessAnew(from);
+            rename(from, to, /* replace= */ true);
+        } catch (IOException | RuntimeException | ProviderException e) {
+            own.restore(from, e);
+            throw e;
+        }
+    }
+
     private static void refuseTaken(Path path) throws IOException {
         if (EntryKind.isTaken(path)) {
             throw new FileAlreadyExistsException(path.toString());
         }
     }
 
-    /** An atomic move replaces by itself on some file systems and asks for the option on others. */
+    /** On some file systems an atomic move replaces without being asked; on others it needs the option. */
     private static void atomically(Path from, Path to) throws IOException {
         if (!FileSystemTraits.movesWrittenFiles(from.getFileSystem())) {
-            ArchiveCopy.copy(from, to);
+            ZipEntryCopy.copy(from, to);
             Files.delete(from);
             return;
         }
@@ -75,14 +92,14 @@ final class Renaming {
     }
 
     /**
-     * Renames without replacing, by a second name and the removal of the first. A rename replaces whatever is there,
-     * and to look first leaves a moment in which another process may create a file that would be lost; a link refuses.
-     * A newer file that someone puts in place of the source meanwhile stays there.
+     * Renames without replacing, by adding a second name and removing the first. A plain rename would replace a file
+     * that another process creates after the check; adding a name fails instead. If someone puts a newer file in place
+     * of the source during this, it stays there.
      *
-     * @return false if the file system has no hard links, or not here; nothing has happened then
+     * @return false if there are no hard links here; nothing has changed then
      */
     static boolean linked(Path from, Path to) throws IOException {
-        BasicFileAttributes before = attributesOf(from);
+        BasicFileAttributes before = EntryKind.ownAttributesOf(from);
         try {
             Files.createLink(to, from);
         } catch (FileAlreadyExistsException e) {
@@ -90,7 +107,7 @@ final class Renaming {
         } catch (FileSystemException | UnsupportedOperationException e) {
             return false;
         }
-        BasicFileAttributes linked = attributesOf(to);
+        BasicFileAttributes linked = EntryKind.ownAttributesOf(to);
         try {
             SpareName.remove(from, to, linked != null ? linked : before);
         } catch (InUseException e) {
@@ -102,7 +119,7 @@ final class Renaming {
         return true;
     }
 
-    /** Undoes what has failed half way, unless others have done something with it. */
+    /** Removes the second name after a failure, unless others have changed it. */
     private static void takeBack(Path to, BasicFileAttributes linked, IOException reported) {
         try {
             if (linked != null) {
@@ -113,9 +130,5 @@ final class Renaming {
         } catch (IOException e) {
             reported.addSuppressed(e);
         }
-    }
-
-    private static BasicFileAttributes attributesOf(Path path) throws IOException {
-        return EntryKind.attributesOf(path, LinkOption.NOFOLLOW_LINKS);
     }
 }

@@ -10,16 +10,16 @@ import java.util.IdentityHashMap;
 import java.util.Map;
 
 /**
- * The file systems that mounts have opened, with the number of mounts that use each. A file system can be open only
- * once in a process, and a process may have many providers: the last one closes it. What someone else has opened is
- * used too, but not counted and not closed. Safe on any thread.
+ * The file systems that mounts have opened, each with the number of mounts that use it. A process can open a file
+ * system only once but may have many providers, so the last one closes it. A file system that other code has opened is
+ * used too, but neither counted nor closed. Safe on any thread.
  */
 final class SharedFileSystems {
     private static final Map<FileSystem, Shared> SHARED = new IdentityHashMap<>();
 
     private SharedFileSystems() {}
 
-    /** What mounts have opened. */
+    /** A file system that mounts have opened. */
     private static final class Shared {
         final FileSystem system;
 
@@ -46,7 +46,7 @@ final class SharedFileSystems {
     static final class Lease implements AutoCloseable {
         private final Path root;
 
-        /** Null for what someone else has opened. */
+        /** Null if other code has opened the file system. */
         private final Shared shared;
 
         private boolean closed;
@@ -61,7 +61,7 @@ final class SharedFileSystems {
             return root;
         }
 
-        /** To be called before each change. Throws InUseException for an archive that someone else writes. */
+        /** Called before each change. Throws InUseException if someone else writes the archive. */
         void beginWriting() throws IOException {
             if (shared != null && shared.archive != null) {
                 shared.archive.beginWriting();
@@ -137,7 +137,7 @@ final class SharedFileSystems {
         }
     }
 
-    /** The platform does not know what it has opened for us by its URI. */
+    /** The platform cannot find by URI what was opened by path, so the inner path is resolved here. */
     private static Lease leaseOf(Shared shared, URI uri) {
         String text = uri.getSchemeSpecificPart();
         int inner = text.indexOf("!/");
@@ -151,7 +151,7 @@ final class SharedFileSystems {
         } catch (FileSystemNotFoundException e) {
             return null;
         } catch (IllegalArgumentException e) {
-            // The URI names a file system and no path in it.
+            // The URI names a file system but no path in it.
             return alreadyOpenAsAWhole(provider, uri);
         }
     }

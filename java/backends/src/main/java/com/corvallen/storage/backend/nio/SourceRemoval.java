@@ -5,7 +5,6 @@ import java.nio.file.DirectoryIteratorException;
 import java.nio.file.DirectoryNotEmptyException;
 import java.nio.file.DirectoryStream;
 import java.nio.file.Files;
-import java.nio.file.LinkOption;
 import java.nio.file.NoSuchFileException;
 import java.nio.file.Path;
 import java.nio.file.attribute.BasicFileAttributes;
@@ -13,23 +12,23 @@ import java.util.ArrayDeque;
 import java.util.Deque;
 
 /**
- * Removes what a copy has taken from where it was, and nothing else: what was written there since, or put in place of
- * what was copied, stays, and so do the folders that it is in. No one who puts links there can lead it astray, because
- * whatever is removed is the very file that was copied. Used once, by one thread.
+ * Removes the source of a copy, but only what was copied: anything written or replaced since stays, with the folders
+ * that it is in. Links cannot redirect it, because it removes only the very files that were copied. Used once, by one
+ * thread.
  */
 final class SourceRemoval {
     private static final int MAX_READINGS = 100;
 
     private final CopiedEntries copied;
 
-    /** The first of what stays. */
+    /** The first entry that stays; null if none does. */
     private Path kept;
 
     private SourceRemoval(CopiedEntries copied) {
         this.copied = copied;
     }
 
-    /** A folder that is being emptied, and those in it that will be. */
+    /** A folder being emptied, and the folders in it that are still to be emptied. */
     private static final class Folder {
         final Path path;
         final Folder parent;
@@ -48,7 +47,7 @@ final class SourceRemoval {
     /**
      * Removes what was copied.
      *
-     * @throws InUseException if something else is there that stays
+     * @throws InUseException if something stays
      */
     static void remove(Path source, CopiedEntries copied) throws IOException {
         SourceRemoval removal = new SourceRemoval(copied);
@@ -56,7 +55,7 @@ final class SourceRemoval {
         if (removal.kept != null) {
             throw new InUseException(
                     source.toString(),
-                    "was moved, but what was written to it during the move is still where it was: " + removal.kept);
+                    "was moved, but not what was written to it during the move, such as " + removal.kept);
         }
     }
 
@@ -77,7 +76,7 @@ final class SourceRemoval {
         }
     }
 
-    /** Removes the files in a folder, and keeps the folders for later. */
+    /** Removes the files in a folder, and queues its folders. */
     private void empty(Folder folder) throws IOException {
         folder.readings++;
         try (DirectoryStream<Path> children = Files.newDirectoryStream(folder.path)) {
@@ -93,7 +92,7 @@ final class SourceRemoval {
     }
 
     private void visit(Path path, Folder parent) throws IOException {
-        BasicFileAttributes attributes = attributesOf(path);
+        BasicFileAttributes attributes = EntryKind.ownAttributesOf(path);
         if (attributes == null) {
             return;
         }
@@ -107,9 +106,9 @@ final class SourceRemoval {
         }
     }
 
-    /** Removes a folder, and returns false if it is to be read again: some systems leave out what is there. */
+    /** Removes a folder; returns false if it has to be read again, as some systems skip entries. */
     private boolean isDone(Folder folder) throws IOException {
-        BasicFileAttributes attributes = attributesOf(folder.path);
+        BasicFileAttributes attributes = EntryKind.ownAttributesOf(folder.path);
         if (attributes == null) {
             return true;
         }
@@ -125,10 +124,6 @@ final class SourceRemoval {
             empty(folder);
             return false;
         }
-    }
-
-    private static BasicFileAttributes attributesOf(Path path) throws IOException {
-        return EntryKind.attributesOf(path, LinkOption.NOFOLLOW_LINKS);
     }
 
     private void keep(Path path, Folder parent) {

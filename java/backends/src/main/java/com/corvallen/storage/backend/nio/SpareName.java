@@ -4,7 +4,6 @@ import java.io.IOException;
 import java.nio.file.FileAlreadyExistsException;
 import java.nio.file.FileSystemException;
 import java.nio.file.Files;
-import java.nio.file.LinkOption;
 import java.nio.file.NoSuchFileException;
 import java.nio.file.Path;
 import java.nio.file.StandardCopyOption;
@@ -13,24 +12,24 @@ import java.util.Objects;
 import java.util.function.Predicate;
 
 /**
- * Removes the name of a file whose content is safe elsewhere, and nothing that someone else has put there.
+ * Removes a name of a file whose content is safe elsewhere, but nothing that someone else has put there.
  *
- * <p>To look first and remove then leaves a moment in which another process may rename a newer file into place, which
- * would be lost. So the name is first changed to one that nobody else knows. What has that name is looked at, and
- * removed or put back.
+ * <p>Checking first and removing then would leave a moment in which another process may rename a newer file into place,
+ * which would be lost. So the name is first changed to a hidden one that nobody else knows. What now has that name is
+ * checked, and removed or put back.
  */
 final class SpareName {
     private SpareName() {}
 
     /**
-     * Removes one of the two names of a file on a disk. If it is a name of another file by now, it stays.
+     * Removes one of the two names of a file on disk. If the name belongs to another file by now, it stays.
      *
      * @param other the name that the file keeps
-     * @param known what the file was known to be, in case someone else has taken the other name away
+     * @param known the file's attributes from before, in case someone else has removed the other name
      * @throws NoSuchFileException if nothing has the name
      */
     static void remove(Path name, Path other, BasicFileAttributes known) throws IOException {
-        BasicFileAttributes present = attributesOf(name);
+        BasicFileAttributes present = EntryKind.ownAttributesOf(name);
         if (present == null) {
             throw new NoSuchFileException(name.toString());
         }
@@ -39,23 +38,24 @@ final class SpareName {
         }
     }
 
-    /** Removes a file if it is what it was known to be, and returns whether it was. */
+    /** Removes a file if it is unchanged, and returns whether it was. */
     static boolean removeUnchanged(Path name, BasicFileAttributes known) throws IOException {
-        return isUnchanged(attributesOf(name), known) && removeIf(name, aside -> isUnchanged(aside, known));
+        return isUnchanged(EntryKind.ownAttributesOf(name), known)
+                && removeIf(name, aside -> isUnchanged(aside, known));
     }
 
     /**
-     * Removes what has a name if it passes a test.
+     * Removes what has a name if its attributes pass a test.
      *
-     * @param test is given its attributes; nobody else knows the file's name while it runs
+     * @param test runs while nobody else knows the name
      */
     static boolean removeIf(Path name, Predicate<BasicFileAttributes> test) throws IOException {
         if (!FileSystemTraits.createsExclusively(name.getFileSystem())) {
             return removeDirectlyIf(name, test);
         }
-        Path aside = HiddenNames.beside(name);
+        Path aside = Names.hiddenBeside(name);
         Files.move(name, aside, StandardCopyOption.ATOMIC_MOVE);
-        BasicFileAttributes found = attributesOf(aside);
+        BasicFileAttributes found = EntryKind.ownAttributesOf(aside);
         if (found == null || test.test(found)) {
             Files.deleteIfExists(aside);
             return true;
@@ -64,9 +64,9 @@ final class SpareName {
         return false;
     }
 
-    /** For storages that only this process uses, and that have no links to put something back with. */
+    /** For storages that only this process uses, and that have no links for putting something back. */
     private static boolean removeDirectlyIf(Path name, Predicate<BasicFileAttributes> test) throws IOException {
-        BasicFileAttributes found = attributesOf(name);
+        BasicFileAttributes found = EntryKind.ownAttributesOf(name);
         if (found != null && !test.test(found)) {
             return false;
         }
@@ -84,14 +84,14 @@ final class SpareName {
         }
     }
 
-    /** A link does not replace what has taken the name by now. */
+    /** Adds a link, because that does not replace what has taken the name by now. */
     private static void linkBack(Path aside, Path name) throws IOException {
         try {
             Files.createLink(name, aside);
         } catch (FileAlreadyExistsException e) {
             throw e;
         } catch (FileSystemException | UnsupportedOperationException e) {
-            // A disk without links, or a folder: this looks for what has the name, and renames then.
+            // A disk without links, or a folder: this checks that the name is free, and renames.
             Files.move(aside, name);
             return;
         }
@@ -106,14 +106,10 @@ final class SpareName {
         return one != null && other != null && FileIdentity.isUnchanged(one, other);
     }
 
-    private static BasicFileAttributes attributesOf(Path path) throws IOException {
-        return EntryKind.attributesOf(path, LinkOption.NOFOLLOW_LINKS);
-    }
-
-    /** A name that cannot be looked at is none that the file is known to keep. */
+    /** Returns null if the name cannot be examined: then the file is not known to keep it. */
     private static BasicFileAttributes attributesOrNull(Path path) {
         try {
-            return attributesOf(path);
+            return EntryKind.ownAttributesOf(path);
         } catch (IOException e) {
             return null;
         }

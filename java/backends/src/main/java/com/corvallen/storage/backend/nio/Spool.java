@@ -6,8 +6,9 @@ import java.nio.ByteBuffer;
 import java.util.BitSet;
 
 /**
- * Room for many files in one file on disk that has no name, so that the system removes it when the process ends,
- * however it ends. It is handed out in blocks, and made when the first is asked for. Safe on any thread.
+ * Room for many files in one file on disk. That file has no name, so the system removes it when the process ends, even
+ * if it is killed. Room is given out in blocks. The file is created when the first block is written. Safe on any
+ * thread.
  */
 final class Spool implements Closeable {
     static final int BLOCK = 1 << 13;
@@ -20,10 +21,10 @@ final class Spool implements Closeable {
     private final Opener opener;
     private final BitSet used = new BitSet();
 
-    /** No block before it is free. */
+    /** All blocks before it are used. */
     private int firstFree;
 
-    /** The blocks that were used at some time, so that bytes of theirs may be in the file. */
+    /** The number of blocks that were ever used; the file may hold old bytes there. */
     private int touched;
 
     private SteadyFile file;
@@ -33,7 +34,7 @@ final class Spool implements Closeable {
         this.opener = opener;
     }
 
-    /** Returns a block that holds nothing but zeros: the first that is free, so that files mostly lie in one piece. */
+    /** Returns a block of zeros: the first free one, so that files mostly lie in one piece. */
     int allocate() throws IOException {
         int block;
         boolean fresh;
@@ -60,13 +61,13 @@ final class Spool implements Closeable {
         firstFree = Math.min(firstFree, block);
     }
 
-    /** Reads what was written from an offset in a block on, over its end into those that follow. */
+    /** Reads from an offset in a block, and on into the blocks that follow. */
     void read(int block, int offset, ByteBuffer target) throws IOException {
         long position = (long) block * BLOCK + offset;
         while (target.hasRemaining()) {
             int count = file().read(target, position);
             if (count < 0) {
-                // Nothing has been written up to here.
+                // The file ends before: nothing was written here.
                 target.put(new byte[target.remaining()]);
                 return;
             }
@@ -74,7 +75,7 @@ final class Spool implements Closeable {
         }
     }
 
-    /** Writes everything, over the end of the block into those that follow. */
+    /** Writes everything, on into the blocks that follow. */
     void write(int block, int offset, ByteBuffer source) throws IOException {
         long position = (long) block * BLOCK + offset;
         while (source.hasRemaining()) {

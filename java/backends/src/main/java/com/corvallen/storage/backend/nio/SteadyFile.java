@@ -7,8 +7,8 @@ import java.nio.ByteBuffer;
 import java.nio.file.Path;
 
 /**
- * A file on disk that stays open whatever happens to the threads that use it. Java closes a channel as soon as a thread
- * that reads or writes through it is interrupted, and others would lose the file with all that is in it.
+ * A file on disk that stays open when threads that use it are interrupted. Java closes a channel as soon as a thread
+ * that reads or writes through it is interrupted, and all other users would lose the file with its content.
  */
 final class SteadyFile implements Content, Closeable {
     private final RandomAccessFile file;

@@ -11,7 +11,7 @@ import java.nio.file.Path;
 
 /**
  * Reads how much the storage of a file or folder holds and could hold. What is left is what this process can still
- * write: disks keep some room for the superuser, which counts as occupied for everyone else.
+ * write: room that disks reserve for the superuser counts as occupied for everyone else.
  */
 final class StorageSpace {
     private StorageSpace() {}
@@ -20,7 +20,7 @@ final class StorageSpace {
         return of(found.path, () -> Files.getFileStore(found.path));
     }
 
-    static ProviderStorageInfo of(Path path, IoQuery<FileStore> query) throws IOException, ProviderException {
+    static ProviderStorageInfo of(Path path, Failures.Query<FileStore> query) throws IOException, ProviderException {
         FileStore store;
         try {
             store = query.run();
@@ -34,7 +34,10 @@ final class StorageSpace {
         return info(total, store.getUsableSpace());
     }
 
-    /** The platform finds no mount point in a chroot. It then knows as much by the path, but gives no reason if not. */
+    /**
+     * In a chroot the platform finds no mount point. The size by path then still works, but gives no reason if it
+     * fails.
+     */
     private static ProviderStorageInfo withoutStore(Path path, IOException why) throws IOException {
         if (path.getFileSystem().equals(FileSystems.getDefault())) {
             File file = path.toFile();

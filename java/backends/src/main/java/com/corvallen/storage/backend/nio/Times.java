@@ -14,32 +14,32 @@ import java.time.Instant;
 import java.util.concurrent.TimeUnit;
 
 /**
- * Times of file systems as the host counts them, and back.
+ * Converts times between file systems and the host.
  *
- * <p>The library sets some times to others, and calls it a success: one before 1970 with a fraction of a second becomes
- * 1970, and one after 2262 becomes 2262. Disks and archives have limits of their own and do the same. So the first are
- * set to the second below, the others by other means; what may be out of reach is read again, and refused if it is not
- * what was set.
+ * <p>Java silently changes some times when setting them: a time before 1970 with a fraction of a second becomes 1970,
+ * and one after 2262 becomes 2262. Disks and archives have limits too. So a time before 1970 is rounded down to the
+ * second, a time after 2262 is set by another function, and any time that may be out of reach is read back, and refused
+ * if it differs.
  */
 final class Times {
     private static final long MILLIS = 1000;
 
-    /** The coarsest storages keep even seconds. */
+    /** The coarsest storages keep only even seconds. */
     private static final long COARSEST = 2 * MILLIS;
 
-    /** Every storage keeps the times from 1970 up to here. */
+    /** Every storage can hold times from 1970 up to here. */
     private static final long COMMON_END = Integer.MAX_VALUE * MILLIS;
 
-    /** What a zip archive keeps are seconds in 32 bits. */
+    /** A zip archive holds seconds in 32 bits. */
     private static final long ARCHIVE_END = (1L << 32) * MILLIS;
 
-    /** The library counts nanoseconds in 64 bits. */
+    /** Java counts nanoseconds in 64 bits. */
     private static final long LAST_OF_LIBRARY = Long.MAX_VALUE / 1_000_000;
 
     private Times() {}
 
     /**
-     * Returns milliseconds since 1970, rounded down: never later than the time itself, before 1970 too. {@link
+     * Returns milliseconds since 1970, rounded down: never later than the time itself, even before 1970. {@link
      * FileTime#toMillis} rounds towards 1970 for some times and down for others.
      */
     static long millisOf(FileTime time) {
@@ -53,7 +53,7 @@ final class Times {
     /**
      * Sets the time of a file or folder.
      *
-     * @param old what it is, which stays if the new one is refused
+     * @param old the present time, which is restored if the new one is refused
      * @throws UnsupportedOperationException if the storage cannot hold it
      */
     static void set(Path path, FileTime old, long millis) throws IOException {
@@ -72,10 +72,10 @@ final class Times {
     }
 
     /**
-     * Gives a copy the times of what was copied. Only the time of last modification is promised; the others are set as
-     * far as they can be.
+     * Gives a copy the times of its source. Only the time of last modification is guaranteed; the others are set if
+     * possible.
      *
-     * @throws UnsupportedOperationException if the storage of the copy cannot hold it
+     * @throws UnsupportedOperationException if the copy's storage cannot hold it
      */
     static void copy(BasicFileAttributes from, Path to) throws IOException {
         long millis = millisOf(from.lastModifiedTime());
@@ -94,7 +94,7 @@ final class Times {
         }
     }
 
-    /** To the last digit, except after 2262, when the library can set no more than milliseconds. */
+    /** Restores every digit, except after 2262, where Java can only set milliseconds. */
     private static void putBack(Path path, FileTime old) throws IOException {
         if (millisOf(old) > LAST_OF_LIBRARY) {
             put(path, millisOf(old));
@@ -107,7 +107,7 @@ final class Times {
         return millis >= 0 && millis < COMMON_END;
     }
 
-    /** An archive holds the time that was set until it is closed, and another one afterwards. */
+    /** An open archive holds any time, but after closing another one is there. */
     private static void requireReach(FileSystem system, long millis) {
         if (FileSystemTraits.keepsTimesIn32Bits(system) && (millis < 0 || millis >= ARCHIVE_END)) {
             throw refusal(millis);
@@ -124,9 +124,9 @@ final class Times {
     }
 
     /**
-     * Sets a time without opening the file, if it is one that every storage keeps.
+     * Sets a time without opening the file, if every storage can hold that time.
      *
-     * @return false if that cannot be done; nothing has happened then
+     * @return false if that is not possible; nothing has changed then
      */
     static boolean setUnopened(Path path, long millis) {
         return isCommon(millis) && putByName(path, millis);
@@ -139,8 +139,8 @@ final class Times {
     }
 
     /**
-     * The platform's other function takes times after 2262 and opens nothing; but it takes none before 1970, and the
-     * name of a file that is no text would become that of another.
+     * This function takes times after 2262 and opens nothing. But it takes no times before 1970, and would set another
+     * file's time if the name is not text.
      */
     private static boolean putByName(Path path, long millis) {
         if (millis < 0 || !path.getFileSystem().equals(FileSystems.getDefault())) {

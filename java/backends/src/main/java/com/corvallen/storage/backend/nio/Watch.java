@@ -6,8 +6,6 @@ import com.corvallen.storage.provider.EventPublisher;
 import com.corvallen.storage.provider.ProviderException;
 import com.corvallen.storage.provider.StorageURI;
 import java.io.IOException;
-import java.lang.System.Logger.Level;
-import java.nio.file.LinkOption;
 import java.nio.file.NoSuchFileException;
 import java.nio.file.NotDirectoryException;
 import java.nio.file.Path;
@@ -20,18 +18,18 @@ import java.util.List;
 import java.util.Set;
 
 /**
- * One watched location: a file, or a folder with all that is below it. It listens to the folder above itself for what
- * happens to the location as such.
+ * One watched location: a file, or a folder with everything below it. It listens to its parent folder for changes of
+ * the location itself.
  *
- * <p>Used under the watcher's lock, but for {@link #publish}, {@link #use} and {@link #stop}.
+ * <p>Used under the watcher's lock, except {@link #publish}, {@link #use} and {@link #stop}.
  */
-final class Watch implements SignalListener {
+final class Watch implements Signals.Listener {
     private final Watcher watcher;
     private final Mount mount;
     private final Path path;
     private final StorageURI location;
 
-    /** Mount and names, since one location may be written in several ways. */
+    /** Mount and names, because one location can be written in several ways. */
     private final List<String> key;
 
     /** Null for a file. */
@@ -73,18 +71,18 @@ final class Watch implements SignalListener {
         return mount.leadsToFolder(link);
     }
 
-    /** Takes in what is there, without telling it. The folder above a mount is outside, and not looked at. */
+    /** Records what is there without reporting it. The parent of a mount's root is outside and is not watched. */
     void open() {
         if (!path.equals(mount.root())) {
             keys().register(this, path.getParent(), path.getFileName());
         }
-        Changes untold = new Changes();
+        Changes unreported = new Changes();
         if (content == null) {
-            check(/* modified= */ false, untold);
+            check(/* modified= */ false, unreported);
             return;
         }
-        for (WatchedFolder folder = content; folder != null; folder = untold.nextFolder()) {
-            folder.refresh(untold);
+        for (WatchedFolder folder = content; folder != null; folder = unreported.nextFolder()) {
+            folder.refresh(unreported);
         }
     }
 
@@ -95,17 +93,17 @@ final class Watch implements SignalListener {
         }
     }
 
-    /** Tells whether two watch the same file or folder; a location may lead elsewhere than it did. */
+    /** Tells whether two watch the same file or folder; a location may lead elsewhere by now. */
     boolean isOfTheSame(Watch other) {
         return path.equals(other.path) && self.isSameKind(other.self);
     }
 
-    /** Sends everything to another's publisher from now on. */
+    /** Sends all further events to the other watch's publisher. */
     void use(Watch other) {
         publisher = other.publisher;
     }
 
-    /** Tells nothing from now on. */
+    /** Sends no further events. */
     void stop() {
         stopped = true;
     }
@@ -124,7 +122,7 @@ final class Watch implements SignalListener {
         }
     }
 
-    /** There is nothing to remember: every location is looked at again within moments. */
+    /** Needs no note: every location is scanned again within moments. */
     @Override
     public void missed() {
         return;
@@ -135,11 +133,11 @@ final class Watch implements SignalListener {
         check(/* modified= */ false, changes);
     }
 
-    /** Looks whether the location itself is there, and the same. */
+    /** Checks whether the location itself still exists and is unchanged. */
     void check(boolean modified, Changes changes) {
         BasicFileAttributes attributes;
         try {
-            attributes = EntryKind.attributesOf(path, LinkOption.NOFOLLOW_LINKS);
+            attributes = EntryKind.ownAttributesOf(path);
         } catch (IOException | RuntimeException e) {
             failed(path, e);
             return;
@@ -158,7 +156,7 @@ final class Watch implements SignalListener {
         }
     }
 
-    /** What nothing signals is looked at. */
+    /** Scans what has no watch key. */
     void poll(Changes changes) {
         check(/* modified= */ false, changes);
         if (content != null && !ended) {
@@ -176,17 +174,17 @@ final class Watch implements SignalListener {
     }
 
     /**
-     * Says once for each path that it cannot be looked at; whatever was known of it stays known. What has gone between
-     * two looks is found out where its folder is looked at.
+     * Logs a path that cannot be scanned, once for each path; its last known state is kept. A path that has disappeared
+     * is not logged: the scan of its folder finds that out.
      */
     void failed(Path where, Throwable why) {
         boolean isGone = why instanceof NoSuchFileException || why instanceof NotDirectoryException;
         if (!isGone && failed.add(where)) {
-            WatchLog.report(Level.WARNING, "Cannot look for changes of " + where, why);
+            Log.warning("Cannot scan for changes of " + where, why);
         }
     }
 
-    /** Tells the host. Called without the lock. What the host makes of it does not end the watch. */
+    /** Sends an event to the host. Called without the lock. An exception from the host does not end the watch. */
     void publish(EventKind kind, StorageURI changed, EntryType type) {
         if (stopped) {
             return;
@@ -194,7 +192,7 @@ final class Watch implements SignalListener {
         try {
             publisher.publish(kind, location, changed, type, /* originId= */ null);
         } catch (RuntimeException | Error e) {
-            WatchLog.report(Level.ERROR, "Cannot publish " + kind + " of " + changed, e);
+            Log.error("Cannot publish " + kind + " of " + changed, e);
         }
     }
 }

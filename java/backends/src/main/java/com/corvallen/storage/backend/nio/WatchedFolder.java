@@ -7,7 +7,6 @@ import com.corvallen.storage.provider.StorageURI;
 import java.io.IOException;
 import java.nio.file.DirectoryStream;
 import java.nio.file.Files;
-import java.nio.file.LinkOption;
 import java.nio.file.Path;
 import java.nio.file.StandardWatchEventKinds;
 import java.nio.file.WatchEvent;
@@ -24,27 +23,28 @@ import java.util.Objects;
 import java.util.Set;
 
 /**
- * A folder at or below a watched location, and what is known of its children. A signal only says where to look: what is
- * told is the difference between what was known and what is there, so nothing is told twice and nothing that stays is
- * missed, however many signals were lost. What comes and goes between two looks is told if a signal names it.
+ * A folder at or below a watched location, and the known state of its children. A signal only says where to scan. What
+ * is reported is the difference between the known state and what is there, so nothing is reported twice and nothing
+ * that stays is missed, however many signals are lost. An entry that appears and disappears between two scans is
+ * reported if a signal names it.
  *
  * <p>Used under the watcher's lock.
  */
-final class WatchedFolder implements SignalListener {
+final class WatchedFolder implements Signals.Listener {
     private final Watch watch;
     private final StorageURI location;
     private final Path path;
 
-    /** By their names alone. */
+    /** By their last names. */
     private final Map<Path, EntryState> children = new HashMap<>();
 
     private final Map<Path, WatchedFolder> folders = new HashMap<>();
 
-    /** What could not be looked at; it is looked at again. */
+    /** Children that could not be examined; they are tried again. */
     private final Set<Path> missed = new HashSet<>();
 
-    /** Whether all of it is to be looked at, because a look has not come to its end, or has not begun. */
-    private boolean behind = true;
+    /** Whether everything must be scanned, because a scan was not completed or has not begun. */
+    private boolean incomplete = true;
 
     private boolean closed;
 
@@ -54,17 +54,19 @@ final class WatchedFolder implements SignalListener {
         this.path = path;
     }
 
-    /** Has the folder signalled, if it is not, and then compares; in this order nothing falls between the two. */
+    /**
+     * Registers the folder for signals if it is not registered, and then scans it. In this order no change is missed.
+     */
     void refresh(Changes changes) {
         if (closed) {
             return;
         }
-        behind = true;
+        incomplete = true;
         watch.keys().register(this, path);
-        behind = !compareAll(Map.of(), changes);
+        incomplete = !compareAll(Map.of(), changes);
     }
 
-    /** Looks at all folders that nothing signals, and at what could not be looked at before. */
+    /** Scans all folders that have no watch key, and what could not be examined before. */
     void poll(Changes changes) {
         Deque<WatchedFolder> pending = new ArrayDeque<>();
         pending.push(this);
@@ -76,14 +78,14 @@ final class WatchedFolder implements SignalListener {
     }
 
     private void pollItself(Changes changes) {
-        if (behind || !watch.keys().isSignalled(this)) {
+        if (incomplete || !watch.keys().isSignalled(this)) {
             refresh(changes);
         } else if (!closed && !missed.isEmpty()) {
             List.copyOf(missed).forEach(name -> compare(name, Set.of(), changes));
         }
     }
 
-    /** Tells that everything is gone, the deepest first, and watches no more. */
+    /** Reports the removal of everything, deepest first, and stops watching. */
     void remove(Changes changes) {
         Deque<WatchedFolder> down = new ArrayDeque<>();
         down.push(this);
@@ -104,7 +106,7 @@ final class WatchedFolder implements SignalListener {
 
     /** Reports that a child is gone; if it is a folder, the removal of all that was in it was reported before. */
     private void gone(Path name, Changes changes) {
-        tell(EventKind.ChildRemoved, name, children.get(name), changes);
+        report(EventKind.ChildRemoved, name, children.get(name), changes);
         children.remove(name);
         folders.remove(name);
     }
@@ -123,23 +125,23 @@ final class WatchedFolder implements SignalListener {
 
     @Override
     public void signalled(List<WatchEvent<?>> events, Changes changes) {
-        boolean before = behind;
-        behind = true;
+        boolean before = incomplete;
+        incomplete = true;
         Map<Path, Set<WatchEvent.Kind<?>>> kinds = new LinkedHashMap<>();
         for (WatchEvent<?> event : events) {
             kinds.computeIfAbsent((Path) event.context(), name -> new HashSet<>()).add(event.kind());
         }
         if (kinds.containsKey(/* overflow= */ null)) {
-            behind = !compareAll(kinds, changes);
+            incomplete = !compareAll(kinds, changes);
         } else {
             kinds.forEach((name, of) -> compare(name, of, changes));
-            behind = before;
+            incomplete = before;
         }
     }
 
     @Override
     public void missed() {
-        behind = true;
+        incomplete = true;
     }
 
     @Override
@@ -147,13 +149,13 @@ final class WatchedFolder implements SignalListener {
         watch.check(/* modified= */ false, changes);
     }
 
-    /** Looks at everything that was known and everything that is there; returns whether that could be read. */
+    /** Compares everything known and everything there; returns false if the folder could not be read. */
     private boolean compareAll(Map<Path, Set<WatchEvent.Kind<?>>> kinds, Changes changes) {
         Set<Path> names = new LinkedHashSet<>(children.keySet());
         try (DirectoryStream<Path> stream = Files.newDirectoryStream(Names.asFolder(path))) {
             stream.forEach(child -> names.add(child.getFileName()));
         } catch (IOException | RuntimeException e) {
-            // What cannot be read is not gone. If the folder itself is, whoever watches the one above finds out.
+            // What cannot be read is not gone. If the folder itself is gone, the scan of its parent reports it.
             watch.failed(path, e);
             return false;
         }
@@ -177,7 +179,10 @@ final class WatchedFolder implements SignalListener {
         settle(name, children.get(name), now, kinds, changes);
     }
 
-    /** Updates what is known of a child to what is there, and reports the difference; null stands for nothing. */
+    /**
+     * Updates the known state of a child to the present one, and reports the difference; null means that it is not
+     * there.
+     */
     private void settle(
             Path name, EntryState before, EntryState now, Set<WatchEvent.Kind<?>> kinds, Changes changes) {
         if (before != null && now != null && before.isSameKind(now) && !isAnother(before, now, kinds)) {
@@ -196,15 +201,17 @@ final class WatchedFolder implements SignalListener {
     }
 
     /**
-     * Tells whether something was removed, or replaced, and is there again. That is told although nothing seems to have
-     * changed, since a host that has listed the folder in between has not seen it.
+     * Tells whether something was removed or replaced and is there again. This is reported even if nothing seems to
+     * have changed, because a host that listed the folder in between has not seen the entry.
      */
     private static boolean isAnother(EntryState before, EntryState now, Set<WatchEvent.Kind<?>> kinds) {
         boolean replaced = kinds.contains(StandardWatchEventKinds.ENTRY_CREATE) && now.isFolder;
         return kinds.contains(StandardWatchEventKinds.ENTRY_DELETE) || replaced && !before.isSameEntry(now);
     }
 
-    /** A host may have listed what came and went between two looks. What it was is not known any more. */
+    /**
+     * Reports an entry that came and went between two scans, because a host may have listed it. Its type is not known.
+     */
     private void passed(Path name, Changes changes) {
         StorageURI child = nameable(name);
         if (child != null) {
@@ -213,9 +220,9 @@ final class WatchedFolder implements SignalListener {
         }
     }
 
-    /** Returns null for what is not there. Throws for what the host has no name for. */
+    /** Returns the state of a child, null if it is not there. Throws if the host has no name for it. */
     private EntryState stateOf(Path name) throws IOException, ProviderException {
-        BasicFileAttributes attributes = EntryKind.attributesOf(path.resolve(name), LinkOption.NOFOLLOW_LINKS);
+        BasicFileAttributes attributes = EntryKind.ownAttributesOf(path.resolve(name));
         if (attributes == null) {
             return null;
         }
@@ -224,9 +231,9 @@ final class WatchedFolder implements SignalListener {
         return new EntryState(attributes, isFolder ? EntryType.Folder : EntryType.File);
     }
 
-    /** A folder is looked into later, as what is found there may hold folders again. */
+    /** Reports a new child. A folder is scanned later, because it may hold folders again. */
     private void added(Path name, EntryState now, Changes changes) {
-        tell(EventKind.ChildAdded, name, now, changes);
+        report(EventKind.ChildAdded, name, now, changes);
         children.put(name, now);
         if (now.isFolder) {
             changes.add(folderOf(name));
@@ -249,7 +256,7 @@ final class WatchedFolder implements SignalListener {
     private void stayed(Path name, EntryState now, boolean modified, Changes changes) {
         EntryState before = children.get(name);
         if (modified || !before.isUnchanged(now)) {
-            tell(EventKind.ChildModified, name, now, changes);
+            report(EventKind.ChildModified, name, now, changes);
         }
         children.put(name, now);
         if (now.isFolder && (!before.isSameEntry(now) || watch.keys().isLost(folderOf(name)))) {
@@ -257,16 +264,16 @@ final class WatchedFolder implements SignalListener {
         }
     }
 
-    private void tell(EventKind kind, Path name, EntryState state, Changes changes) {
+    private void report(EventKind kind, Path name, EntryState state, Changes changes) {
         changes.add(watch, kind, locationOf(name), state.type);
     }
 
-    /** Of what is known, which has been named before. */
+    /** Returns the location of a known child, which had a name before. */
     private StorageURI locationOf(Path name) {
         return Objects.requireNonNull(nameable(name));
     }
 
-    /** Returns null for what no location can name, which is never told of. */
+    /** Returns the location of a child, or null if no location can name it; such a child is never reported. */
     private StorageURI nameable(Path name) {
         try {
             return location.resolve(Names.of(name));

@@ -5,7 +5,6 @@ import com.corvallen.storage.provider.EventPublisher;
 import com.corvallen.storage.provider.ProviderException;
 import com.corvallen.storage.provider.StorageURI;
 import java.io.IOException;
-import java.lang.System.Logger.Level;
 import java.nio.file.ClosedWatchServiceException;
 import java.nio.file.WatchKey;
 import java.time.Duration;
@@ -18,15 +17,15 @@ import java.util.Set;
 import java.util.concurrent.ThreadFactory;
 
 /**
- * Watches the locations of one provider and tells their publishers, all on one daemon thread, which runs from the first
- * location on until disposal and sleeps while nothing is watched. No failure ends it: what a look has missed, the next
- * ones make up for. Nothing is published under a lock. Safe on any thread.
+ * Watches the locations of one provider and publishes their events, all on one daemon thread. The thread starts with
+ * the first location, sleeps while nothing is watched, and ends on disposal. No failure ends it: later scans find what
+ * a failed one has missed. Nothing is published under a lock. Safe on any thread.
  */
 final class Watcher {
-    /** How often that is looked at which nothing signals. */
+    /** How often folders without a watch key are scanned. */
     static final Duration INTERVAL = Duration.ofSeconds(1);
 
-    /** How long one file system may keep another waiting; only one can be waited for. */
+    /** How long to wait for one file system while others may signal: only one can be waited for. */
     private static final Duration TURN = Duration.ofMillis(50);
 
     private final Object lock = new Object();
@@ -39,12 +38,12 @@ final class Watcher {
     private final Set<EventPublisher> publishers = Collections.newSetFromMap(new IdentityHashMap<>());
     private Thread thread;
 
-    /** Whose turn it is to be asked first, so that a busy file system does not keep the others waiting. */
+    /** Which file system to ask first; it rotates, so that a busy one does not keep the others waiting. */
     private int turn;
 
     private boolean disposed;
 
-    /** When everything was looked at that nothing signals. Used by the thread only. */
+    /** When everything without a watch key was last scanned. Used only by the thread. */
     private long lastPoll = System.nanoTime();
 
     Watcher(Signals.Opener opener, Duration interval) {
@@ -61,7 +60,7 @@ final class Watcher {
         return keys;
     }
 
-    /** Begins to watch. When it returns, nothing that happens from then on is missed. */
+    /** Begins to watch. Nothing that happens after this returns is missed. */
     void start(Found found, Mount mount, EventPublisher publisher) throws IOException, ProviderException {
         synchronized (lock) {
             if (disposed) {
@@ -113,7 +112,7 @@ final class Watcher {
         }
     }
 
-    /** A watch has come to its end. Its last event is still to be told. */
+    /** Called when a watch has ended. Its last event is still to be published. */
     void ended(Watch watch) {
         watch.close();
         watches.remove(watch.key(), watch);
@@ -126,7 +125,7 @@ final class Watcher {
                     return;
                 }
             } catch (RuntimeException | Error e) {
-                WatchLog.report(Level.ERROR, "Cannot watch for changes", e);
+                Log.error("Cannot watch for changes", e);
                 pause();
             }
         }
@@ -141,14 +140,14 @@ final class Watcher {
                 return false;
             }
             boolean due = System.nanoTime() - lastPoll >= interval;
-            look(key, due, changes);
+            scan(key, due, changes);
             lastPoll = due ? System.nanoTime() : lastPoll;
         }
         changes.publish();
         return true;
     }
 
-    private void look(WatchKey key, boolean due, Changes changes) {
+    private void scan(WatchKey key, boolean due, Changes changes) {
         if (key != null) {
             attempt(() -> keys.dispatch(key, changes));
         }
@@ -162,15 +161,15 @@ final class Watcher {
     }
 
     /** What fails is scanned again at the next poll, and what was found up to then is reported. */
-    private static void attempt(Runnable look) {
+    private static void attempt(Runnable scan) {
         try {
-            look.run();
+            scan.run();
         } catch (RuntimeException | Error e) {
-            WatchLog.report(Level.ERROR, "Cannot look for changes", e);
+            Log.error("Cannot scan for changes", e);
         }
     }
 
-    /** A failure that comes again at once must not keep a processor busy. */
+    /** Waits, so that a failure that repeats at once does not keep a processor busy. */
     private void pause() {
         try {
             synchronized (lock) {
@@ -183,7 +182,7 @@ final class Watcher {
         }
     }
 
-    /** Waits for something to do, up to a time; only disposal ends the thread, so an interrupt means nothing. */
+    /** Waits for a signal for some time. Only disposal ends the thread, so an interrupt is ignored. */
     private WatchKey await(long nanos) {
         try {
             List<Signals> signals = keys.signals();
@@ -199,7 +198,9 @@ final class Watcher {
         }
     }
 
-    /** Sleeps until something is watched, and on if nothing signals; returns false if there is a signal to wait for. */
+    /**
+     * Sleeps until something is watched, and then until the next poll; returns false if there is a signal to wait for.
+     */
     private boolean sleep(long nanos) throws InterruptedException {
         synchronized (lock) {
             while (watches.isEmpty() && !disposed) {
@@ -233,8 +234,8 @@ final class Watcher {
     }
 
     /**
-     * Ends everything. When it returns, no publisher is delivering and none will, unless it is called from within a
-     * delivery, which then ends after it.
+     * Ends everything. When it returns, no publisher is delivering, and none will. Called from within a delivery, it
+     * returns before that delivery ends.
      */
     void dispose() {
         List<EventPublisher> open;
@@ -262,7 +263,7 @@ final class Watcher {
         try {
             publisher.close();
         } catch (RuntimeException e) {
-            WatchLog.report(Level.ERROR, "Cannot close a publisher", e);
+            Log.error("Cannot close a publisher", e);
         }
     }
 

@@ -19,42 +19,33 @@ import java.util.stream.Stream;
 import java.util.zip.ZipEntry;
 import java.util.zip.ZipInputStream;
 import java.util.zip.ZipOutputStream;
-import org.junit.jupiter.api.AfterEach;
 import org.junit.jupiter.api.BeforeEach;
-import org.junit.jupiter.api.Timeout;
 import org.junit.jupiter.api.function.Executable;
 
-/** What tests of one archive in a folder of its own share: it holds the file "old" and is mounted. */
-@Timeout(60)
-abstract class ArchiveCase {
+/** A test with a mounted archive in a folder of its own; the archive holds the file "old". */
+abstract class ArchiveCase extends MountCase {
     static final StorageURI ROOT = new StorageURI("java://case/");
     static final StorageURI OLD = new StorageURI("java://case/old");
     static final StorageURI NEW = new StorageURI("java://case/new");
     static final String PROPERTY = "storage.mount.case";
 
-    final NioProvider provider = new NioProvider();
-    Path folder;
     Path archive;
 
-    @BeforeEach
-    final void mount() throws Exception {
-        folder = NioStorage.temporaryFolder();
-        archive = holding(folder.resolve("a.zip"), "old", "there before");
-        mount(archive);
+    ArchiveCase() {
+        super(PROPERTY);
     }
 
-    @AfterEach
-    final void cleanUp() throws Exception {
-        provider.dispose();
-        System.clearProperty(PROPERTY);
-        TreeDeleter.delete(folder);
+    @BeforeEach
+    final void mountArchive() throws Exception {
+        archive = holding(folder.resolve("a.zip"), "old", "there before");
+        mount(archive);
     }
 
     static void mount(Path file) {
         System.setProperty(PROPERTY, "jar:" + file.toUri());
     }
 
-    /** Makes an archive of one file. */
+    /** Makes an archive that holds one file. */
     static Path holding(Path archive, String name, String content) throws Exception {
         try (ZipOutputStream out = new ZipOutputStream(Files.newOutputStream(archive))) {
             out.putNextEntry(new ZipEntry(name));
@@ -63,7 +54,7 @@ abstract class ArchiveCase {
         return archive;
     }
 
-    /** The files that any other program finds in the archive. */
+    /** Returns the files that other programs find in the archive. */
     final Map<String, String> files() throws Exception {
         Map<String, String> files = new TreeMap<>();
         try (ZipInputStream entries = new ZipInputStream(Files.newInputStream(archive))) {
@@ -74,7 +65,7 @@ abstract class ArchiveCase {
         return files;
     }
 
-    /** The names in the folder of the archive. */
+    /** Returns the names in the folder of the archive. */
     final Set<String> names() throws Exception {
         try (Stream<Path> all = Files.list(folder)) {
             return all.map(path -> path.getFileName().toString()).collect(Collectors.toSet());

@@ -8,7 +8,7 @@ import com.corvallen.storage.provider.ProviderChannel;
 import com.corvallen.storage.provider.StorageURI;
 import org.junit.jupiter.api.Test;
 
-/** What an archive cannot do with files that are open is refused, as it would be lost or undone without a word. */
+/** An archive refuses what it cannot do with open files, because it would silently lose or undo it. */
 class ArchiveChannelsTest extends NioTestCase {
     ArchiveChannelsTest() {
         super(NioStorage::ofArchive);

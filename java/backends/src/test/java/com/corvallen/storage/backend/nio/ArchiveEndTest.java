@@ -23,7 +23,7 @@ import java.util.Set;
 import org.junit.jupiter.api.Assumptions;
 import org.junit.jupiter.api.Test;
 
-/** How a changed archive takes the old one's place, and what it leaves when it cannot. */
+/** A changed archive takes the old one's place when the mount ends; if that fails, nothing is left. */
 class ArchiveEndTest extends ArchiveCase {
     private static final String DRAFT = ".storage-archive-a.zip";
 

@@ -17,11 +17,11 @@ import org.junit.jupiter.api.AfterEach;
 import org.junit.jupiter.api.BeforeEach;
 import org.junit.jupiter.api.Test;
 
-/** A disk that fails while the new archive is written, or that lies. */
+/** A disk that fails, or corrupts data, while the new archive is written. */
 class ArchiveFaultsTest extends ArchiveCase {
     private final PrintStream errors = System.err;
 
-    /** The platform's file system prints what it passes over. */
+    /** The platform's file system prints the failures that it ignores. */
     @BeforeEach
     void silence() {
         System.setErr(new PrintStream(OutputStream.nullOutputStream()));
@@ -32,13 +32,12 @@ class ArchiveFaultsTest extends ArchiveCase {
         System.setErr(errors);
     }
 
-    /** A disk whose n-th write, the first being 1, goes wrong; those after it do not. */
-    private abstract static class FaultyContent implements Content {
-        private final Content content;
+    /** A disk whose n-th write fails, the first being 1; later writes succeed. */
+    private abstract static class FaultyContent extends DelegatingContent {
         private int untilFault;
 
         FaultyContent(Content content, int fault) {
-            this.content = content;
+            super(content);
             this.untilFault = fault;
         }
 
@@ -54,22 +53,7 @@ class ArchiveFaultsTest extends ArchiveCase {
             if (untilFault == 0) {
                 fail(source);
             }
-            return content.write(source, position);
-        }
-
-        @Override
-        public int read(ByteBuffer target, long position) throws IOException {
-            return content.read(target, position);
-        }
-
-        @Override
-        public long size() throws IOException {
-            return content.size();
-        }
-
-        @Override
-        public void truncate(long size) throws IOException {
-            content.truncate(size);
+            return super.write(source, position);
         }
     }
 
@@ -82,7 +66,7 @@ class ArchiveFaultsTest extends ArchiveCase {
         };
     }
 
-    /** Turns one bit over in what is written, and says nothing. */
+    /** Silently flips one bit of what is written. */
     private static FaultyContent lying(Content content, int fault) {
         return new FaultyContent(content, fault) {
             @Override
@@ -104,7 +88,7 @@ class ArchiveFaultsTest extends ArchiveCase {
         return opened;
     }
 
-    /** One count of writes after the other, until there are no more; returns how many there are. */
+    /** Lets one write after the other fail until there are no more; returns how many there are. */
     private int eachWrite(BiFunction<Content, Integer, FaultyContent> disk) throws Exception {
         for (int fault = 1; ; fault++) {
             int number = fault;

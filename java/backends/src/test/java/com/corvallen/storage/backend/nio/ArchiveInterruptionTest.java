@@ -11,7 +11,7 @@ import java.util.Map;
 import org.junit.jupiter.api.AfterEach;
 import org.junit.jupiter.api.Test;
 
-/** An interrupted thread gives up what it does, but never the archive, nor what was written to it before. */
+/** An interrupted thread gives up its operation, but the archive and everything written to it before stay. */
 class ArchiveInterruptionTest extends ArchiveCase {
     private static final Map<String, String> BOTH = Map.of("old", "there before", "new", "written before");
 

@@ -12,31 +12,16 @@ import java.nio.file.Files;
 import java.nio.file.Path;
 import java.util.zip.ZipEntry;
 import java.util.zip.ZipOutputStream;
-import org.junit.jupiter.api.AfterEach;
-import org.junit.jupiter.api.BeforeEach;
 import org.junit.jupiter.api.Test;
-import org.junit.jupiter.api.Timeout;
 import org.junit.jupiter.api.function.Executable;
 
-/** Archives that others have made, with names that cannot be names here. */
-@Timeout(60)
-class ArchiveNamesTest {
+/** Archives made by other programs, with names that cannot be used here. */
+class ArchiveNamesTest extends MountCase {
     private static final String PROPERTY = "storage.mount.archive-names";
     private static final StorageURI ROOT = new StorageURI("java://archive-names/");
 
-    private final NioProvider provider = new NioProvider();
-    private Path folder;
-
-    @BeforeEach
-    void makeFolder() throws Exception {
-        folder = NioStorage.temporaryFolder();
-    }
-
-    @AfterEach
-    void cleanUp() throws Exception {
-        provider.dispose();
-        System.clearProperty(PROPERTY);
-        TreeDeleter.delete(folder);
+    ArchiveNamesTest() {
+        super(PROPERTY);
     }
 
     private void mount(Charset charset, String... names) throws Exception {
@@ -46,7 +31,7 @@ class ArchiveNamesTest {
                 archive.putNextEntry(new ZipEntry(name));
             }
         }
-        System.setProperty(PROPERTY, "jar:" + file.toUri());
+        mount("jar:" + file.toUri());
     }
 
     private static void assertFails(ErrorCode code, Executable operation) {

@@ -12,39 +12,30 @@ import java.util.Map;
 import java.util.TreeMap;
 import java.util.zip.ZipEntry;
 import java.util.zip.ZipInputStream;
-import org.junit.jupiter.api.AfterEach;
 import org.junit.jupiter.api.BeforeEach;
 import org.junit.jupiter.api.Test;
-import org.junit.jupiter.api.Timeout;
 
 /**
- * What is written to an archive is what other programs find in it: those that read it from its beginning, entry by
- * entry, and check what each entry says of itself.
+ * Other programs find in an archive what was written to it, even those that read it from the beginning, entry by entry,
+ * and check what each entry says about itself.
  */
-@Timeout(60)
-class ArchiveSoundnessTest {
+class ArchiveSoundnessTest extends MountCase {
     private static final String PROPERTY = "storage.mount.sound";
     private static final StorageURI ROOT = new StorageURI("java://sound/");
 
-    /** Others read it right only where the entry says that its name is UTF-8. */
+    /** Other programs read a name correctly only if the entry marks it as UTF-8. */
     private static final String UMLAUT = "gr\u00fc\u00dfe";
 
-    private final NioProvider provider = new NioProvider();
-    private Path folder;
     private Path archive;
 
-    @BeforeEach
-    void mount() throws Exception {
-        folder = NioStorage.temporaryFolder();
-        archive = NioStorage.newArchive(folder.resolve("a.zip"));
-        System.setProperty(PROPERTY, "jar:" + archive.toUri());
+    ArchiveSoundnessTest() {
+        super(PROPERTY);
     }
 
-    @AfterEach
-    void cleanUp() throws Exception {
-        provider.dispose();
-        System.clearProperty(PROPERTY);
-        TreeDeleter.delete(folder);
+    @BeforeEach
+    void mountArchive() throws Exception {
+        archive = NioStorage.newArchive(folder.resolve("a.zip"));
+        mount("jar:" + archive.toUri());
     }
 
     private StorageURI written(StorageURI file, String content) throws Exception {
@@ -54,7 +45,7 @@ class ArchiveSoundnessTest {
         return file;
     }
 
-    /** The files of the archive as a reader finds them that knows nothing of its end. */
+    /** Returns the files as a reader finds them that does not know the directory at the end. */
     private Map<String, String> files() throws Exception {
         provider.dispose();
         Map<String, String> files = new TreeMap<>();

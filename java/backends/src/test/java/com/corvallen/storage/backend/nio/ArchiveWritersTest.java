@@ -19,7 +19,7 @@ import java.util.concurrent.CompletableFuture;
 import org.junit.jupiter.api.Test;
 import org.junit.jupiter.api.Timeout;
 
-/** Two processes at one archive. */
+/** Two processes write one archive. */
 class ArchiveWritersTest extends ArchiveCase {
     private static final StorageURI OTHER = new StorageURI("java://case/other");
 
@@ -68,7 +68,7 @@ class ArchiveWritersTest extends ArchiveCase {
         assertUntouched();
     }
 
-    /** The system drops the lock of a process that closes the file anywhere. */
+    /** The system drops a process's lock when the process closes the file anywhere. */
     @Test
     void writerWhoseLockWasDroppedLosesToTheNext() throws Exception {
         write(provider, NEW, "content");
@@ -96,7 +96,7 @@ class ArchiveWritersTest extends ArchiveCase {
         assertEquals(Set.of("a.zip"), names());
     }
 
-    /** ARCHIVE_RUNS=1000 makes the long form. */
+    /** Set ARCHIVE_RUNS=1000 for the long form. */
     @Test
     @Timeout(1800)
     void ofTwoWritersOneWinsAndNothingThatSucceededIsLost() throws Exception {

@@ -15,7 +15,7 @@ import java.nio.file.StandardOpenOption;
 import java.time.Duration;
 import org.junit.jupiter.api.Test;
 
-/** What an open file on disk means to others, and when it ends. */
+/** How long an open file on disk keeps others out, and what ends it. */
 class ChannelLifeTest extends NioTestCase {
     ChannelLifeTest() {
         super(NioStorage::ofFolder);

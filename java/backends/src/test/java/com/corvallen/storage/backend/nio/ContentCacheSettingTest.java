@@ -13,7 +13,7 @@ import org.junit.jupiter.params.ParameterizedTest;
 import org.junit.jupiter.params.provider.NullSource;
 import org.junit.jupiter.params.provider.ValueSource;
 
-/** What the setting of the content cache may be. */
+/** The values that the setting of the content cache accepts. */
 class ContentCacheSettingTest {
     private final ContentCache cache = new ContentCache();
 

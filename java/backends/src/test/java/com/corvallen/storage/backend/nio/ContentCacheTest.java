@@ -16,7 +16,7 @@ import java.util.HashMap;
 import org.junit.jupiter.api.Nested;
 import org.junit.jupiter.api.Test;
 
-/** Small files that are served from memory, and when they are not. */
+/** When small files are read from memory, and when they are not. */
 class ContentCacheTest {
     private static HashMap<String, String> setting(String value) {
         HashMap<String, String> settings = new HashMap<>();
@@ -24,7 +24,7 @@ class ContentCacheTest {
         return settings;
     }
 
-    /** The cases of file systems that tell one file from another. */
+    /** Cases for file systems that can tell one file from another. */
     abstract static class Cases extends NioTestCase {
         private static final long PAST = 1_700_000_000_000L;
 
@@ -40,7 +40,7 @@ class ContentCacheTest {
             provider.configure(setting(value));
         }
 
-        /** A file that has not changed for long. */
+        /** Makes a file that has not changed for long. */
         private StorageURI settled(String content, String name) throws Exception {
             StorageURI location = at(name);
             if (!provider.fileExists(location)) {
@@ -230,7 +230,7 @@ class ContentCacheTest {
             super(NioStorage::ofFolder);
         }
 
-        /** The system is free to give the new file the key of the old one. */
+        /** The system may give the new file the key of the old one. */
         @Test
         void otherFileUnderTheSameNameIsReadAgain() throws Exception {
             provider.configure(setting("true"));

@@ -14,18 +14,18 @@ import java.nio.file.StandardCopyOption;
 import org.junit.jupiter.api.AfterEach;
 import org.junit.jupiter.api.Test;
 
-/** Trees deeper than a stack, the number of descriptors, and the longest path. */
+/** Trees deeper than the stack, the number of descriptors, and the longest path. */
 class DeepTreesTest extends NioTestCase {
     private static final int LEVELS = Integer.parseInt(System.getenv().getOrDefault("DEEP_LEVELS", "5000"));
 
-    /** Less than half of the longest path, so that two such parts can be named at once. */
+    /** Less than half of the longest path, so that two such parts fit into one path. */
     private static final int PART = 1800;
 
     private static final int DEEP = 300;
 
     private NioStorage disk;
 
-    /** Real disks take long to remove that many folders. */
+    /** Real disks take long to remove so many folders. */
     DeepTreesTest() {
         super(OtherDisk::open);
     }
@@ -37,7 +37,7 @@ class DeepTreesTest extends NioTestCase {
         }
     }
 
-    /** Makes a folder with many levels below it, from the lowest up: each part is as deep as a path can name. */
+    /** Makes a folder with many levels below it, from the lowest up. Each part is as deep as a path allows. */
     private static StorageURI deep(NioStorage in, String name, int levels, String level) throws Exception {
         Path top = Files.createDirectory(in.path(name));
         write(top.resolve("lowest"), "x");

@@ -12,7 +12,7 @@ import java.util.List;
 import org.junit.jupiter.api.AfterEach;
 import org.junit.jupiter.api.Test;
 
-/** A tree that is deeper than a stack is watched like any other. */
+/** A tree deeper than the stack is watched like any other. */
 class DeepWatchTest extends NioTestCase {
     private static final int LEVELS = 1000;
 
@@ -46,7 +46,7 @@ class DeepWatchTest extends NioTestCase {
     }
 
     @Test
-    void treeThatComesAndGoesIsTold() throws Exception {
+    void treeThatComesAndGoesIsReported() throws Exception {
         StorageURI f = folder("f");
         Path deepest = path("f", "deep").resolve(path("deep").relativize(grow("deep")));
         provider.publishEventsFor(f, events);

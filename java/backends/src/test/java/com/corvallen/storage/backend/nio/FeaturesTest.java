@@ -9,7 +9,7 @@ import org.junit.jupiter.api.Test;
 import org.junit.jupiter.params.ParameterizedTest;
 import org.junit.jupiter.params.provider.CsvSource;
 
-/** Features are those of all mounts that are configured. */
+/** A feature is available if all configured mounts have it. */
 class FeaturesTest {
     private static final String PROPERTY = "storage.mount.features-test";
 

@@ -12,7 +12,7 @@ import com.google.common.jimfs.Configuration;
 import java.nio.ByteBuffer;
 import org.junit.jupiter.api.Test;
 
-/** A storage that has room for no more than ten blocks. */
+/** A storage with room for ten blocks. */
 class FullStorageTest extends NioTestCase {
     private static final int CAPACITY = 10_000;
 

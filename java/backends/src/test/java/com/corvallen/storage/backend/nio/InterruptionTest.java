@@ -15,7 +15,7 @@ import org.junit.jupiter.api.AfterEach;
 import org.junit.jupiter.api.Test;
 import org.junit.jupiter.api.function.Executable;
 
-/** A thread that is interrupted gives up what takes long, leaves nothing behind, and stays interrupted. */
+/** An interrupted thread gives up long work, leaves nothing incomplete, and stays interrupted. */
 class InterruptionTest extends NioTestCase {
     private NioStorage other;
 
@@ -31,7 +31,7 @@ class InterruptionTest extends NioTestCase {
         }
     }
 
-    /** Opens a storage that a rename does not lead to. */
+    /** Opens a storage that files cannot be renamed into. */
     private void open(StorageUnderTest.Opener opener) throws Exception {
         other = (NioStorage) opener.open();
     }
@@ -114,7 +114,7 @@ class InterruptionTest extends NioTestCase {
         mover.interrupt();
         ProviderException failure = end.get(60, TimeUnit.SECONDS);
         mover.join();
-        // Should it have been quicker than this thread, it has arrived.
+        // If the copy was faster than this thread, it has arrived.
         int arrived = failure == null ? 1 : 0;
         assertEquals(arrived, other.countEntries(other.at()));
         assertEquals(1 - arrived, storage.countEntries(at()));

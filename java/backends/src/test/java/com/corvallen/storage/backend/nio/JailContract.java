@@ -24,8 +24,8 @@ import org.junit.jupiter.params.ParameterizedTest;
 import org.junit.jupiter.params.provider.ValueSource;
 
 /**
- * Nothing leads out of a mount. Beside the mount's root lies a folder "outside" with a file and a folder in it;
- * whatever is tried, it holds the same afterwards.
+ * Nothing leads out of a mount. Beside the mount's root is a folder "outside" that holds a file and a folder; it must
+ * hold the same after every attempt.
  */
 abstract class JailContract extends NioTestCase {
     private Path outside;
@@ -47,7 +47,7 @@ abstract class JailContract extends NioTestCase {
     @AfterEach
     final void assertOutsideIsAsBefore() throws Exception {
         assertEquals(before, contentOf(outside));
-        TreeDeleter.delete(outside);
+        Removal.removeTree(outside);
     }
 
     private static TreeMap<String, String> contentOf(Path folder) throws Exception {
@@ -71,7 +71,7 @@ abstract class JailContract extends NioTestCase {
         assertEquals(ErrorCode.ACCESS_DENIED, failure.getErrorCode(), failure.getMessage());
     }
 
-    /** Everything that one can try at a location which leads out on the way, not only with its last name. */
+    /** Tries every operation at a location whose path leads out before its last name. */
     private void assertNothingGetsThrough(StorageURI location) throws Exception {
         StorageURI file = file("mine", "mine");
         StorageURI folder = folder("myFolder");
@@ -186,7 +186,7 @@ abstract class JailContract extends NioTestCase {
 
     @ParameterizedTest
     @ValueSource(strings = {"file", "folder", "missing"})
-    void existenceOutsideIsNotTold(String name) throws Exception {
+    void existenceOutsideIsNotShown(String name) throws Exception {
         StorageURI link = link(relative(name), "link");
         assertDenied(() -> provider.fileExists(link));
         assertDenied(() -> provider.folderExists(link));
@@ -246,7 +246,7 @@ abstract class JailContract extends NioTestCase {
         folder("a");
         folder("a", "b");
         folder(outside.getFileName().toString());
-        // From where it is, the link leads to the folder of the same name inside; two folders up, it leads out.
+        // In its place the link leads to the inner folder of that name; two levels up it would lead out.
         link("../../" + outside.getFileName(), "a", "b", "link");
         assertFolder(at("a", "b", "link"));
         provider.moveFolder(at("a", "b", "link"), at("a", "link"), /* replace= */ false);

@@ -11,12 +11,12 @@ import java.util.ArrayList;
 import java.util.List;
 import org.junit.jupiter.api.Test;
 
-/** However many listen to names in a folder, an event concerns those of its own name. */
+/** An event reaches only the listeners for its name, however many listen in a folder. */
 class KeyListenersTest {
     private final KeyListeners listeners = new KeyListeners();
     private final List<Listener> signalled = new ArrayList<>();
 
-    private final class Listener implements SignalListener {
+    private final class Listener implements Signals.Listener {
         private final List<WatchEvent<?>> events = new ArrayList<>();
         private int lost;
         private int missed;

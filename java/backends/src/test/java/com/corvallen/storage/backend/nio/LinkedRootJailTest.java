@@ -7,7 +7,7 @@ import java.nio.file.Files;
 import java.nio.file.Path;
 import org.junit.jupiter.api.Test;
 
-/** The jail of a mount whose property names the root by way of a link. */
+/** The jail of a mount whose property names the root through a link. */
 class LinkedRootJailTest extends JailContract {
     LinkedRootJailTest() {
         super(LinkedRootJailTest::open);

@@ -9,15 +9,12 @@ import java.nio.file.Path;
 import java.nio.file.StandardWatchEventKinds;
 import java.nio.file.WatchEvent;
 import java.nio.file.WatchKey;
-import java.nio.file.Watchable;
 import java.time.Duration;
 import java.util.List;
-import java.util.Map;
-import java.util.concurrent.ConcurrentHashMap;
 import org.junit.jupiter.api.AfterEach;
 import org.junit.jupiter.api.Test;
 
-/** File systems that lose signals, give none, or give too few. */
+/** File systems that lose signals, send none, or send too few. */
 class LostSignalsTest extends NioTestCase {
     private final Replica replica = new Replica();
     private NioProvider watching;
@@ -31,7 +28,7 @@ class LostSignalsTest extends NioTestCase {
         watching.dispose();
     }
 
-    /** Asserts that who follows the events knows in the end what is there, and was told nothing twice. */
+    /** Asserts that anyone who follows the events finally knows what is there, and that nothing was reported twice. */
     private void assertFollows(Signals.Opener opener) throws Exception {
         watching = new NioProvider(new Watcher(opener, Duration.ofMillis(20)));
         StorageURI f = folder("f");
@@ -43,42 +40,26 @@ class LostSignalsTest extends NioTestCase {
         assertEquals(List.of(), replica.mistakes());
     }
 
-    /** Signals that say of every folder only that something has been lost. */
-    private static final class Overflowing implements Signals {
-        private final Signals signals;
-        private final Map<WatchKey, WatchKey> keys = new ConcurrentHashMap<>();
-
+    /** Signals that only say, for every folder, that something was lost. */
+    private static final class Overflowing extends DelegatingSignals {
         Overflowing(FileSystem system) throws IOException {
-            signals = WatchSignals.open(system);
+            super(system);
         }
 
         @Override
-        public WatchKey register(Path folder) throws IOException {
-            return keys.computeIfAbsent(signals.register(folder), OverflowKey::new);
-        }
-
-        @Override
-        public WatchKey poll(long nanos) throws InterruptedException {
-            WatchKey key = signals.poll(nanos);
-            return key == null ? null : keys.computeIfAbsent(key, OverflowKey::new);
-        }
-
-        @Override
-        public void close() throws IOException {
-            signals.close();
+        WatchKey replaced(WatchKey key) {
+            return new OverflowKey(key);
         }
     }
 
-    private static final class OverflowKey implements WatchKey {
-        private final WatchKey key;
-
+    private static final class OverflowKey extends DelegatingSignals.Key {
         OverflowKey(WatchKey key) {
-            this.key = key;
+            super(key);
         }
 
         @Override
         public List<WatchEvent<?>> pollEvents() {
-            key.pollEvents();
+            super.pollEvents();
             return List.of(new WatchEvent<Object>() {
                 @Override
                 public Kind<Object> kind() {
@@ -96,30 +77,10 @@ class LostSignalsTest extends NioTestCase {
                 }
             });
         }
-
-        @Override
-        public boolean isValid() {
-            return key.isValid();
-        }
-
-        @Override
-        public boolean reset() {
-            return key.reset();
-        }
-
-        @Override
-        public void cancel() {
-            key.cancel();
-        }
-
-        @Override
-        public Watchable watchable() {
-            return key.watchable();
-        }
     }
 
     @Test
-    void lostSignalsAreMadeUpForByLooking() throws Exception {
+    void lostSignalsAreMadeUpForByScanning() throws Exception {
         assertFollows(Overflowing::new);
     }
 
@@ -130,19 +91,18 @@ class LostSignalsTest extends NioTestCase {
         });
     }
 
-    /** As when the system's limit on watched folders is reached. */
+    /** Behaves as if the system's limit on watched folders is reached. */
     @Test
     void foldersThatCannotBeSignalledArePolled() throws Exception {
         assertFollows(Limited::new);
     }
 
-    /** Signals for the first few folders only. */
-    private static final class Limited implements Signals {
-        private final Signals signals;
+    /** Signals only for the first few folders. */
+    private static final class Limited extends DelegatingSignals {
         private int left = 3;
 
         Limited(FileSystem system) throws IOException {
-            signals = WatchSignals.open(system);
+            super(system);
         }
 
         @Override
@@ -150,17 +110,7 @@ class LostSignalsTest extends NioTestCase {
             if (left-- <= 0) {
                 throw new IOException("User limit of inotify watches reached");
             }
-            return signals.register(folder);
-        }
-
-        @Override
-        public WatchKey poll(long nanos) throws InterruptedException {
-            return signals.poll(nanos);
-        }
-
-        @Override
-        public void close() throws IOException {
-            signals.close();
+            return super.register(folder);
         }
     }
 }

@@ -17,37 +17,18 @@ import java.nio.file.FileSystems;
 import java.nio.file.Files;
 import java.nio.file.Path;
 import java.util.Map;
-import org.junit.jupiter.api.AfterEach;
-import org.junit.jupiter.api.BeforeEach;
 import org.junit.jupiter.api.Test;
-import org.junit.jupiter.api.Timeout;
 import org.junit.jupiter.params.ParameterizedTest;
 import org.junit.jupiter.params.provider.CsvSource;
 
 /** How mounts are found, opened and closed. */
-@Timeout(60)
-class MountsTest {
+class MountsTest extends MountCase {
     private static final String PROPERTY = "storage.mount.mounts-test";
     private static final StorageURI ROOT = new StorageURI("java://mounts-test/");
     private static final StorageURI A = new StorageURI("java://mounts-test/a");
 
-    private final NioProvider provider = new NioProvider();
-    private Path folder;
-
-    @BeforeEach
-    void makeFolder() throws Exception {
-        folder = NioStorage.temporaryFolder();
-    }
-
-    @AfterEach
-    void cleanUp() throws Exception {
-        provider.dispose();
-        System.clearProperty(PROPERTY);
-        TreeDeleter.delete(folder);
-    }
-
-    private static void mount(Object uri) {
-        System.setProperty(PROPERTY, uri.toString());
+    MountsTest() {
+        super(PROPERTY);
     }
 
     private String archiveUri() throws Exception {
@@ -65,7 +46,7 @@ class MountsTest {
         assertThrows(FileSystemNotFoundException.class, () -> FileSystems.getFileSystem(URI.create(uri)));
     }
 
-    /** What anyone else finds in the archive now. */
+    /** Returns what other programs find in the archive now. */
     private static boolean holdsA(String uri) throws Exception {
         try (FileSystem archive = FileSystems.newFileSystem(URI.create(uri), Map.of())) {
             return Files.isRegularFile(archive.getPath("/a"));
@@ -151,7 +132,7 @@ class MountsTest {
     }
 
     @Test
-    void closingWritesTheArchiveAndTellsNothing() throws Exception {
+    void closingWritesTheArchiveSilently() throws Exception {
         String uri = archiveUri();
         mount(uri);
         provider.createFile(A);
@@ -163,10 +144,10 @@ class MountsTest {
     }
 
     @Test
-    void closingTellsThatAnArchiveCannotBeWritten() throws Exception {
+    void closingReportsThatAnArchiveCannotBeWritten() throws Exception {
         mount(archiveUri());
         provider.createFile(A);
-        TreeDeleter.delete(folder);
+        Removal.removeTree(folder);
         ProviderException failure = assertThrows(ProviderException.class, provider::close);
         assertEquals(ErrorCode.IN_USE, failure.getErrorCode(), failure.getMessage());
         assertEquals(ROOT.getText(), failure.getLocationString());

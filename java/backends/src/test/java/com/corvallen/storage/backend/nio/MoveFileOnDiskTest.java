@@ -12,7 +12,7 @@ import java.util.concurrent.Future;
 import java.util.concurrent.atomic.AtomicBoolean;
 import org.junit.jupiter.api.Test;
 
-/** What a move promises beyond the contract where the file system is a disk. */
+/** What a move guarantees on a disk beyond the contract. */
 class MoveFileOnDiskTest extends NioTestCase {
     private static final int LENGTH = 100_000;
 
@@ -34,7 +34,7 @@ class MoveFileOnDiskTest extends NioTestCase {
         reader.shutdown();
     }
 
-    /** Fails if the file is missing once, or if two generations are mixed in what is read. */
+    /** Fails if the file is ever missing, or if a read mixes two generations. */
     private int readUntil(AtomicBoolean done, StorageURI target) throws Exception {
         int reads = 0;
         do {

@@ -14,7 +14,7 @@ import org.junit.jupiter.params.ParameterizedTest;
 import org.junit.jupiter.params.provider.Arguments;
 import org.junit.jupiter.params.provider.MethodSource;
 
-/** A move changes where something is, not when it was last modified. */
+/** A move keeps the time of last modification. */
 @Timeout(60)
 class MoveKeepsTimesTest {
     private static final FileTime TIME = FileTime.fromMillis(1_000_000_000_000L);

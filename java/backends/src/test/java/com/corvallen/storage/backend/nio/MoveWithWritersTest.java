@@ -13,29 +13,11 @@ import java.nio.file.Path;
 import java.nio.file.StandardCopyOption;
 import java.util.concurrent.atomic.AtomicBoolean;
 import java.util.concurrent.atomic.AtomicInteger;
-import org.junit.jupiter.api.AfterEach;
-import org.junit.jupiter.api.BeforeEach;
 import org.junit.jupiter.api.Test;
 
-/** Others write to a folder while it moves to another disk: nothing that was not copied is removed. */
-class MoveWithWritersTest extends NioTestCase {
+/** Others write to a folder while it moves to another disk: nothing is removed that was not copied. */
+class MoveWithWritersTest extends TwoDisksCase {
     private static final int MEGABYTES = Integer.parseInt(System.getenv().getOrDefault("MOVE_MEGABYTES", "20"));
-
-    private NioStorage disk;
-
-    MoveWithWritersTest() {
-        super(NioStorage::ofFolder);
-    }
-
-    @BeforeEach
-    void open() throws IOException {
-        disk = OtherDisk.open();
-    }
-
-    @AfterEach
-    void close() throws Exception {
-        disk.tearDown();
-    }
 
     private CopiedEntries copyOfTree() throws Exception {
         folder("a");
@@ -44,7 +26,7 @@ class MoveWithWritersTest extends NioTestCase {
         file("1", "a", "file");
         file("2", "a", "sub", "file");
         file("3", "a", "sub", "deep", "file");
-        return TreeCopier.begin(path("a"), disk.path("a")).fill();
+        return TreeCopy.begin(path("a"), disk.path("a")).fill();
     }
 
     @Test
@@ -126,7 +108,7 @@ class MoveWithWritersTest extends NioTestCase {
         }
     }
 
-    /** Goes on until the folder is gone or the move has ended. */
+    /** Writes until the folder is gone or the move has ended. */
     private static void writeUntil(AtomicBoolean done, Path folder, AtomicInteger written) {
         try {
             while (!done.get()) {
@@ -135,7 +117,7 @@ class MoveWithWritersTest extends NioTestCase {
                 Thread.sleep(1);
             }
         } catch (IOException | InterruptedException e) {
-            // The folder has been removed, so this file was never there.
+            // The folder has been removed, so this file was never created.
         }
     }
 }

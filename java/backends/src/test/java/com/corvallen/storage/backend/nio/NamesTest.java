@@ -15,7 +15,7 @@ import java.util.stream.Collectors;
 import java.util.stream.Stream;
 import org.junit.jupiter.api.Test;
 
-/** Several names at once lead to where they lead one by one. */
+/** Several names resolve at once as they do one by one. */
 class NamesTest {
     private static final String[] PARTS = {
         "a", "b c", ".", "\\", ":", "*", "%2F", "\u00e4", "e\u0301", "\ud83d\ude00", "\ud800", "\ufffd", "\uef80",
@@ -83,6 +83,6 @@ class NamesTest {
         try (FileSystem system = FileSystems.newFileSystem(uri, Map.of())) {
             assertSame(system.getPath("/"));
         }
-        TreeDeleter.delete(folder);
+        Removal.removeTree(folder);
     }
 }

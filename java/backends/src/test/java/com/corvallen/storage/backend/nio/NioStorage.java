@@ -1,5 +1,7 @@
 package com.corvallen.storage.backend.nio;
 
+import static org.junit.jupiter.api.Assertions.assertEquals;
+
 import com.corvallen.storage.contract.StorageUnderTest;
 import com.corvallen.storage.provider.ProviderException;
 import com.corvallen.storage.provider.StorageProvider;
@@ -20,7 +22,7 @@ import java.util.concurrent.TimeUnit;
 import java.util.stream.Stream;
 import java.util.zip.ZipOutputStream;
 
-/** A storage of the kind under test, with a way in beside the provider, and everything cleaned up at the end. */
+/** A storage under test, with direct access beside the provider; everything is removed at the end. */
 final class NioStorage implements StorageUnderTest {
     /** Undoes one step. */
     private interface Cleanup {
@@ -41,7 +43,7 @@ final class NioStorage implements StorageUnderTest {
     /** A folder of the default file system, without a mount. */
     static NioStorage ofDefaultFileSystem() throws IOException {
         Path folder = temporaryFolder();
-        return new NioStorage(new StorageURI("java://" + folder), folder, () -> TreeDeleter.delete(folder));
+        return new NioStorage(new StorageURI("java://" + folder), folder, () -> Removal.removeTree(folder));
     }
 
     /** A mount whose root is a new folder. */
@@ -51,18 +53,18 @@ final class NioStorage implements StorageUnderTest {
 
     /** A mount of a folder that is removed at the end. */
     static NioStorage ofFolder(Path folder) {
-        return mounted(folder, folder.toUri().toString(), () -> TreeDeleter.delete(folder));
+        return mounted(folder, folder.toUri().toString(), () -> Removal.removeTree(folder));
     }
 
-    /** A mount of a folder that the property names by a link; both are removed at the end. */
+    /** A mount whose property names the folder by a link; both are removed at the end. */
     static NioStorage ofFolder(Path folder, Path link) {
         return mounted(folder, "file://" + link, () -> {
-            TreeDeleter.delete(folder);
+            Removal.removeTree(folder);
             Files.delete(link);
         });
     }
 
-    /** A mount of a new zip archive, with the same use of it as the provider's. */
+    /** A mount of a new zip archive, which this object keeps open like the provider. */
     static NioStorage ofArchive() throws IOException {
         Path folder = temporaryFolder();
         URI uri = URI.create("jar:" + newArchive(folder.resolve("a.zip")).toUri());
@@ -70,7 +72,7 @@ final class NioStorage implements StorageUnderTest {
         lease.beginWriting();
         return mounted(lease.root(), uri.toString(), () -> {
             lease.close();
-            TreeDeleter.delete(folder);
+            Removal.removeTree(folder);
         });
     }
 
@@ -89,7 +91,7 @@ final class NioStorage implements StorageUnderTest {
                 .build());
     }
 
-    /** The same with a configuration of its own. */
+    /** The same with a configuration. */
     static NioStorage ofMemory(Configuration configuration) throws IOException {
         FileSystem system = Jimfs.newFileSystem(UUID.randomUUID().toString(), configuration);
         Path folder = Files.createDirectories(system.getPath("/storage"));
@@ -128,7 +130,7 @@ final class NioStorage implements StorageUnderTest {
         return root.getText().startsWith("java://m");
     }
 
-    /** The path behind a location of this storage. */
+    /** Returns the path of a location. */
     Path path(StorageURI location) throws ProviderException {
         List<String> names = location.getSegments();
         Path result = path;
@@ -138,7 +140,7 @@ final class NioStorage implements StorageUnderTest {
         return result;
     }
 
-    /** The path behind a location that is given by its names. */
+    /** Returns the path of a location given by its names. */
     Path path(String... names) throws ProviderException {
         return path(at(names));
     }
@@ -165,5 +167,12 @@ final class NioStorage implements StorageUnderTest {
         for (Cleanup cleanup : cleanups) {
             cleanup.run();
         }
+    }
+
+    /** Makes a pipe. */
+    StorageURI pipe(String... names) throws Exception {
+        Process mkfifo = new ProcessBuilder("mkfifo", path(names).toString()).inheritIO().start();
+        assertEquals(0, mkfifo.waitFor());
+        return at(names);
     }
 }

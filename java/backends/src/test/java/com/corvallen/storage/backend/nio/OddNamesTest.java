@@ -95,7 +95,7 @@ class OddNamesTest extends NioTestCase {
 
     @Test
     void spellingThatNoNameHasIsNoLocation() throws Exception {
-        // These two bytes are UTF-8, so the name with them is shown as what they spell.
+        // These two bytes are valid UTF-8, so the name is shown as the character that they encode.
         StorageURI odd = at("\uefc3\uefa4");
         assertFails(ErrorCode.INVALID_LOCATION, odd, () -> provider.createFile(odd));
         assertFails(ErrorCode.INVALID_LOCATION, odd, () -> provider.fileExists(odd));

@@ -6,7 +6,7 @@ import java.nio.file.Files;
 import java.nio.file.Path;
 import org.junit.jupiter.api.Assumptions;
 
-/** A second disk, to which no rename leads from the usual place. Tests that need it are left out without one. */
+/** A second disk, so that no rename leads there from the usual place. Tests that need it are skipped without one. */
 final class OtherDisk {
     private OtherDisk() {}
 

@@ -17,13 +17,13 @@ import java.util.ArrayList;
 import java.util.List;
 import java.util.concurrent.TimeUnit;
 
-/** A second process with a provider of its own. It does what each line of its input says, and answers with a line. */
+/** A second process with its own provider. It executes each line of its input and answers with a line. */
 final class OtherProcess implements AutoCloseable {
     private final Process process;
     private final BufferedReader answers;
     private final PrintStream orders;
 
-    /** Starts it, with options of the virtual machine if there are any. */
+    /** Starts it, with options for the virtual machine if any. */
     OtherProcess(String locale, String... options) throws IOException {
         List<String> words = new ArrayList<>();
         words.add(Path.of(System.getProperty("java.home"), "bin", "java").toString());
@@ -45,13 +45,13 @@ final class OtherProcess implements AutoCloseable {
                 .toString();
     }
 
-    /** Has a verb done to a location; returns "ok" with what came of it, or the name of an error code. */
+    /** Executes a verb on a location; returns "ok" with the result, or the name of an error code. */
     String ask(String verb, StorageURI location) throws IOException {
         orders.println(verb + " " + location);
         return answers.readLine();
     }
 
-    /** Ends it at once, whatever it is doing, and waits until it is gone. */
+    /** Kills it, whatever it is doing, and waits until it is gone. */
     void kill() {
         process.destroyForcibly();
         process.onExit().orTimeout(30, TimeUnit.SECONDS).join();
@@ -114,7 +114,7 @@ final class OtherProcess implements AutoCloseable {
         }
     }
 
-    /** Creates a file with a provider of its own, and ends that. */
+    /** Creates a file with a new provider, and ends that provider. */
     static void put(StorageURI file) throws ProviderException {
         NioProvider provider = new NioProvider();
         try {

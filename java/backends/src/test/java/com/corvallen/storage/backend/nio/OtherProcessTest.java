@@ -11,7 +11,7 @@ import java.nio.file.Files;
 import java.nio.file.Path;
 import org.junit.jupiter.api.Test;
 
-/** What only shows with a second process: locks between processes, and a locale that this one does not have. */
+/** What needs a second process: locks between processes, and a locale that this process does not have. */
 class OtherProcessTest extends NioTestCase {
     OtherProcessTest() {
         super(NioStorage::ofDefaultFileSystem);

@@ -12,7 +12,7 @@ import java.util.Map;
 import java.util.Set;
 import org.junit.jupiter.api.Test;
 
-/** Names of owners are looked up once, and not for ever. */
+/** Names of owners are looked up once, and again after a while. */
 class OwnerNamesTest {
     private static final Path ANY = Path.of("any");
 

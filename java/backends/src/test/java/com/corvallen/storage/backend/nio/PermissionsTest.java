@@ -9,7 +9,9 @@ import org.junit.jupiter.api.Assumptions;
 import org.junit.jupiter.api.BeforeEach;
 import org.junit.jupiter.api.Test;
 
-/** A folder that must not be written to. Root may write anywhere; {@link ReadOnlyArchiveTest} covers the codes then. */
+/**
+ * A folder that is not writable. Root can write anywhere, so {@link ReadOnlyArchiveTest} covers these codes for root.
+ */
 class PermissionsTest extends NioTestCase {
     PermissionsTest() {
         super(NioStorage::ofFolder);

@@ -13,28 +13,10 @@ import java.util.Set;
 import java.util.TreeSet;
 import java.util.concurrent.CompletableFuture;
 import java.util.concurrent.atomic.AtomicBoolean;
-import org.junit.jupiter.api.AfterEach;
-import org.junit.jupiter.api.BeforeEach;
 import org.junit.jupiter.api.Test;
 
-/** What a move makes beside its target is closed to others until it is what it shall be. */
-class PrivacyTest extends NioTestCase {
-    private NioStorage disk;
-
-    PrivacyTest() {
-        super(NioStorage::ofFolder);
-    }
-
-    @BeforeEach
-    void open() throws IOException {
-        disk = OtherDisk.open();
-    }
-
-    @AfterEach
-    void close() throws Exception {
-        disk.tearDown();
-    }
-
+/** What a move creates beside its target is closed to others until it is complete. */
+class PrivacyTest extends TwoDisksCase {
     private static String permissionsOf(Path path) throws IOException {
         return PosixFilePermissions.toString(Files.getPosixFilePermissions(path));
     }
@@ -51,7 +33,7 @@ class PrivacyTest extends NioTestCase {
         permit("rwxr-xr-x", "a");
         permit("rwxrwxrwx", "a", "sub");
         permit("rw-rw-rw-", "a", "sub", "file");
-        TreeCopier copier = TreeCopier.begin(path("a"), disk.path("a"));
+        TreeCopy copier = TreeCopy.begin(path("a"), disk.path("a"));
         assertEquals("rwx------", permissionsOf(disk.path("a")));
         copier.fill();
         assertEquals("rwxr-xr-x", permissionsOf(disk.path("a")));
@@ -61,7 +43,7 @@ class PrivacyTest extends NioTestCase {
 
     @Test
     void fileIsPrivateFromItsFirstMoment() throws Exception {
-        ContentCopy.create(path("a")).close();
+        ByteCopy.create(path("a")).close();
         assertEquals("rw-------", permissionsOf(path("a")));
     }
 
@@ -79,7 +61,7 @@ class PrivacyTest extends NioTestCase {
         assertEquals(Set.of("rwx------"), seen.get());
     }
 
-    /** Watches whatever appears where the folder arrives; it has arrived before this ends. */
+    /** Watches what appears where the folder arrives, until it has arrived. */
     private Set<String> permissionsUntil(AtomicBoolean done) {
         Set<String> seen = new TreeSet<>();
         boolean last;
@@ -90,7 +72,7 @@ class PrivacyTest extends NioTestCase {
                     seen.add(permissionsOf(entry));
                 }
             } catch (NoSuchFileException e) {
-                // It has got its name by now.
+                // It has its final name by now.
             } catch (Exception e) {
                 throw new AssertionError(e);
             }

@@ -26,7 +26,7 @@ import org.junit.jupiter.api.Assumptions;
 import org.junit.jupiter.api.BeforeAll;
 import org.junit.jupiter.api.Test;
 
-/** An exclusive channel holds other processes off, whatever else this process does with the file meanwhile. */
+/** An exclusive channel keeps other processes out, whatever else this process does with the file. */
 class ProcessLocksTest extends NioTestCase {
     private static final int ROUNDS = 100;
 
@@ -191,7 +191,7 @@ class ProcessLocksTest extends NioTestCase {
         FutureTask<ProviderChannel> opening = new FutureTask<>(() -> hold(at("a")));
         Thread thread = new Thread(opening);
         Path path = path("a");
-        OpenFiles.creating(path, () -> {
+        FileUses.creating(path, () -> {
             Files.createFile(path);
             thread.start();
             while (thread.getState() != Thread.State.WAITING) {
@@ -231,13 +231,13 @@ class ProcessLocksTest extends NioTestCase {
         }
     }
 
-    /** As when it took the name of a file between the look at that and its opening. */
+    /** Behaves as if the file took the name between the check and the opening. */
     @Test
     void fileThatWasOpenedByMistakeIsClosedAfterTheLock() throws Exception {
         StorageURI a = file("hello", "a");
         FileChannel mistaken = FileChannel.open(path("a"), StandardOpenOption.READ);
         try (ProviderChannel channel = hold(a)) {
-            OpenFiles.discard(found(path("a"), a), mistaken);
+            FileUses.discard(found(path("a"), a), mistaken);
             assertHeld(a);
             assertEquals(5, channel.size());
         }

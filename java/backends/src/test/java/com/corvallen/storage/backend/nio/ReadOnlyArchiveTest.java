@@ -21,26 +21,25 @@ import java.util.zip.ZipEntry;
 import org.junit.jupiter.api.AfterEach;
 import org.junit.jupiter.api.BeforeEach;
 import org.junit.jupiter.api.Test;
-import org.junit.jupiter.api.Timeout;
 import org.junit.jupiter.api.function.Executable;
 
-/** A storage that cannot be written to, whoever runs the test: an archive that is open for reading. */
-@Timeout(60)
-class ReadOnlyArchiveTest {
+/** A storage that is not writable even for root: an archive opened for reading. */
+class ReadOnlyArchiveTest extends MountCase {
     private static final String PROPERTY = "storage.mount.read-only";
 
-    private final NioProvider provider = new NioProvider();
-    private Path folder;
     private FileSystem archive;
+
+    ReadOnlyArchiveTest() {
+        super(PROPERTY);
+    }
 
     @BeforeEach
     void openArchive() throws Exception {
-        folder = NioStorage.temporaryFolder();
         URI uri = URI.create("jar:" + newMultiReleaseArchive(folder.resolve("a.jar")).toUri());
-        // Seen as an earlier release sees it, such an archive is read-only; file permissions do not stop root.
+        // With this setting an archive is read-only; file permissions would not stop root.
         archive = FileSystems.newFileSystem(uri, Map.of("releaseVersion", "11", "multi-release", "11"));
         assertTrue(archive.isReadOnly());
-        System.setProperty(PROPERTY, uri.toString());
+        mount(uri);
     }
 
     private static Path newMultiReleaseArchive(Path file) throws Exception {
@@ -55,11 +54,9 @@ class ReadOnlyArchiveTest {
     }
 
     @AfterEach
-    void cleanUp() throws Exception {
+    void closeArchive() throws Exception {
         provider.dispose();
-        System.clearProperty(PROPERTY);
         archive.close();
-        TreeDeleter.delete(folder);
     }
 
     private static StorageURI at(String path) {

@@ -94,7 +94,7 @@ class ReasonsTest {
     private static ProviderException failureOf(IOException exception) {
         return assertThrows(
                 ProviderException.class,
-                () -> Failures.translated(PLACE, (IoAction) () -> {
+                () -> Failures.translated(PLACE, (Failures.Action) () -> {
                     throw exception;
                 }));
     }

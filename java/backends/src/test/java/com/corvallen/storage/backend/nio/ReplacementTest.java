@@ -21,7 +21,6 @@ import java.nio.file.attribute.PosixFilePermissions;
 import java.nio.file.attribute.UserDefinedFileAttributeView;
 import java.util.Map;
 import java.util.TreeMap;
-import java.util.concurrent.TimeUnit;
 import java.util.stream.Stream;
 import org.junit.jupiter.api.AfterEach;
 import org.junit.jupiter.api.Assumptions;
@@ -32,7 +31,7 @@ import org.junit.jupiter.params.provider.Arguments;
 import org.junit.jupiter.params.provider.CsvSource;
 import org.junit.jupiter.params.provider.MethodSource;
 
-/** A file that replaces another changes what it holds, not who may read it nor what is attached to it. */
+/** A file that replaces another takes over its permissions, owner and user attributes. */
 @Timeout(60)
 class ReplacementTest {
     private NioStorage storage;
@@ -232,7 +231,7 @@ class ReplacementTest {
         }
     }
 
-    /** Modes are written in octal. */
+    /** Takes modes in octal. */
     @ParameterizedTest
     @CsvSource({
         "0640,true,true,0640", "0640,true,false,0600", "0664,true,false,0644", "06755,false,true,0755",
@@ -251,7 +250,7 @@ class ReplacementTest {
         attach(storage.path("b"), "old", "2");
         KeptAttributes own = KeptAttributes.of(storage.path("a"));
         KeptAttributes replaced = KeptAttributes.of(storage.path("b"));
-        replaced.giveAttached(storage.path("a"));
+        replaced.giveUserAttributes(storage.path("a"));
         replaced.giveAccessAnew(storage.path("a"));
         assertPermissions("rwx------", storage.path("a"));
         Exception reported = new Exception();
@@ -264,8 +263,7 @@ class ReplacementTest {
     @Test
     void pipeIsNotReplaced() throws Exception {
         open(NioStorage::ofFolder);
-        Process mkfifo = new ProcessBuilder("mkfifo", storage.path("pipe").toString()).inheritIO().start();
-        assertTrue(mkfifo.waitFor(60, TimeUnit.SECONDS));
+        storage.pipe("pipe");
         Files.createSymbolicLink(storage.path("link"), Path.of("pipe"));
         StorageURI a = file("x", "rw-------", "a");
         for (String name : new String[] {"pipe", "link"}) {

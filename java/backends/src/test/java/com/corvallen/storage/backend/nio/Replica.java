@@ -13,8 +13,8 @@ import java.util.TreeMap;
 import java.util.concurrent.TimeUnit;
 
 /**
- * What a host believes to be in a folder, going by the events: whatever is added is empty at first, and whatever is
- * removed takes along what is below it.
+ * A host's picture of a folder, built from events: an added folder is empty at first, and a removed one takes
+ * everything below it along.
  */
 final class Replica extends RecordingPublisher {
     private static final long DEADLINE = TimeUnit.SECONDS.toNanos(40);
@@ -39,7 +39,7 @@ final class Replica extends RecordingPublisher {
         super.publish(kind, watched, changed, type, originId);
     }
 
-    /** Takes over what a listing shows. */
+    /** Takes over a listing. */
     synchronized void list(StorageProvider provider, StorageURI folder) throws ProviderException {
         known.putAll(contentOf(provider, folder));
     }
@@ -52,13 +52,13 @@ final class Replica extends RecordingPublisher {
         return new TreeMap<>(known);
     }
 
-    /** Waits until this is what a listing shows. */
+    /** Waits until this equals a listing. */
     void awaitListing(StorageProvider provider, StorageURI folder) throws ProviderException {
         TreeMap<String, EntryType> listed = contentOf(provider, folder);
         long end = System.nanoTime() + DEADLINE;
         while (!known().equals(listed)) {
             if (System.nanoTime() > end) {
-                throw new AssertionError("listed: " + listed + "\n known: " + known() + "\n told: " + events());
+                throw new AssertionError("listed: " + listed + "\n known: " + known() + "\n reported: " + events());
             }
             Thread.onSpinWait();
         }
@@ -71,7 +71,7 @@ final class Replica extends RecordingPublisher {
         return result;
     }
 
-    /** What is removed meanwhile is left out. */
+    /** Leaves out what is removed during the listing. */
     private static void collect(StorageProvider provider, StorageURI folder, TreeMap<String, EntryType> result)
             throws ProviderException {
         for (FolderListEntry entry : provider.listFolder(folder)) {

@@ -24,7 +24,7 @@ import java.util.concurrent.atomic.AtomicBoolean;
 import java.util.stream.Stream;
 import org.junit.jupiter.api.Test;
 
-/** A move removes the name that a file had, and never a newer file that another process puts there meanwhile. */
+/** A move removes the name that a file had, but never a newer file that another process puts there. */
 class SpareNameTest extends NioTestCase {
     private static final int SECONDS =
             Integer.parseInt(System.getenv().getOrDefault("MOVE_RACE_SECONDS", "1"));
@@ -37,7 +37,7 @@ class SpareNameTest extends NioTestCase {
         return Files.readAttributes(path, BasicFileAttributes.class);
     }
 
-    /** Puts a version in place as editors do. */
+    /** Puts a version in place, as editors do. */
     private void put(String content, String name) {
         try {
             Path temporary = write(path("temporary"), content);
@@ -97,7 +97,9 @@ class SpareNameTest extends NioTestCase {
         assertThrows(NoSuchFileException.class, () -> SpareName.remove(path("missing"), path("other"), null));
     }
 
-    /** One process puts versions in place, another moves whatever is there. MOVE_RACE_SECONDS makes it longer. */
+    /**
+     * One process puts versions in place while another moves whatever is there. Set MOVE_RACE_SECONDS to run longer.
+     */
     @Test
     void lastOfManyVersionsIsAlwaysSomewhere() throws Exception {
         StorageURI source = at("source");
@@ -121,7 +123,7 @@ class SpareNameTest extends NioTestCase {
             try {
                 provider.moveFile(source, at("target" + i), /* replace= */ false);
             } catch (ProviderException e) {
-                // Mostly that there is none just now; what counts is that none is lost.
+                // Usually there is none at that moment; what counts is that none is lost.
                 assertTrue(Set.of(ErrorCode.NOT_FOUND, ErrorCode.IN_USE).contains(e.getErrorCode()), e.getMessage());
             }
         }

@@ -6,43 +6,16 @@ import static org.junit.jupiter.api.Assertions.assertTrue;
 
 import com.corvallen.storage.provider.ErrorCode;
 import com.corvallen.storage.provider.StorageURI;
-import java.io.IOException;
 import java.nio.channels.FileChannel;
 import java.nio.file.Files;
 import java.nio.file.Path;
 import java.nio.file.StandardOpenOption;
 import java.nio.file.attribute.BasicFileAttributes;
-import java.util.concurrent.TimeUnit;
-import org.junit.jupiter.api.AfterEach;
 import org.junit.jupiter.api.Assumptions;
-import org.junit.jupiter.api.BeforeEach;
 import org.junit.jupiter.api.Test;
 
-/** Pipes are moved as names and never opened: that would block until someone opens the other end. */
-class SpecialFilesMoveTest extends NioTestCase {
-    private NioStorage disk;
-
-    SpecialFilesMoveTest() {
-        super(NioStorage::ofFolder);
-    }
-
-    @BeforeEach
-    void open() throws IOException {
-        disk = OtherDisk.open();
-    }
-
-    @AfterEach
-    void close() throws Exception {
-        disk.tearDown();
-    }
-
-    private StorageURI pipe(String... names) throws Exception {
-        Process mkfifo = new ProcessBuilder("mkfifo", path(names).toString()).inheritIO().start();
-        assertTrue(mkfifo.waitFor(60, TimeUnit.SECONDS));
-        assertEquals(0, mkfifo.exitValue());
-        return at(names);
-    }
-
+/** Pipes are moved as names and never opened, which would block until someone opens the other end. */
+class SpecialFilesMoveTest extends TwoDisksCase {
     private static void assertPipe(Path path) throws Exception {
         assertTrue(Files.readAttributes(path, BasicFileAttributes.class).isOther(), () -> path + " is no pipe");
     }
@@ -98,7 +71,7 @@ class SpecialFilesMoveTest extends NioTestCase {
         assertEquals(1, disk.countEntries(disk.at()));
     }
 
-    /** Linux makes such files as they are read. */
+    /** Linux makes the content of such files as they are read. */
     @Test
     void fileThatHidesItsSizeIsCopiedWhole() throws Exception {
         Path made = Path.of("/proc/self/cmdline");
@@ -106,7 +79,7 @@ class SpecialFilesMoveTest extends NioTestCase {
         try (FileChannel from = FileChannel.open(made);
                 FileChannel to = FileChannel.open(
                         path("copy"), StandardOpenOption.CREATE_NEW, StandardOpenOption.WRITE)) {
-            ContentCopy.copy(from, to);
+            ByteCopy.copy(from, to);
         }
         assertArrayEquals(Files.readAllBytes(made), Files.readAllBytes(path("copy")));
     }

@@ -30,7 +30,10 @@ import org.junit.jupiter.api.Assumptions;
 import org.junit.jupiter.api.Test;
 import org.junit.jupiter.api.function.Executable;
 
-/** Pipes and sockets: they have attributes, can be moved and removed, and are never opened, as that may never end. */
+/**
+ * Pipes and sockets have attributes and can be moved and removed. They are never opened, because that may block for
+ * ever.
+ */
 class SpecialFilesTest extends NioTestCase {
     private static final int ROUNDS = 500;
 
@@ -38,7 +41,7 @@ class SpecialFilesTest extends NioTestCase {
         super(NioStorage::ofDefaultFileSystem);
     }
 
-    /** Runs what would never end, or not be interrupted, if it opened a pipe. */
+    /** Runs what would block for ever if it opened a pipe. */
     private static void assertEnds(Executable action) throws Exception {
         FutureTask<Throwable> task = new FutureTask<>(() -> {
             try {
@@ -52,12 +55,6 @@ class SpecialFilesTest extends NioTestCase {
         thread.setDaemon(true);
         thread.start();
         assertNull(task.get(30, TimeUnit.SECONDS));
-    }
-
-    private StorageURI pipe(String... names) throws Exception {
-        Process mkfifo = new ProcessBuilder("mkfifo", path(names).toString()).inheritIO().start();
-        assertEquals(0, mkfifo.waitFor());
-        return at(names);
     }
 
     private Map<String, String> attributesOf(StorageURI location) throws ProviderException {
@@ -141,7 +138,7 @@ class SpecialFilesTest extends NioTestCase {
         }
     }
 
-    /** Java has had such sockets since 16, and these tests are compiled for an older one. */
+    /** Uses reflection: Java has such sockets since 16, but these tests are compiled for an older Java. */
     private static ServerSocketChannel socket(Path path) throws Exception {
         Assumptions.assumeTrue(Runtime.version().feature() >= 16, "this Java has no such sockets");
         SocketAddress address = (SocketAddress)
@@ -152,7 +149,7 @@ class SpecialFilesTest extends NioTestCase {
         return socket.bind(address);
     }
 
-    /** To open a pipe for reading and writing does not wait; that it is one is found out after it. */
+    /** Opening a pipe for reading and writing does not block; afterwards it is found to be a pipe. */
     @Test
     void pipeThatTakesAFilesNameIsNotWrittenTo() throws Exception {
         StorageURI a = file("hello", "a");
@@ -196,7 +193,7 @@ class SpecialFilesTest extends NioTestCase {
         }
     }
 
-    /** Where a folder was expected, not even a pipe is waited for. */
+    /** Does not wait even for a pipe that took the place of a folder. */
     @Test
     void pipeInTheFoldersPlaceIsNoFolder() throws Exception {
         folder("f");
@@ -210,8 +207,8 @@ class SpecialFilesTest extends NioTestCase {
         });
     }
 
-    /** Java 17 says that it is no folder, later ones that nothing is there. */
-    private void assertNoFolder(IoAction action) throws Exception {
+    /** Java 17 reports that it is not a folder, later ones that nothing is there. */
+    private void assertNoFolder(Failures.Action action) throws Exception {
         StorageURI f = at("f");
         ProviderException failure = assertThrows(ProviderException.class, () -> Failures.translated(f, action));
         assertTrue(

@@ -42,7 +42,7 @@ class StorageSpaceTest {
         }
     }
 
-    /** A disk of 100 bytes, 60 of which nobody uses; 20 of those are for everyone. */
+    /** A disk of 100 bytes: 60 are unused, 20 of these are open to everyone. */
     private static final class Disk extends FileStore {
         @Override
         public String name() {

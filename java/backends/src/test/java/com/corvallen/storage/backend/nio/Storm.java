@@ -25,7 +25,7 @@ final class Storm implements Runnable {
             try {
                 step();
             } catch (FileSystemException e) {
-                // Another storm was faster, or something is in the way; the next step is another one.
+                // Another storm was faster, or something is in the way; go on with the next step.
                 continue;
             } catch (IOException e) {
                 throw new AssertionError(e);
@@ -50,7 +50,7 @@ final class Storm implements Runnable {
                 Files.delete(any());
                 break;
             case 3:
-                TreeDeleter.delete(any());
+                Removal.removeTree(any());
                 break;
             case 4:
                 Files.move(any(), any(), StandardCopyOption.ATOMIC_MOVE);

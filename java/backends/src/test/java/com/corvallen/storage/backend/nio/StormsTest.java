@@ -16,7 +16,7 @@ import java.util.concurrent.TimeUnit;
 import org.junit.jupiter.api.RepeatedTest;
 import org.junit.jupiter.api.Test;
 
-/** Whatever others do at the same time, who follows the events knows in the end what is there. */
+/** Whatever others do at the same time, a host that follows the events finally knows what is there. */
 class StormsTest extends NioTestCase {
     private final Replica replica = new Replica();
     private final long seed = System.nanoTime();
@@ -58,7 +58,7 @@ class StormsTest extends NioTestCase {
         assertEquals(List.of(), replica.mistakes());
     }
 
-    /** Few enough changes that the system loses none: what it loses and a listing has seen, no one can tell. */
+    /** Few enough changes for the system not to lose any: a lost change that a listing has seen cannot be found. */
     @RepeatedTest(20)
     void startAndListingAmidAStormMissNothing() throws Exception {
         StorageURI f = folder("f");
@@ -109,7 +109,7 @@ class StormsTest extends NioTestCase {
             Files.createDirectory(path("f", "d"));
             Files.createFile(path("f", "d", "child" + i));
             if (i < 199) {
-                TreeDeleter.delete(path("f", "d"));
+                Removal.removeTree(path("f", "d"));
             }
         }
         replica.awaitListing(provider, f);
@@ -118,7 +118,7 @@ class StormsTest extends NioTestCase {
         assertEquals(List.of(), replica.mistakes());
     }
 
-    /** Keeps the watcher's thread from looking until the result is counted down. */
+    /** Keeps the watcher's thread from scanning until the result is counted down. */
     private CountDownLatch hold() throws Exception {
         StorageURI gate = folder("gate");
         CountDownLatch inside = new CountDownLatch(1);
@@ -139,7 +139,7 @@ class StormsTest extends NioTestCase {
         return release;
     }
 
-    /** The system's queue of one folder holds 512 events; more than that are given up, and the folder is listed. */
+    /** The system's queue for a folder holds 512 events; beyond that they are dropped, and the folder is listed. */
     @Test
     void moreEventsThanTheSystemKeepsAreMadeUpFor() throws Exception {
         StorageURI f = folder("f");
@@ -158,7 +158,7 @@ class StormsTest extends NioTestCase {
     }
 
     @Test
-    void whatComesAndGoesBetweenTwoLooksIsToldAsAFile() throws Exception {
+    void whatComesAndGoesBetweenTwoScansIsReportedAsAFile() throws Exception {
         StorageURI f = folder("f");
         provider.publishEventsFor(f, replica);
         CountDownLatch release = hold();
@@ -170,7 +170,7 @@ class StormsTest extends NioTestCase {
     }
 
     @Test
-    void whatIsMadeAgainBetweenTwoLooksIsToldAgain() throws Exception {
+    void whatIsMadeAgainBetweenTwoScansIsReportedAgain() throws Exception {
         StorageURI f = folder("f");
         StorageURI again = folder("f", "again");
         StorageURI replaced = folder("f", "replaced");

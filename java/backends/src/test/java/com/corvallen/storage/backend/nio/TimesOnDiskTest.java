@@ -16,7 +16,7 @@ import org.junit.jupiter.params.ParameterizedTest;
 import org.junit.jupiter.params.provider.CsvSource;
 import org.junit.jupiter.params.provider.ValueSource;
 
-/** Times that the library sets to others and calls it a success, on a disk, in an archive, and on the way between. */
+/** Times that Java silently changes when setting them, on a disk, in an archive, and between the two. */
 class TimesOnDiskTest extends NioTestCase {
     private static final long YEAR_1 = -62_135_596_800_000L;
     private static final long YEAR_1960 = -315_619_200_000L;
@@ -57,7 +57,7 @@ class TimesOnDiskTest extends NioTestCase {
         assertEquals(old, Files.getLastModifiedTime(path("a")));
     }
 
-    /** The library can set no time after 2262. */
+    /** Java cannot set a time after 2262. */
     @Test
     void refusedTimeLeavesAFarOne() throws Exception {
         StorageURI a = file("x", "a");

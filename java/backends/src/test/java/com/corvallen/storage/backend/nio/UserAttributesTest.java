@@ -32,24 +32,24 @@ import org.junit.jupiter.params.ParameterizedTest;
 import org.junit.jupiter.params.provider.CsvSource;
 import org.junit.jupiter.params.provider.ValueSource;
 
-/** What extended attributes hold, on the file systems that have them. */
+/** User attributes, on file systems that have them. */
 class UserAttributesTest {
     @ParameterizedTest
     @CsvSource({"text, text", "'', ''", "base64:, base64:YmFzZTY0Og==", "base6, base6", "\u00e4, base64:5A=="})
     void valueIsTextOrBase64(String latin, String text) {
-        assertEquals(text, UserAttributes.textOf(latin.getBytes(StandardCharsets.ISO_8859_1)));
+        assertEquals(text, UserAttributeTexts.textOf(latin.getBytes(StandardCharsets.ISO_8859_1)));
     }
 
     @Test
     void valueWithANulIsBase64() {
-        assertEquals("base64:YQBi", UserAttributes.textOf(new byte[] {'a', 0, 'b'}));
-        assertEquals("base64:AA==", UserAttributes.textOf(new byte[] {0}));
+        assertEquals("base64:YQBi", UserAttributeTexts.textOf(new byte[] {'a', 0, 'b'}));
+        assertEquals("base64:AA==", UserAttributeTexts.textOf(new byte[] {0}));
     }
 
     @Test
     void valueOfUtf8IsItself() {
         String text = "h\u00e4llo \ud83d\ude00";
-        assertEquals(text, UserAttributes.textOf(text.getBytes(StandardCharsets.UTF_8)));
+        assertEquals(text, UserAttributeTexts.textOf(text.getBytes(StandardCharsets.UTF_8)));
     }
 
     @Test
@@ -117,7 +117,7 @@ class UserAttributesTest {
         Path path = Path.of("").toAbsolutePath();
         Found found = new Found(new StorageURI("java://" + path), path, EntryKind.attributesOf(path));
         Map<String, String> values = new LinkedHashMap<>();
-        new UserAttributes(found, view).readInto(values);
+        new UserAttributeTexts(found, view).readInto(values);
         return values;
     }
 
@@ -134,7 +134,7 @@ class UserAttributesTest {
         assertEquals(Map.of(), readFrom(new View(Map.of("list", new FileSystemException("f", null, reason)))));
     }
 
-    /** What can be read another time is not called missing. */
+    /** What may be readable another time is not reported as missing. */
     @ParameterizedTest
     @ValueSource(strings = {"Too many open files", "Input/output error"})
     void storageThatFailsIsReported(String reason) {
@@ -152,7 +152,7 @@ class UserAttributesTest {
         return result;
     }
 
-    /** The cases of a file system with all three views. */
+    /** Cases for a file system with all three views. */
     abstract static class Cases extends NioTestCase {
         Cases(StorageUnderTest.Opener opener) {
             super(opener);

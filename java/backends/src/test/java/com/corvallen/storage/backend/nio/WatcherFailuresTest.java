@@ -13,19 +13,16 @@ import java.nio.file.Files;
 import java.nio.file.Path;
 import java.nio.file.WatchEvent;
 import java.nio.file.WatchKey;
-import java.nio.file.Watchable;
 import java.time.Duration;
 import java.util.ArrayList;
 import java.util.List;
-import java.util.Map;
-import java.util.concurrent.ConcurrentHashMap;
 import java.util.concurrent.CountDownLatch;
 import java.util.concurrent.TimeUnit;
 import java.util.concurrent.atomic.AtomicInteger;
 import org.junit.jupiter.api.AfterEach;
 import org.junit.jupiter.api.Test;
 
-/** No failure ends the watcher's thread, and what it missed it reports later. */
+/** No failure ends the watcher's thread; what it has missed is reported later. */
 class WatcherFailuresTest extends NioTestCase {
     private static final Duration INTERVAL = Duration.ofMillis(20);
 
@@ -56,13 +53,15 @@ class WatcherFailuresTest extends NioTestCase {
         assertEquals(List.of(), replica.mistakes());
     }
 
-    /** Signals that fail in ways of which no one can be sure. */
-    private class Faulty implements Signals {
-        private final Signals signals;
-        private final Map<WatchKey, WatchKey> keys = new ConcurrentHashMap<>();
-
+    /** Signals that fail in unexpected ways. */
+    private class Faulty extends DelegatingSignals {
         Faulty(FileSystem system) throws IOException {
-            signals = WatchSignals.open(system);
+            super(system);
+        }
+
+        @Override
+        WatchKey replaced(WatchKey key) {
+            return new FaultyKey(key);
         }
 
         @Override
@@ -70,61 +69,28 @@ class WatcherFailuresTest extends NioTestCase {
             if (folder.endsWith("bad") && failures.incrementAndGet() == 1) {
                 throw new StackOverflowError("thrown by a test");
             }
-            return keys.computeIfAbsent(signals.register(folder), FaultyKey::new);
-        }
-
-        @Override
-        public WatchKey poll(long nanos) throws InterruptedException {
-            WatchKey key = signals.poll(nanos);
-            return key == null ? null : keys.get(key);
-        }
-
-        @Override
-        public void close() throws IOException {
-            signals.close();
+            return super.register(folder);
         }
     }
 
-    /** Loses its events by an error if there is a file that says so. */
-    private final class FaultyKey implements WatchKey {
-        private final WatchKey key;
-
+    /** Loses its events by an error if a certain file exists. */
+    private final class FaultyKey extends DelegatingSignals.Key {
         FaultyKey(WatchKey key) {
-            this.key = key;
+            super(key);
         }
 
         @Override
         public List<WatchEvent<?>> pollEvents() {
-            List<WatchEvent<?>> events = key.pollEvents();
-            if (Files.exists(((Path) key.watchable()).resolve("lost")) && failures.incrementAndGet() == 1) {
+            List<WatchEvent<?>> events = super.pollEvents();
+            if (Files.exists(((Path) watchable()).resolve("lost")) && failures.incrementAndGet() == 1) {
                 throw new OutOfMemoryError("thrown by a test");
             }
             return events;
         }
-
-        @Override
-        public boolean isValid() {
-            return key.isValid();
-        }
-
-        @Override
-        public boolean reset() {
-            return key.reset();
-        }
-
-        @Override
-        public void cancel() {
-            key.cancel();
-        }
-
-        @Override
-        public Watchable watchable() {
-            return key.watchable();
-        }
     }
 
     @Test
-    void folderThatCannotBeLookedIntoIsLookedIntoLater() throws Exception {
+    void folderThatCannotBeScannedIsScannedLater() throws Exception {
         StorageURI f = watch(new Watcher(Faulty::new, INTERVAL));
         folder("ready");
         file("x", "ready", "a");

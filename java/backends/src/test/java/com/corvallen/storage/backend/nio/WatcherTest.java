@@ -18,7 +18,7 @@ import java.util.concurrent.atomic.AtomicBoolean;
 import java.util.stream.Collectors;
 import org.junit.jupiter.api.Test;
 
-/** The thread behind events, what it is told, and how it ends. */
+/** The thread that publishes events: what it reports, and how it ends. */
 class WatcherTest extends NioTestCase {
     private final Replica replica = new Replica();
 
@@ -49,7 +49,7 @@ class WatcherTest extends NioTestCase {
     }
 
     @Test
-    void linksAreToldAsWhatTheyLeadToAndNotEntered() throws Exception {
+    void linksAreReportedAsWhatTheyLeadToAndNotEntered() throws Exception {
         StorageURI f = folder("f");
         folder("g");
         provider.publishEventsFor(f, replica);

@@ -9,11 +9,11 @@ import java.nio.file.Path;
 import java.util.concurrent.TimeUnit;
 import org.junit.jupiter.api.Test;
 
-/** A folder with more entries than fit into memory is removed all the same. */
+/** Removes a folder with more entries than fit into memory. */
 class WideFolderTest extends NioTestCase {
     private static final int ENTRIES = Integer.parseInt(System.getenv().getOrDefault("WIDE_ENTRIES", "30000"));
 
-    /** Each name takes as many bytes. */
+    /** Each name has that many bytes. */
     private static final int LENGTH = 240;
 
     private static final int MEGABYTES = 8;
@@ -22,7 +22,7 @@ class WideFolderTest extends NioTestCase {
         super(NioStorage::ofDefaultFileSystem);
     }
 
-    /** Real disks take long to make so many files, so links to one are made. */
+    /** Makes links to one file: real disks take long to make so many files. */
     private StorageURI wide() throws Exception {
         Path top = path("top");
         Files.createDirectory(top);

@@ -11,24 +11,24 @@ import java.nio.file.Path;
 import java.util.UUID;
 
 /**
- * Finds room for what is unpacked from an archive or is to go into it: on the archive's own disk, which must have it in
- * the end, or in the folder for temporary files where nothing can be made beside the archive. The file is there by name
- * just for some calls of the system; one that a process left there by being killed in between is removed.
+ * Opens a file without a name, for an archive's {@link Spool}: on the archive's own disk, which will need the room in
+ * the end, or in the folder for temporary files if nothing can be created beside the archive. The file has a name only
+ * for a few system calls. If a process was killed in between, the next one removes its file.
  */
-final class ArchiveSpool {
+final class UnnamedFile {
     static final String PREFIX = ".storage-spool-";
     private static final int ATTEMPTS = 100;
 
-    private ArchiveSpool() {}
+    private UnnamedFile() {}
 
     static SteadyFile open(Path archive) throws IOException {
         try {
-            return makeAt(HiddenNames.of(archive, PREFIX));
+            return makeAt(Names.hiddenFor(archive, PREFIX));
         } catch (FileSystemException e) {
             if (Files.isWritable(archive.getParent())) {
                 throw e;
             }
-            return makeAt(HiddenNames.beside(Path.of(System.getProperty("java.io.tmpdir"), PREFIX)));
+            return makeAt(Names.hiddenBeside(Path.of(System.getProperty("java.io.tmpdir"), PREFIX)));
         }
     }
 
@@ -48,21 +48,21 @@ final class ArchiveSpool {
                 return made;
             }
         }
-        throw new FileSystemException(path.toString(), null, "is removed again and again");
+        throw new FileSystemException(path.toString(), null, "keeps being removed");
     }
 
-    /** Returns a new file, null if it is someone else's that has the name by now. */
+    /** Returns a new file, or null if another process has taken the name in between. */
     private static SteadyFile madeAt(Path path) throws IOException {
-        try (FileChannel made = PrivateFiles.create(path)) {
+        try (FileChannel made = Privacy.createFile(path)) {
             return opened(path, made);
         } catch (FileAlreadyExistsException e) {
-            // Left by a process that was killed, or just being made by another one, which has to try again then.
+            // Left by a process that was killed. If another process is just making it, that one tries again.
             Files.deleteIfExists(path);
             return null;
         }
     }
 
-    /** Opens a file that was just made, and takes its name away. */
+    /** Opens a file that was just created, and removes its name. */
     private static SteadyFile opened(Path path, FileChannel made) throws IOException {
         SteadyFile file = null;
         boolean isSound = false;
@@ -78,7 +78,7 @@ final class ArchiveSpool {
         return isSound ? file : null;
     }
 
-    /** Tells whether both lead to one file, by what is written through one and read through the other. */
+    /** Tells whether both are the same file, by writing through one and reading through the other. */
     private static boolean areSame(FileChannel made, SteadyFile opened) throws IOException {
         ByteBuffer mark = ByteBuffer.wrap(UUID.randomUUID().toString().getBytes(StandardCharsets.US_ASCII));
         ByteBuffer found = ByteBuffer.allocate(mark.remaining());

@@ -8,41 +8,40 @@ import java.nio.charset.CharacterCodingException;
 import java.nio.charset.StandardCharsets;
 import java.nio.file.Files;
 import java.nio.file.attribute.UserDefinedFileAttributeView;
-import java.util.Arrays;
 import java.util.Base64;
 import java.util.List;
 import java.util.Map;
 
 /**
- * The attributes that someone has attached to a file or folder. A value is bytes; the host knows text only. UTF-8 is
- * shown as it is, and everything else as {@code base64:} and the bytes in Base64: what is not UTF-8, what holds a NUL,
- * where the host would end it, and what begins with {@code base64:} itself. So no two values look the same.
+ * The user attributes of a file or folder, as text for the host. A value is bytes. Valid UTF-8 is shown as it is.
+ * Anything else is shown as {@code base64:} and its Base64 form, and so is text that contains NUL, where the host would
+ * end it, or that begins with {@code base64:}. So no two values look the same.
  */
-final class UserAttributes {
+final class UserAttributeTexts {
     static final String PREFIX = "user:";
     private static final String ENCODED = "base64:";
 
     private final Found found;
 
-    /** Null if the file system has no such attributes at all. */
+    /** Null if the file system has no user attributes. */
     private final UserDefinedFileAttributeView view;
 
-    UserAttributes(Found found) {
+    UserAttributeTexts(Found found) {
         this(found, Files.getFileAttributeView(found.openedPath(), UserDefinedFileAttributeView.class));
     }
 
-    UserAttributes(Found found, UserDefinedFileAttributeView view) {
+    UserAttributeTexts(Found found, UserDefinedFileAttributeView view) {
         this.found = found;
         this.view = view;
     }
 
     /**
-     * Adds what can be read to the values. The platform opens what it reads them of, so there are none of what is never
-     * opened, none that this process may not read, and none of a file while one of its channels holds it exclusively.
+     * Adds what can be read to the values. The platform opens a file to read them, so there are none for what is never
+     * opened, what this process may not read, or a file that one of its channels holds exclusively.
      */
     void readInto(Map<String, String> values) throws IOException, ProviderException {
         if (view != null && found.isOpenable()) {
-            OpenFiles.briefly(found, () -> readAllInto(values));
+            FileUses.briefly(found, () -> readAllInto(values));
         }
     }
 
@@ -52,22 +51,18 @@ final class UserAttributes {
             return;
         }
         for (String name : names) {
-            byte[] value = readable(() -> read(name));
+            byte[] value = readable(() -> UserAttributeValues.read(view, name));
             if (value != null) {
                 values.put(PREFIX + name, textOf(value));
             }
         }
     }
 
-    /** Among those that cannot be read are those that are gone meanwhile, and names that are not text. */
-    private byte[] read(String name) throws IOException {
-        ByteBuffer value = ByteBuffer.allocate(view.size(name));
-        view.read(name, value);
-        return Arrays.copyOf(value.array(), value.position());
-    }
-
-    /** Returns null for what cannot be read here; throws if only now it cannot, because the storage fails. */
-    private static <T> T readable(IoQuery<T> query) throws IOException, ProviderException {
+    /**
+     * Returns null for what cannot be read because it is gone, forbidden, or not named in text; throws if the storage
+     * fails.
+     */
+    private static <T> T readable(Failures.Query<T> query) throws IOException, ProviderException {
         try {
             return query.run();
         } catch (IOException e) {
@@ -86,7 +81,7 @@ final class UserAttributes {
                 return text;
             }
         } catch (CharacterCodingException e) {
-            // Not text, so it is shown in its other form.
+            // Not text, so it is shown as Base64.
         }
         return ENCODED + Base64.getEncoder().encodeToString(value);
     }

@@ -5,17 +5,17 @@ import java.nio.ByteBuffer;
 import java.util.Arrays;
 
 /**
- * A file whose content lies in a spool. A block that was never written takes no room. Whatever lies after the end in
- * the last block is zeros.
+ * The content of a file in a {@link Spool}. A block that was never written takes no room. In the last block, what lies
+ * after the end is zeros.
  */
-final class SpoolFile implements Content {
+final class SpooledContent implements Content {
     private static final int NONE = -1;
 
     private final Spool spool;
     private int[] blocks = new int[0];
     private long size;
 
-    SpoolFile(Spool spool) {
+    SpooledContent(Spool spool) {
         this.spool = spool;
     }
 
@@ -88,7 +88,7 @@ final class SpoolFile implements Content {
         blocks = Arrays.copyOf(blocks, kept);
     }
 
-    /** Returns how many bytes lie in one piece, from the beginning of a block on; no more than are of use. */
+    /** Returns how many bytes lie in one piece from the beginning of a block; stops counting at what is useful. */
     private int runFrom(int index, int useful) {
         int end = index + 1;
         while ((end - index) * Spool.BLOCK < useful && blocks[index] != NONE && blocks[end] == blocks[end - 1] + 1) {

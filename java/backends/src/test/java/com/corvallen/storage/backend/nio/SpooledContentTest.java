@@ -7,7 +7,6 @@ import static org.junit.jupiter.api.Assertions.assertTrue;
 
 import java.io.IOException;
 import java.nio.ByteBuffer;
-import java.nio.file.Files;
 import java.nio.file.Path;
 import java.util.Arrays;
 import java.util.Random;
@@ -15,8 +14,8 @@ import org.junit.jupiter.api.AfterEach;
 import org.junit.jupiter.api.BeforeEach;
 import org.junit.jupiter.api.Test;
 
-/** Files in a file, against arrays of bytes. */
-class SpoolFileTest {
+/** Compares contents in a spool with arrays of bytes. */
+class SpooledContentTest {
     private static final int LARGEST = 5 * Spool.BLOCK;
 
     private Path folder;
@@ -26,18 +25,18 @@ class SpoolFileTest {
     @BeforeEach
     void open() throws Exception {
         folder = NioStorage.temporaryFolder();
-        spool = new Spool(() -> disk = ArchiveSpool.open(folder.resolve("a.zip")));
+        spool = new Spool(() -> disk = UnnamedFile.open(folder.resolve("a.zip")));
     }
 
     @AfterEach
     void cleanUp() throws Exception {
         spool.close();
-        TreeDeleter.delete(folder);
+        Removal.removeTree(folder);
     }
 
-    /** A file and what it should hold. */
+    /** A content and the bytes that it should hold. */
     private final class Pair {
-        final SpoolFile file = new SpoolFile(spool);
+        final SpooledContent file = new SpooledContent(spool);
         byte[] model = new byte[0];
 
         void write(Random random) throws IOException {
@@ -89,7 +88,7 @@ class SpoolFileTest {
 
     @Test
     void holesTakeNoRoom() throws Exception {
-        SpoolFile file = new SpoolFile(spool);
+        SpooledContent file = new SpooledContent(spool);
         file.write(ByteBuffer.wrap(new byte[] {1}), 1L << 33);
         assertEquals((1L << 33) + 1, file.size());
         assertTrue(disk.size() <= Spool.BLOCK);
@@ -100,13 +99,13 @@ class SpoolFileTest {
 
     @Test
     void noFileIsLargerThanCanBeCounted() {
-        SpoolFile file = new SpoolFile(spool);
+        SpooledContent file = new SpooledContent(spool);
         assertThrows(IOException.class, () -> file.write(ByteBuffer.wrap(new byte[] {1}), Long.MAX_VALUE - 1));
     }
 
     @Test
     void closedSpoolHoldsNothing() throws Exception {
-        SpoolFile file = new SpoolFile(spool);
+        SpooledContent file = new SpooledContent(spool);
         file.write(ByteBuffer.wrap(new byte[] {1}), 0);
         spool.close();
         assertThrows(IOException.class, () -> file.read(ByteBuffer.allocate(1), 0));

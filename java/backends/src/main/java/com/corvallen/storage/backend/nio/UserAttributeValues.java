@@ -12,20 +12,20 @@ import java.util.List;
 import java.util.Map;
 
 /**
- * What users have attached to a file or folder, to be given to another one. What cannot be read is left out, and so is
- * what is attached to a file that a channel of this process holds exclusively: to read it would end the channel's lock.
+ * The user attributes of a file or folder, as bytes to be given to another one. Leaves out what cannot be read, and
+ * those of a file that a channel of this process holds exclusively: reading them would end the channel's lock.
  */
-final class AttachedValues {
+final class UserAttributeValues {
     private final Map<String, byte[]> values;
 
-    private AttachedValues(Map<String, byte[]> values) {
+    private UserAttributeValues(Map<String, byte[]> values) {
         this.values = values;
     }
 
-    static AttachedValues of(Path path) throws IOException {
+    static UserAttributeValues of(Path path) throws IOException {
         Map<String, byte[]> values = new HashMap<>();
-        OpenFiles.briefly(path, () -> readInto(values, viewOf(path)));
-        return new AttachedValues(values);
+        FileUses.briefly(path, () -> readInto(values, viewOf(path)));
+        return new UserAttributeValues(values);
     }
 
     private static void readInto(Map<String, byte[]> values, UserDefinedFileAttributeView view) {
@@ -33,7 +33,7 @@ final class AttachedValues {
             try {
                 values.put(name, read(view, name));
             } catch (IOException e) {
-                // Gone by now, or a name that is no text.
+                // Gone by now, or its name is not text.
             }
         }
     }
@@ -42,7 +42,7 @@ final class AttachedValues {
         return Files.getFileAttributeView(path, UserDefinedFileAttributeView.class, LinkOption.NOFOLLOW_LINKS);
     }
 
-    /** A file that may not be read does not show them, and some disks have none. */
+    /** A file that may not be read does not list them, and some disks have none. */
     private static List<String> namesIn(UserDefinedFileAttributeView view) {
         try {
             return view == null ? List.of() : view.list();
@@ -51,23 +51,24 @@ final class AttachedValues {
         }
     }
 
-    private static byte[] read(UserDefinedFileAttributeView view, String name) throws IOException {
+    /** Reads one value. */
+    static byte[] read(UserDefinedFileAttributeView view, String name) throws IOException {
         ByteBuffer value = ByteBuffer.allocate(view.size(name));
         view.read(name, value);
         return Arrays.copyOf(value.array(), value.position());
     }
 
-    /** Tells whether a file has all of these already, or is where there are none. */
+    /** Tells whether a file already has all of these, or its disk has no user attributes. */
     boolean areIn(Path path) throws IOException {
         if (values.isEmpty() || !hasAny(path)) {
             return true;
         }
-        AttachedValues there = of(path);
+        UserAttributeValues there = of(path);
         return values.entrySet().stream()
                 .allMatch(entry -> Arrays.equals(entry.getValue(), there.values.get(entry.getKey())));
     }
 
-    /** In a chroot the platform may not find the disk; then whoever gives some finds out. */
+    /** In a chroot the platform may not find the disk; giving the values then shows whether it can hold them. */
     private static boolean hasAny(Path path) {
         if (viewOf(path) == null) {
             return false;
@@ -80,7 +81,7 @@ final class AttachedValues {
     }
 
     void giveTo(Path path) throws IOException {
-        OpenFiles.briefly(path, () -> writeTo(path));
+        FileUses.briefly(path, () -> writeTo(path));
     }
 
     private void writeTo(Path path) throws IOException {
@@ -89,9 +90,9 @@ final class AttachedValues {
         }
     }
 
-    /** Removes what is attached to a file and is not among these. */
+    /** Removes the user attributes of a file that are not among these. */
     void removeOthers(Path path) throws IOException {
-        OpenFiles.briefly(path, () -> deleteOthers(path));
+        FileUses.briefly(path, () -> deleteOthers(path));
     }
 
     private void deleteOthers(Path path) throws IOException {

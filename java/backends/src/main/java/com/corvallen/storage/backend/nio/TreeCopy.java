@@ -10,18 +10,18 @@ import java.util.ArrayDeque;
 import java.util.Deque;
 
 /**
- * Copies a folder with everything in it, or one file or link, to a free name: times, permissions, owners and user
- * attributes included. Links are copied as links; what is neither file, folder nor link ends it. Until a folder is
- * complete it is closed to others. Each folder is read while nobody can lead the reading astray by a link, and one at a
- * time, so that depth takes neither stack nor open folders. An interrupted thread ends it.
+ * Copies a folder with everything in it, or one file or link, to a free name, with times, permissions, owners and user
+ * attributes. Links are copied as links; anything that is not a file, folder or link ends the copy. Until a folder is
+ * complete, only its owner can open it. Each folder is read without following links, and only one at a time, so depth
+ * costs neither stack nor open folders. An interrupted thread ends the copy.
  */
-final class TreeCopier {
+final class TreeCopy {
     private final CopiedEntries copied = new CopiedEntries();
     private final Deque<Folder> folders = new ArrayDeque<>();
 
-    private TreeCopier() {}
+    private TreeCopy() {}
 
-    /** A folder that is being copied, and those in it that will be. */
+    /** A folder being copied, and the folders in it that are still to be copied. */
     private static final class Folder {
         final Path from;
         final Path to;
@@ -38,11 +38,11 @@ final class TreeCopier {
     }
 
     /**
-     * Takes a free name for the copy: with an empty folder, or with the whole copy if what is copied is none. If that
-     * fails, a folder or link has not been made; of a file, part may be left.
+     * Takes a free name for the copy: by an empty folder, or by the whole copy of a file or link. If that fails, no
+     * folder or link has been made; part of a file may be left.
      */
-    static TreeCopier begin(Path from, Path to) throws IOException {
-        TreeCopier copier = new TreeCopier();
+    static TreeCopy begin(Path from, Path to) throws IOException {
+        TreeCopy copier = new TreeCopy();
         BasicFileAttributes attributes =
                 Files.readAttributes(from, BasicFileAttributes.class, LinkOption.NOFOLLOW_LINKS);
         if (attributes.isDirectory()) {
@@ -50,12 +50,12 @@ final class TreeCopier {
             copier.create(new Folder(from, to, attributes, mark));
         } else {
             OpenFolder parent = OpenFolder.named(from.getParent());
-            copier.mark(0, from.getFileName(), EntryCopy.copy(parent, from.getFileName(), to));
+            copier.mark(0, from.getFileName(), FileCopy.copy(parent, from.getFileName(), to));
         }
         return copier;
     }
 
-    /** Copies what is in the folder. The first failure ends it, and part of it is left. */
+    /** Copies what is in the folder. The first failure ends it and leaves a partial copy. */
     CopiedEntries fill() throws IOException {
         if (!folders.isEmpty()) {
             copyChildren(folders.getLast());
@@ -83,7 +83,7 @@ final class TreeCopier {
         return mark;
     }
 
-    /** Copies all but the folders in it. */
+    /** Copies everything but the folders in it. */
     private void copyChildren(Folder folder) throws IOException {
         try (OpenFolder open = OpenFolder.open(folder.from, folder.attributes)) {
             for (Path name = open.next(); name != null; name = open.next()) {
@@ -101,7 +101,7 @@ final class TreeCopier {
                 long mark = mark(folder.mark, name, attributes);
                 folder.pending.addLast(new Folder(open.pathOf(name), to, attributes, mark));
             } else {
-                mark(folder.mark, name, EntryCopy.copy(open, name, to));
+                mark(folder.mark, name, FileCopy.copy(open, name, to));
             }
         } catch (NoSuchFileException e) {
             requireGone(open, name, e);
@@ -109,7 +109,7 @@ final class TreeCopier {
         }
     }
 
-    /** What someone else has removed meanwhile is left out. */
+    /** Accepts that someone else has removed the entry during the copy; otherwise throws. */
     private static void requireGone(OpenFolder open, Path name, NoSuchFileException reported) throws IOException {
         try {
             open.attributesOf(name);
@@ -119,10 +119,10 @@ final class TreeCopier {
         throw reported;
     }
 
-    /** Last, since new children change the time, and permissions may forbid new children. */
+    /** Done last: new children change the time, and the permissions may forbid new children. */
     private static void finish(Folder folder) throws IOException {
         KeptAttributes kept = KeptAttributes.of(folder.from);
-        kept.giveAttached(folder.to);
+        kept.giveUserAttributes(folder.to);
         Durability.forceFolder(folder.to);
         Times.copy(folder.attributes, folder.to);
         kept.giveAccess(folder.to);

@@ -3,13 +3,13 @@ package com.corvallen.storage.backend.nio;
 import java.nio.file.attribute.BasicFileAttributes;
 import java.nio.file.attribute.FileTime;
 
-/** The attributes of a file that has no more than a size. Immutable. */
-final class ContentAttributes implements BasicFileAttributes {
+/** The attributes of a file on an {@link ArchiveDisk}, which has only a size. Immutable. */
+final class ArchiveDiskAttributes implements BasicFileAttributes {
     private static final FileTime NO_TIME = FileTime.fromMillis(0);
 
     private final long size;
 
-    ContentAttributes(long size) {
+    ArchiveDiskAttributes(long size) {
         this.size = size;
     }
 

@@ -15,17 +15,17 @@ import java.nio.file.StandardOpenOption;
 import java.util.Set;
 
 /** Copies bytes in portions, so that an interrupted thread stops soon. */
-final class ContentCopy {
-    /** No link is followed, so that nothing is opened but what was looked at. */
+final class ByteCopy {
+    /** Does not follow a link, so nothing is opened that was not examined. */
     static final Set<OpenOption> READ_ITSELF = Set.of(StandardOpenOption.READ, LinkOption.NOFOLLOW_LINKS);
 
     private static final Set<OpenOption> CREATE = Set.of(StandardOpenOption.CREATE_NEW, StandardOpenOption.WRITE);
     private static final int BUFFER = 128 * 1024;
 
-    /** Between two files of the default file system the system copies, with no buffer of ours. */
+    /** Between two files of the default file system the system copies, without a buffer of ours. */
     private static final long PORTION = 8L << 20;
 
-    private ContentCopy() {}
+    private ByteCopy() {}
 
     /** Opens a file for reading. */
     static ReadableByteChannel open(Path path) throws IOException {
@@ -34,7 +34,7 @@ final class ContentCopy {
                 : Channels.newChannel(Files.newInputStream(path));
     }
 
-    /** Creates a file that nobody else can open where files have permissions. */
+    /** Creates a file that only its owner can open, where files have permissions. */
     static WritableByteChannel create(Path path) throws IOException {
         if (Privacy.isKnown(path.getFileSystem())) {
             return Files.newByteChannel(path, CREATE, Privacy.ofFile(path));
@@ -51,7 +51,7 @@ final class ContentCopy {
         }
     }
 
-    /** The system copies only as far as a file's size says, and some files hold more: those that are made as read. */
+    /** The system copies no more than the file's size, but files whose content is made on reading hold more. */
     private static void transfer(FileChannel from, FileChannel to) throws IOException {
         long position = 0;
         long count;

@@ -13,10 +13,10 @@ import java.nio.file.attribute.BasicFileAttributes;
 
 /**
  * Copies one file or link out of an open folder, with its times, and with permissions, owner and user attributes as far
- * as the target can hold them. Nothing but regular files is opened. What is written is on the disk when it returns.
+ * as the target can hold them. Opens only regular files. The content is on the disk when this returns.
  */
-final class EntryCopy {
-    /** A file that someone writes to just now may be at rest a moment later. */
+final class FileCopy {
+    /** A file that is just being written may be at rest a moment later. */
     private static final int ATTEMPTS = 3;
 
     private final OpenFolder folder;
@@ -24,10 +24,10 @@ final class EntryCopy {
     private final Path from;
     private final Path to;
 
-    /** What the copy is to replace; null if nothing. */
+    /** The attributes of the file that the copy will replace; null if none. */
     private final KeptAttributes replaced;
 
-    private EntryCopy(OpenFolder folder, Path name, Path to, KeptAttributes replaced) {
+    private FileCopy(OpenFolder folder, Path name, Path to, KeptAttributes replaced) {
         this.folder = folder;
         this.name = name;
         this.from = folder.pathOf(name);
@@ -36,20 +36,20 @@ final class EntryCopy {
     }
 
     /**
-     * Copies to a name that is free. If that fails, part of a copy may be left.
+     * Copies to a free name. If that fails, a partial copy may be left.
      *
-     * @return the attributes of what was copied, as it was before and after
-     * @throws InUseException if it changes all the time
-     * @throws UnsupportedOperationException for what cannot be copied there, or has a time that cannot be held there
+     * @return the attributes of the source, which were the same before and after
+     * @throws InUseException if the source keeps changing
+     * @throws UnsupportedOperationException if the target cannot hold it, or its time
      */
     static BasicFileAttributes copy(OpenFolder folder, Path name, Path to) throws IOException {
         return copy(folder, name, to, /* replaced= */ null);
     }
 
-    /** The same for a copy that takes the place of a file, and from that one all but its content and times. */
+    /** Copies what is to replace another file: content and times come from the source, the rest from that file. */
     static BasicFileAttributes copy(OpenFolder folder, Path name, Path to, KeptAttributes replaced) throws IOException {
         try {
-            return new EntryCopy(folder, name, to, replaced).run();
+            return new FileCopy(folder, name, to, replaced).run();
         } catch (ClosedByInterruptException e) {
             throw Interruption.failure();
         }
@@ -72,17 +72,17 @@ final class EntryCopy {
         if (attributes.isSymbolicLink()) {
             Files.copy(from, to, StandardCopyOption.COPY_ATTRIBUTES, LinkOption.NOFOLLOW_LINKS);
         } else if (isWithinArchive()) {
-            ArchiveCopy.copy(from, to);
+            ZipEntryCopy.copy(from, to);
         } else {
             copyFile(attributes);
         }
     }
 
-    /** To open a pipe blocks until its other end is open, and a device does as it likes. */
+    /** Opening a pipe blocks until its other end is open, and opening a device has side effects. */
     private void requireCopyable(BasicFileAttributes attributes) {
         boolean isOneKind = from.getFileSystem().provider().equals(to.getFileSystem().provider());
         if (attributes.isOther() || attributes.isSymbolicLink() && !isOneKind) {
-            throw new UnsupportedOperationException(from + " is nothing that another storage can take");
+            throw new UnsupportedOperationException(from + " cannot be copied to another storage");
         }
     }
 
@@ -92,7 +92,7 @@ final class EntryCopy {
     }
 
     private void copyFile(BasicFileAttributes attributes) throws IOException {
-        OpenFiles.Use use = OpenFiles.reading(from);
+        FileUses.Use use = FileUses.reading(from);
         try {
             copyContent(attributes);
         } finally {
@@ -102,8 +102,8 @@ final class EntryCopy {
 
     private void copyContent(BasicFileAttributes attributes) throws IOException {
         try (ReadableByteChannel in = folder.read(name);
-                WritableByteChannel out = ContentCopy.create(to)) {
-            ContentCopy.copy(in, out);
+                WritableByteChannel out = ByteCopy.create(to)) {
+            ByteCopy.copy(in, out);
             if (out instanceof FileChannel) {
                 finish(attributes);
                 ((FileChannel) out).force(/* metaData= */ true);
@@ -113,12 +113,12 @@ final class EntryCopy {
         finish(attributes);
     }
 
-    /** Last, since permissions may forbid what comes before, and open the file to others. */
+    /** Done last: the permissions may forbid the steps before, and open the file to others. */
     private void finish(BasicFileAttributes attributes) throws IOException {
         KeptAttributes own = KeptAttributes.of(from);
-        own.giveAttached(to);
+        own.giveUserAttributes(to);
         if (replaced != null) {
-            replaced.giveAttached(to);
+            replaced.giveUserAttributes(to);
         }
         Times.copy(attributes, to);
         if (replaced == null) {

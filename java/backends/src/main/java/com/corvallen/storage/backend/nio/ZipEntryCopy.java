@@ -9,18 +9,18 @@ import java.nio.file.attribute.BasicFileAttributeView;
 import java.nio.file.attribute.BasicFileAttributes;
 
 /**
- * Copies files within a zip archive. The archive's own moves and copies forget how a name is spelled, and that the size
- * of what a channel has written stands behind it: Java still reads the file, and other programs call the archive broken.
- * A stream makes a sound entry.
+ * Copies files within a zip archive. The archive's own moves and copies lose how a name is encoded, and that the size
+ * of content written through a channel follows it. Java can still read such an entry, but other programs report the
+ * archive as broken. Copying through a stream makes a sound entry.
  */
-final class ArchiveCopy {
-    private ArchiveCopy() {}
+final class ZipEntryCopy {
+    private ZipEntryCopy() {}
 
-    /** Copies one file with its times, and replaces what is there. The target changes when the copy is complete. */
+    /** Copies one file with its times, and replaces the target once the copy is complete. */
     static void copy(Path from, Path to) throws IOException {
         BasicFileAttributes times = Files.readAttributes(from, BasicFileAttributes.class);
         try (InputStream content = Files.newInputStream(from)) {
-            // Closed only when complete: that is what makes it the content of the entry.
+            // Not closed after a failure: closing makes it the content of the entry.
             OutputStream out = Files.newOutputStream(to);
             content.transferTo(out);
             out.close();

@@ -5,7 +5,6 @@ import java.io.IOException;
 import java.nio.channels.Channel;
 import java.nio.file.FileSystem;
 import java.nio.file.FileSystemException;
-import java.nio.file.LinkOption;
 import java.nio.file.Path;
 import java.nio.file.attribute.BasicFileAttributes;
 import java.util.ArrayList;
@@ -15,22 +14,22 @@ import java.util.Map;
 import java.util.Objects;
 
 /**
- * The files that channels are open on, of all providers of this process, and who may join. Safe on any thread.
+ * Which files of this process are open, and how, so that uses that exclude each other are refused. Safe on any thread.
  *
- * <p>A process loses its locks on a file as soon as it closes any descriptor of it. So nothing opens a file without
- * being known here: a channel is a {@link Use}, and what only opens and closes a file, as the platform does to reach
- * some attributes, runs by {@link #briefly} or {@link #creating}. Neither happens while a channel holds the file
- * exclusively, and such a channel waits for those that have begun before it locks the file.
+ * <p>A process loses its locks on a file as soon as it closes any descriptor of that file. So everything that opens a
+ * file is registered here. A channel is a {@link Use}. What only opens and closes a file, as the platform does to reach
+ * some attributes, runs in {@link #briefly} or {@link #creating}. That is refused while a channel holds the file
+ * exclusively, and a new exclusive channel waits for the brief uses that have begun.
  */
-final class OpenFiles {
+final class FileUses {
     private static final Map<Key, List<Use>> USES = new HashMap<>();
 
-    /** How many open and close a file at this moment, by its key, or by the name under which it is created. */
+    /** The number of brief uses under way, by the file's key, or by the name under which it is created. */
     private static final Map<Object, Integer> BRIEF = new HashMap<>();
 
-    private OpenFiles() {}
+    private FileUses() {}
 
-    /** One file, whatever name it is opened by: as the file system knows it, or by its path if it does not tell. */
+    /** One file under any name: the key that the file system has for it, or its path if it has none. */
     private static final class Key {
         private final FileSystem system;
         private final Object file;
@@ -65,7 +64,7 @@ final class OpenFiles {
         private final Path path;
         private final Mode mode;
 
-        /** What is not to be closed before the lock ends. */
+        /** Channels to be closed only after the lock ends. */
         private final List<Channel> parked = new ArrayList<>();
 
         private Use(Found found, Mode mode) {
@@ -82,11 +81,11 @@ final class OpenFiles {
                     return uses.isEmpty() ? null : uses;
                 });
             }
-            parked.forEach(OpenFiles::closeUnread);
+            parked.forEach(FileUses::closeUnread);
         }
     }
 
-    /** Begins to use a file; returns null if that and another use exclude each other. */
+    /** Begins to use a file; returns null if another use excludes this one. */
     static Use begin(Found found, Mode mode) throws IOException {
         Use use = new Use(found, mode);
         Object name = mode == Mode.EXCLUSIVE ? nameOf(found) : null;
@@ -103,14 +102,14 @@ final class OpenFiles {
         }
     }
 
-    /** The name that a file was created by, unless it has been renamed since. */
+    /** Returns the name under which the file was created, if it has not been renamed since. */
     private static Object nameOf(Found found) throws IOException {
         return FileSystemTraits.isSharedByProcesses(found.fileSystem())
                 ? found.path.toRealPath().getFileName()
                 : found.path.getFileName();
     }
 
-    /** Waits until nobody opens and closes a file any more. They never wait themselves, so it is not interrupted. */
+    /** Waits for the end of all brief uses of a file. They never wait themselves, so this wait is not interrupted. */
     private static void awaitEnd(Key key, Object name) {
         boolean interrupted = false;
         while (BRIEF.containsKey(key) || BRIEF.containsKey(name)) {
@@ -126,11 +125,11 @@ final class OpenFiles {
     }
 
     /**
-     * Runs what opens and closes a file.
+     * Runs an action that opens and closes a file.
      *
-     * @return false if a channel holds the file exclusively; nothing has happened then
+     * @return false if a channel holds the file exclusively; the action has not run then
      */
-    static boolean briefly(Found found, IoAction action) throws IOException, ProviderException {
+    static boolean briefly(Found found, Failures.Action action) throws IOException, ProviderException {
         Key key = new Key(found);
         synchronized (USES) {
             if (holderOf(key) != null) {
@@ -142,9 +141,9 @@ final class OpenFiles {
         return true;
     }
 
-    /** The same for what has a name itself, be it a link; for an action that fails as file systems do. */
-    static boolean briefly(Path path, IoAction action) throws IOException {
-        BasicFileAttributes attributes = EntryKind.attributesOf(path, LinkOption.NOFOLLOW_LINKS);
+    /** Runs an action that opens and closes what has a name, even a link. */
+    static boolean briefly(Path path, Failures.Action action) throws IOException {
+        BasicFileAttributes attributes = EntryKind.ownAttributesOf(path);
         try {
             return briefly(new Found(/* location= */ null, path, attributes), action);
         } catch (ProviderException e) {
@@ -152,8 +151,8 @@ final class OpenFiles {
         }
     }
 
-    /** Runs what creates a file that was not there, and closes it. */
-    static void creating(Path path, IoAction action) throws IOException, ProviderException {
+    /** Runs an action that creates a file and closes it. */
+    static void creating(Path path, Failures.Action action) throws IOException, ProviderException {
         Object name = path.getFileName();
         synchronized (USES) {
             BRIEF.merge(name, 1, Integer::sum);
@@ -162,12 +161,12 @@ final class OpenFiles {
     }
 
     /**
-     * Begins to read a file for as long as that takes, as a copy does. No channel can be opened exclusively meanwhile.
+     * Begins to read a file, as for a copy. Until the use ends, no channel can be opened exclusively.
      *
-     * @throws FileSystemException if one is
+     * @throws FileSystemException if one is open
      */
     static Use reading(Path path) throws IOException {
-        BasicFileAttributes attributes = EntryKind.attributesOf(path, LinkOption.NOFOLLOW_LINKS);
+        BasicFileAttributes attributes = EntryKind.ownAttributesOf(path);
         Use use = begin(new Found(/* location= */ null, path, attributes), Mode.READ);
         if (use == null) {
             throw new FileSystemException(path.toString(), null, "is open exclusively");
@@ -175,7 +174,7 @@ final class OpenFiles {
         return use;
     }
 
-    private static void runBrief(Object what, IoAction action) throws IOException, ProviderException {
+    private static void runBrief(Object what, Failures.Action action) throws IOException, ProviderException {
         try {
             action.run();
         } finally {
@@ -186,7 +185,9 @@ final class OpenFiles {
         }
     }
 
-    /** Closes what was opened under the wrong name; if its file is held exclusively, as soon as it no longer is. */
+    /**
+     * Closes a file that was opened by mistake; if a channel holds it exclusively, later, when that channel is closed.
+     */
     static void discard(Found opened, Channel channel) throws IOException, ProviderException {
         synchronized (USES) {
             Use holder = holderOf(new Key(opened));
@@ -207,12 +208,12 @@ final class OpenFiles {
                 .orElse(null);
     }
 
-    /** Nothing was written to it, so nothing is lost if that fails. */
+    /** Nothing was written through it, so a failure loses nothing. */
     private static void closeUnread(Channel channel) {
         try {
             channel.close();
         } catch (IOException e) {
-            System.getLogger(NioProvider.class.getName()).log(System.Logger.Level.WARNING, "Cannot close a file", e);
+            Log.warning("Cannot close a file", e);
         }
     }
 
@@ -224,7 +225,7 @@ final class OpenFiles {
         return bothWrite && !FileSystemTraits.sharesWriting(one.path.getFileSystem());
     }
 
-    /** Tells whether a file, or any below a folder, is open in a way that forbids to remove or move it. */
+    /** Tells whether a file, or a file below a folder, is open in a way that rules out removing or moving it. */
     static boolean pinned(Path path) {
         FileSystem system = path.getFileSystem();
         String scheme = system.provider().getScheme();
@@ -240,7 +241,7 @@ final class OpenFiles {
         }
     }
 
-    /** Tells whether some channel can write to a file. */
+    /** Tells whether a channel can write to a file. */
     static boolean isWritten(Found found) {
         synchronized (USES) {
             return USES.getOrDefault(new Key(found), List.of()).stream().anyMatch(use -> use.mode != Mode.READ);

@@ -12,24 +12,24 @@ import java.util.HashSet;
 import java.util.Map;
 import java.util.Set;
 
-/** The names of an archive: what is there before it is written, to be found in what was written. */
-final class ArchiveContents {
-    /** By their names without a slash in front. */
+/** The names in an archive before it is written, to be looked up in what was written. */
+final class ArchiveInventory {
+    /** By name, without a leading slash. */
     private final Map<String, Long> sizes = new HashMap<>();
 
-    /** The others need no entry of their own, as they are seen from what is in them. With a slash at the end. */
+    /** With a trailing slash. Other folders need no entry of their own, as the names in them imply them. */
     private final Set<String> emptyFolders = new HashSet<>();
 
-    private ArchiveContents() {}
+    private ArchiveInventory() {}
 
-    static ArchiveContents of(FileSystem archive) throws IOException {
-        ArchiveContents contents = new ArchiveContents();
+    static ArchiveInventory of(FileSystem archive) throws IOException {
+        ArchiveInventory contents = new ArchiveInventory();
         Path root = archive.getRootDirectories().iterator().next();
         Files.walkFileTree(root, contents.new Visitor());
         return contents;
     }
 
-    /** Returns the size of a file, null if there is none of that name. */
+    /** Returns the size of a file, or null if there is no file with that name. */
     Long sizeOf(String file) {
         return sizes.get(file);
     }
