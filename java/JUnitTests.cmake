@@ -11,7 +11,7 @@ endforeach()
 function(junit_test)
   cmake_parse_arguments(arg "" "NAME;JAR" "CLASS_PATH;DEFINITIONS;SOURCES" ${ARGN})
   # The installed jars name neighbours that are not installed, and annotations that are not needed.
-  set(CMAKE_JAVA_COMPILE_FLAGS -encoding UTF-8 --release 11 -Xlint:all,-path,-classfile -Werror)
+  set(CMAKE_JAVA_COMPILE_FLAGS -encoding UTF-8 --release 11 -Xlint:all,-path,-classfile ${java_werror})
   add_jar(${arg_JAR}
     SOURCES ${arg_SOURCES}
     INCLUDE_JARS ${arg_CLASS_PATH} ${junit-jupiter-api_JAR} ${junit-jupiter-params_JAR})

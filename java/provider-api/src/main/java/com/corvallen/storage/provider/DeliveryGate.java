@@ -4,19 +4,19 @@ import java.util.HashMap;
 import java.util.Map;
 
 /**
- * Lets deliveries through until it is closed, and closes only when none is left inside.
+ * Lets deliveries in until it is closed. {@link #close} waits until no other thread is inside.
  *
- * <p>Safe on any thread. {@link #close} blocks while other threads are inside.
+ * <p>Safe on any thread.
  */
 final class DeliveryGate {
-    /** How many deliveries each thread is inside of; a receiver may publish again from within a delivery. */
+    /** The number of deliveries that each thread is inside; a receiver may publish again during a delivery. */
     private final Map<Thread, Integer> depths = new HashMap<>();
 
     private int running;
 
     /**
-     * Those of the running deliveries whose own thread waits in close(). Another thread that closes from inside a
-     * delivery does not wait for them, since they wait for it; one that closes from outside does, since they do not.
+     * The number of running deliveries whose own thread waits in close(). A thread that closes from inside a delivery
+     * does not wait for them, because they wait for it. A thread that closes from outside does.
      */
     private int waiting;
 
@@ -25,7 +25,7 @@ final class DeliveryGate {
     /**
      * Begins a delivery on this thread.
      *
-     * @return false if the gate is closed; the delivery must not take place, and leave() must not be called
+     * @return false if the gate is closed: the delivery must not take place, and leave() must not be called
      */
     synchronized boolean enter() {
         if (closed) {
@@ -43,7 +43,7 @@ final class DeliveryGate {
         notifyAll();
     }
 
-    /** Closes the gate; returns when no delivery runs but those that this thread itself is inside of. */
+    /** Closes the gate; returns when no delivery runs except those of this thread. */
     synchronized void close() {
         closed = true;
         int own = depths.getOrDefault(Thread.currentThread(), 0);
@@ -53,7 +53,7 @@ final class DeliveryGate {
         waiting -= own;
     }
 
-    /** An interrupt does not end the wait, since memory is freed when it is over; it is kept for the caller. */
+    /** An interrupt does not end the wait, because memory is freed afterwards; the caller still sees the interrupt. */
     private void awaitOthers(boolean inside) {
         boolean interrupted = false;
         while (running > (inside ? waiting : 0)) {

@@ -1,6 +1,6 @@
 package com.corvallen.storage.provider;
 
-/** What an event is about. The names of the constants are the words that the native host is told. */
+/** What the entry of an event is. The native host receives the names of the constants. */
 public enum EntryType {
     /** A file. */
     File,

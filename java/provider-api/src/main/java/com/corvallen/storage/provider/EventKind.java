@@ -1,7 +1,7 @@
 package com.corvallen.storage.provider;
 
 /**
- * What happened to a watched location. The names of the constants are the words that the native host is told.
+ * What happened to a watched location. The native host receives the names of the constants.
  *
  * <p>"Self" is the watched location, "child" an entry below it.
  */

@@ -8,7 +8,7 @@ public final class ExtendedAttribute {
     private final String value;
 
     /**
-     * Makes one attribute.
+     * Creates an attribute.
      *
      * @param name the name; the host reads {@code null} as an empty name
      * @param value the value; the host reads {@code null} as an empty value

@@ -10,11 +10,10 @@ public final class ExtendedAttributes {
     private final ExtendedAttribute[] attributes;
 
     /**
-     * Makes a set of attributes. Where a name occurs twice, the host keeps the first.
+     * Creates a set of attributes. If a name occurs twice, the host keeps the first.
      *
      * @param attributes the attributes in the order in which the host reads them; copied
-     * @throws NullPointerException if the array or one of its elements is null: the native side could not survive it,
-     *     so it is refused here
+     * @throws NullPointerException if the array or one of its elements is null, which would crash the native side
      */
     public ExtendedAttributes(ExtendedAttribute... attributes) {
         this.attributes = attributes.clone();
@@ -26,7 +25,7 @@ public final class ExtendedAttributes {
     }
 
     /**
-     * Makes a set of attributes from a collection, in its order.
+     * Creates a set of attributes from a collection, in its order.
      *
      * @param attributes the attributes; copied
      * @throws NullPointerException if the collection or one of its elements is null

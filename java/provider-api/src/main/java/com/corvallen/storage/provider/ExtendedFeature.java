@@ -1,11 +1,13 @@
 package com.corvallen.storage.provider;
 
 /**
- * Optional abilities that a host may ask a back end about. The names of the constants are what the native host looks
- * up, so they are spelt as it spells them.
+ * Optional features that a host may ask a back end about. The native host looks the constants up by name, so they have
+ * the host's spelling. The host has four more features, which it never asks a back end in Java about, because none has
+ * them: atomic copies, transactional streams, a writable flag and canonical locations. The first two work nevertheless,
+ * because the host builds them from channels and {@link StorageProvider#moveFile}.
  */
 public enum ExtendedFeature {
-    /** {@link StorageProvider#removeFolderRecursively} removes a folder with everything in it, in one call. */
+    /** {@link StorageProvider#removeFolderRecursively} removes a folder and everything in it in one call. */
     RecursiveFolderRemoval,
 
     /** {@link StorageProvider#publishEventsFor} on a folder also reports what happens below its subfolders. */
@@ -19,7 +21,7 @@ public enum ExtendedFeature {
 
     /**
      * The same while only channels from {@link StorageProvider#getReadOnlyChannel} are open on the file. A back end
-     * with {@link #AllowsMovesAndDeletesWhenOpen} has this one as well.
+     * with {@link #AllowsMovesAndDeletesWhenOpen} has this one too.
      */
     AllowsMovesAndDeletesWhenOpenReadOnly
 }

@@ -9,9 +9,9 @@ public final class FileAttributes {
     private final boolean writable;
 
     /**
-     * Makes the attributes of one file.
+     * Creates the attributes of a file.
      *
-     * @param size the size in bytes; handed on as it is, and the host reads it as an unsigned number
+     * @param size the size in bytes; it is not checked, and the host reads it as an unsigned number
      * @param lastModified milliseconds since 1970-01-01 00:00:00 UTC, negative before that
      * @param writable whether the content may be changed
      */
@@ -24,7 +24,7 @@ public final class FileAttributes {
     /**
      * Returns the size.
      *
-     * @return bytes
+     * @return the size in bytes
      */
     public long getSize() {
         return size;
@@ -40,7 +40,7 @@ public final class FileAttributes {
     }
 
     /**
-     * Tells whether the content may be changed.
+     * Returns whether the content may be changed.
      *
      * @return true if it may
      */

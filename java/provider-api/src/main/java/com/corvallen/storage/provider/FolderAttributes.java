@@ -6,7 +6,7 @@ public final class FolderAttributes {
     private final boolean writable;
 
     /**
-     * Makes the attributes of one folder.
+     * Creates the attributes of a folder.
      *
      * @param lastModified milliseconds since 1970-01-01 00:00:00 UTC, negative before that
      * @param writable whether entries may be added to the folder and removed from it
@@ -26,7 +26,7 @@ public final class FolderAttributes {
     }
 
     /**
-     * Tells whether entries may be added and removed.
+     * Returns whether entries may be added and removed.
      *
      * @return true if they may
      */

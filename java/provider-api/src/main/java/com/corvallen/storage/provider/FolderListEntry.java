@@ -8,10 +8,10 @@ public final class FolderListEntry {
     private final boolean folder;
 
     /**
-     * Makes the entry of one child.
+     * Creates the entry of a child.
      *
-     * @param name the child's name, not percent-encoded and without any folder in front: {@code "a b.txt"}. The host
-     *     reads it up to the first NUL character, and {@code null} as an empty name
+     * @param name the child's name, not percent-encoded and without a path: {@code "a b.txt"}. The host reads it up to
+     *     the first NUL character, and {@code null} as an empty name
      * @param folder true for a folder, false for a file
      */
     public FolderListEntry(String name, boolean folder) {
@@ -29,9 +29,9 @@ public final class FolderListEntry {
     }
 
     /**
-     * Tells a folder from a file.
+     * Returns whether the child is a folder.
      *
-     * @return true for a folder
+     * @return true for a folder, false for a file
      */
     public boolean isFolder() {
         return folder;

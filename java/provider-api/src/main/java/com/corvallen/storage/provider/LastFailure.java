@@ -1,20 +1,20 @@
 package com.corvallen.storage.provider;
 
 /**
- * The failure that the native side reported last on a thread, with the words that a native exception has no room for.
+ * The failure that the native side last reported on a thread, with the message that a native exception cannot hold.
  *
- * <p>A host receives a code and a location. One that shows failures to people calls {@link #take()} right after an
- * operation has failed, on the same thread, and compares both: where they are the same, {@link #getReason()} belongs to
- * the failure. {@link ProviderException} remembers only text, cut to {@value #LONGEST} characters, so neither a stack
- * nor a class of a back end is kept.
+ * <p>A host receives only a code and a location. To show a failure to users, it calls {@link #take()} on the same
+ * thread right after the operation has failed, and compares code and location: if both are equal, {@link #getReason()}
+ * belongs to the failure. Only text is kept, shortened to {@value #LONGEST} characters, so no stack trace and no class
+ * of a back end stays referenced.
  *
  * <p>Immutable.
  */
 public final class LastFailure {
-    /** How many characters of a message are remembered. */
+    /** The number of characters of a message that are kept. */
     static final int LONGEST = 2000;
 
-    /** Number, location and message: text of the platform's own class, which keeps no class loader of ours alive. */
+    /** Code, location and message: objects of platform classes, which keep no other class loader alive. */
     private static final ThreadLocal<String[]> LAST = new ThreadLocal<>();
 
     private final ErrorCode errorCode;
@@ -28,7 +28,7 @@ public final class LastFailure {
     }
 
     /**
-     * Returns what the native side reported last on the calling thread, and forgets it.
+     * Returns the failure that the native side last reported on the calling thread, and forgets it.
      *
      * @return the failure, or {@code null} if none was reported since the last call
      */
@@ -41,7 +41,7 @@ public final class LastFailure {
         return new LastFailure(ErrorCode.valueOf(last[0]), last[1], last[2]);
     }
 
-    /** Notes a failure that the native side is about to report. */
+    /** Records a failure that the native side is about to report. */
     static void note(ErrorCode errorCode, String locationString, String message) {
         LAST.set(new String[] {errorCode.name(), locationString, shortened(message)});
     }
@@ -78,10 +78,10 @@ public final class LastFailure {
     }
 
     /**
-     * Returns what the exception's message says beside the code and the location, as one line. It may hold any
-     * characters, so a host that shows it on a terminal takes out what controls one.
+     * Returns the exception's message without the code and the location, as one line. It may contain any characters: a
+     * host that shows it on a terminal must remove control characters.
      *
-     * @return the words, or {@code null} if the message says no more
+     * @return the text, or {@code null} if the message contains nothing else
      */
     public String getReason() {
         return reason;

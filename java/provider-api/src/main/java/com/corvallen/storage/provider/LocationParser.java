@@ -15,8 +15,8 @@ final class LocationParser {
     }
 
     ParsedLocation parse() throws ProviderException {
-        refuse('?', "a query means nothing in a location; a question mark in a name is written %3F");
-        refuse('#', "a fragment means nothing in a location; a number sign in a name is written %23");
+        refuse('?', "a location has no query; write a question mark in a name as %3F");
+        refuse('#', "a location has no fragment; write a number sign in a name as %23");
         int colon = endOfScheme();
         int authority = colon + 3;
         int slash = text.indexOf('/', authority);

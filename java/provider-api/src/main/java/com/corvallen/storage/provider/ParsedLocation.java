@@ -2,20 +2,20 @@ package com.corvallen.storage.provider;
 
 import java.util.List;
 
-/** The parts of a location whose text has been found good. Immutable. */
+/** The parts of a location whose text is valid. Immutable. */
 final class ParsedLocation {
     final StorageURI location;
 
     /** In lower case. */
     final String scheme;
 
-    /** As it is written, percent-encoded. */
+    /** As written, percent-encoded. */
     final String rawMount;
 
     /** Percent-decoded. */
     final String mountName;
 
-    /** As they are written, without empty ones. */
+    /** As written, without empty ones. */
     final List<String> rawSegments;
 
     /** Percent-decoded, without empty ones. */

@@ -6,9 +6,9 @@ import java.nio.CharBuffer;
 import java.nio.charset.CharacterCodingException;
 import java.nio.charset.StandardCharsets;
 
-/** Percent-encoding of names as UTF-8, both ways, and strict: what cannot be represented is refused, not replaced. */
+/** Encodes and decodes names as percent-encoded UTF-8. Rejects what cannot be represented instead of replacing it. */
 final class PercentCoding {
-    /** What RFC 3986 allows in a segment beside letters and digits. */
+    /** What RFC 3986 allows in a segment besides letters and digits. */
     private static final String UNENCODED = "-._~!$&'()*+,;=:@";
 
     private static final char[] HEX = "0123456789ABCDEF".toCharArray();
@@ -32,7 +32,7 @@ final class PercentCoding {
         return result.toString();
     }
 
-    /** Where the run of %xx that starts here ends; one character of a name may take up to four of them. */
+    /** Returns where the run of %xx that starts here ends; one character of a name may take up to four of them. */
     private static int endOfEscapes(String raw, int start) {
         int end = start;
         while (end < raw.length() && raw.charAt(end) == '%') {
@@ -58,7 +58,7 @@ final class PercentCoding {
         }
     }
 
-    /** Character.digit would take digits of other scripts as well. */
+    /** Character.digit would accept digits of other scripts too. */
     private static int hexDigit(StorageURI location, char c) throws ProviderException {
         int digit = c < 0x80 ? Character.digit(c, 16) : -1;
         if (digit < 0) {

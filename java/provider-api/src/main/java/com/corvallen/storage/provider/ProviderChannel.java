@@ -6,44 +6,43 @@ import java.nio.ByteBuffer;
  * The bytes of one open file. A back end returns one from {@link StorageProvider#getChannel} and {@link
  * StorageProvider#getReadOnlyChannel}; the host uses it as a byte stream.
  *
- * <p>Threading: the host may call from any thread, and from different threads one after the other. Calls do not
- * overlap, with one exception: a seek is made of two or three calls ({@link #size}, {@link #position()}, {@link
- * #position(long)}), so a host that shares a stream between threads without a lock gets whatever order results. Every
- * call may block.
+ * <p>Threading: the host may call from any thread, and from different threads one after the other. Calls overlap only
+ * if a host shares a stream between threads without a lock, and their order is then undefined: another call may even
+ * come between the two calls of a seek ({@link #size} or {@link #position()}, then {@link #position(long)}). Every call
+ * may block.
  *
- * <p>Lifetime: the host closes a channel when the stream is closed. A stream that is only destroyed leaves its channel
- * open, so a back end releases what such a channel holds when it is disposed of.
+ * <p>Lifetime: closing the stream closes the channel. A stream that is destroyed without being closed leaves its
+ * channel open, so {@link StorageProvider#dispose} must release what such channels hold.
  *
  * <p>Once closed, every method but {@link #close} throws {@link ErrorCode#UNAVAILABLE}.
  */
 public interface ProviderChannel extends AutoCloseable {
     /**
-     * Reads bytes at the current position into the buffer and moves the position on by as many.
+     * Reads bytes at the current position into the buffer and advances the position.
      *
-     * <p>The buffer is direct and lies over memory of the host that is valid only until this call returns. It must not
-     * be kept, and no other thread may still touch it afterwards. At most {@code target.remaining()} bytes are read;
-     * fewer are allowed.
+     * <p>The buffer is direct and refers to memory of the host that is valid only until this call returns. The back end
+     * must not keep it, and no other thread may access it afterwards. At most {@code target.remaining()} bytes are
+     * read; fewer are allowed.
      *
      * @param target where the bytes go
      * @return the number of bytes read, 0 only if the buffer has no room, -1 at the end of the file
      * @throws ProviderException with ACCESS_DENIED if the channel cannot read, UNAVAILABLE if it is closed or the
-     *     storage is gone; the content of the buffer is then undefined, the position unchanged
+     *     storage is gone. The content of the buffer is then undefined and the position unchanged
      */
     int read(ByteBuffer target) throws ProviderException;
 
     /**
-     * Writes bytes of the buffer at the current position and moves the position on by as many. Bytes between the old
-     * end of the file and the position become zero.
+     * Writes bytes of the buffer at the current position and advances the position. Bytes between the old end of the
+     * file and the position become zero.
      *
-     * <p>The buffer is direct and lies over memory of the host that is valid only until this call returns. It must not
-     * be kept. <b>It must not be written to</b>, though it does not say that it is read-only: the host may have handed
-     * over constant memory.
+     * <p>The buffer is direct and refers to memory of the host that is valid only until this call returns. The back end
+     * must not keep it. <b>It must not write to it either</b>: the memory may be constant, although the buffer does not
+     * report itself as read-only.
      *
      * @param source the bytes
      * @return the number of bytes written; fewer than {@code source.remaining()} are allowed
      * @throws ProviderException with ACCESS_DENIED if the channel is read-only, STORAGE_FULL if there is no room or no
-     *     file can be so long, UNAVAILABLE if it is closed or the storage is gone; some bytes may have been written
-     *     then
+     *     file can be that long, UNAVAILABLE if it is closed or the storage is gone. Some bytes may have been written
      */
     int write(ByteBuffer source) throws ProviderException;
 
@@ -56,12 +55,12 @@ public interface ProviderChannel extends AutoCloseable {
     long position() throws ProviderException;
 
     /**
-     * Sets the position. A position past the end is allowed, however far: reading there meets the end of the file, and
-     * writing there makes the file longer, or is STORAGE_FULL where no file can be so long.
+     * Sets the position. It may be any distance past the end: reading there returns -1, and writing there extends the
+     * file, or throws STORAGE_FULL if no file can be that long.
      *
      * @param position bytes from the beginning of the file
-     * @throws ProviderException with INVALID_LOCATION if the position is negative (the host passes on what a seek
-     *     resulted in), UNAVAILABLE if the channel is closed; the position is then unchanged
+     * @throws ProviderException with INVALID_LOCATION if the position is negative, which the host does not check
+     *     itself, UNAVAILABLE if the channel is closed. The position is then unchanged
      */
     void position(long position) throws ProviderException;
 
@@ -78,7 +77,7 @@ public interface ProviderChannel extends AutoCloseable {
      * visible to whoever opens the file next. Closing a closed channel does nothing.
      *
      * @throws ProviderException with the code of what went wrong while the last bytes were written, for example
-     *     STORAGE_FULL; the channel is closed even so
+     *     STORAGE_FULL; the channel is closed nevertheless
      */
     @Override
     void close() throws ProviderException;

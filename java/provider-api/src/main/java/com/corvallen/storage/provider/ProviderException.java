@@ -3,13 +3,13 @@ package com.corvallen.storage.provider;
 /**
  * A failure that a back end reports on purpose: a code, and the location it concerns.
  *
- * <p>The host receives the code and the location. The message can be asked for with {@link LastFailure}, so it may be
- * shown to people: one plain line that says what the code does not, such as {@code "the file name is too long"}. The
- * code and the location may stand before it, with a colon after each; a host leaves them out. The cause stays in Java,
- * for logs and debuggers. Any other exception that leaves a back end is treated as a programming error of the back end,
- * so everything foreseen is reported with this class or a subclass of it.
+ * <p>The host receives the code and the location. It can also get the message, through {@link LastFailure}, and show it
+ * to users. Write one plain line that says what the code does not, such as {@code "the file name is too long"}. It may
+ * begin with the code and the location, each followed by a colon; a host omits them. The cause stays in Java, for logs
+ * and debuggers. Any other exception that leaves a back end counts as a programming error of the back end, so report
+ * every expected failure with this class or a subclass.
  *
- * <p>The code comes from an enum, so its number is always 0 to 11; the two getters the host calls are final and never
+ * <p>The code comes from an enum, so its number is always 0 to 11. The getters that the host calls are final and never
  * throw, so a subclass cannot change that.
  */
 public class ProviderException extends Exception {
@@ -22,34 +22,34 @@ public class ProviderException extends Exception {
     private final String locationText;
 
     /**
-     * Makes an exception whose message is made of the code and the location.
+     * Creates an exception whose message consists of the code and the location.
      *
      * @param errorCode why it failed; {@code null} counts as {@link ErrorCode#UNKNOWN}, so that a mistake in reporting
      *     does not hide the failure itself
-     * @param location what it concerns, or {@code null} if no location is concerned
+     * @param location the location concerned, or {@code null} for none
      */
     public ProviderException(ErrorCode errorCode, StorageURI location) {
         this(errorCode, location, null, null);
     }
 
     /**
-     * Makes an exception with a message of its own.
+     * Creates an exception with its own message.
      *
      * @param errorCode why it failed; {@code null} counts as {@link ErrorCode#UNKNOWN}
-     * @param location what it concerns, or {@code null}
-     * @param message why it failed, for people; {@code null} for one made of the code and the location
+     * @param location the location concerned, or {@code null}
+     * @param message why it failed, for users; {@code null} for the code and the location
      */
     public ProviderException(ErrorCode errorCode, StorageURI location, String message) {
         this(errorCode, location, message, null);
     }
 
     /**
-     * Makes an exception with a message and the exception that led to it.
+     * Creates an exception with a message and a cause.
      *
      * @param errorCode why it failed; {@code null} counts as {@link ErrorCode#UNKNOWN}
-     * @param location what it concerns, or {@code null}
-     * @param message why it failed, for people; {@code null} for one made of the code and the location
-     * @param cause what led to it, or {@code null}
+     * @param location the location concerned, or {@code null}
+     * @param message why it failed, for users; {@code null} for the code and the location
+     * @param cause the exception that led to it, or {@code null}
      */
     public ProviderException(ErrorCode errorCode, StorageURI location, String message, Throwable cause) {
         super(message != null ? message : describe(errorCode, location), cause);
@@ -67,8 +67,8 @@ public class ProviderException extends Exception {
     }
 
     /**
-     * Returns the number of {@link #getErrorCode()}, which is what the host receives. Called by the native side; this
-     * exception is the {@link LastFailure} of the calling thread from then on.
+     * Returns the number of {@link #getErrorCode()}, which the host receives. Called by the native side; it makes this
+     * exception the {@link LastFailure} of the calling thread.
      *
      * @return 0 to 11
      */
@@ -81,11 +81,11 @@ public class ProviderException extends Exception {
         try {
             LastFailure.note(errorCode, locationText, messageOrNull());
         } catch (OutOfMemoryError e) {
-            // The number counts more than the words; those of an earlier failure do not fit this one.
+            // The number matters more than the text; the text of an earlier failure would not match its code.
         }
     }
 
-    /** A subclass's message may throw anything, and what the native side calls never throws. */
+    /** A subclass's getMessage() may throw anything, but what the native side calls must not throw. */
     private String messageOrNull() {
         try {
             return getMessage();
@@ -95,7 +95,7 @@ public class ProviderException extends Exception {
     }
 
     /**
-     * Returns the text of the location concerned, as the host gave it. Called by the native side.
+     * Returns the text of the location concerned, as the host passed it. Called by the native side.
      *
      * @return the text, or {@code null} if no location is concerned
      */

@@ -1,16 +1,18 @@
 package com.corvallen.storage.provider;
 
-/** Capacity and occupied space of the storage behind a location. Immutable; safe on any thread; no getter throws. */
+/**
+ * Capacity and occupied space of the storage that holds a location. Immutable; safe on any thread; no getter throws.
+ */
 public final class ProviderStorageInfo {
     private final long storageCapacity;
     private final long spaceOccupied;
 
     /**
-     * Makes the information about one storage. Both numbers are handed on as they are, and the host reads them as
-     * unsigned: a negative one becomes a huge one.
+     * Creates the information about a storage. The numbers are not checked, and the host reads them as unsigned: a
+     * negative number becomes a very large one.
      *
-     * @param storageCapacity bytes in all
-     * @param spaceOccupied bytes in use; what is left of the capacity is what the process can still write
+     * @param storageCapacity the total size in bytes
+     * @param spaceOccupied the bytes in use or reserved for others; the process can still write the rest
      */
     public ProviderStorageInfo(long storageCapacity, long spaceOccupied) {
         this.storageCapacity = storageCapacity;
@@ -18,18 +20,18 @@ public final class ProviderStorageInfo {
     }
 
     /**
-     * Returns how much the storage can hold in all.
+     * Returns the total size of the storage.
      *
-     * @return bytes
+     * @return the size in bytes
      */
     public long getStorageCapacity() {
         return storageCapacity;
     }
 
     /**
-     * Returns how much of it is in use, or kept for others: all but what the process can still write.
+     * Returns the space in use or reserved for others: all but what the process can still write.
      *
-     * @return bytes
+     * @return the size in bytes
      */
     public long getSpaceOccupied() {
         return spaceOccupied;

@@ -1,10 +1,10 @@
 package com.corvallen.storage.provider;
 
-/** Takes off a message what a host shows anyway: code and location before the words, or the location after them. */
+/** Removes from a message what a host shows anyway: the code and location before the text, or the location after it. */
 final class ReasonText {
     private ReasonText() {}
 
-    /** Returns the words of a message as one line; null if there are none. */
+    /** Returns the rest of a message as one line; null if nothing is left. */
     static String of(ErrorCode code, String location, String message) {
         if (message == null) {
             return null;
@@ -22,7 +22,7 @@ final class ReasonText {
         return ends ? text.substring(0, text.length() - location.length() - 2) : text;
     }
 
-    /** Takes off a beginning that is followed by no letter or digit, with the colon after it. */
+    /** Removes a beginning, and a colon after it, if the text ends there or a colon or space follows. */
     private static String without(String text, String beginning) {
         if (beginning == null || beginning.isEmpty() || !text.startsWith(beginning)) {
             return text;

@@ -1,13 +1,13 @@
 package com.corvallen.storage.provider;
 
-/** The one rule of what may be the name of a file or folder. */
+/** The rule for what may be the name of a file or folder. */
 final class SegmentNames {
     private SegmentNames() {}
 
     /**
-     * Checks that a text is one name and nothing else.
+     * Checks that a text is exactly one name.
      *
-     * @param location what to report
+     * @param location the location that the exception names
      * @param name percent-decoded
      * @return the name
      * @throws ProviderException with INVALID_LOCATION if it is not a name
@@ -20,10 +20,10 @@ final class SegmentNames {
             throw invalid(location, "\"" + name + "\" is not a name; a location has no relative parts");
         }
         if (name.indexOf('/') >= 0) {
-            throw invalid(location, "a name must not hold a slash, encoded or not");
+            throw invalid(location, "a name must not contain a slash, encoded or not");
         }
         if (name.indexOf('\0') >= 0) {
-            throw invalid(location, "a name must not hold NUL");
+            throw invalid(location, "a name must not contain NUL");
         }
         return name;
     }

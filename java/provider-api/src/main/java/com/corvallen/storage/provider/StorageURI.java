@@ -5,33 +5,33 @@ import java.util.List;
 /**
  * The location of a file or folder: {@code java://mount/folder/file%20name}.
  *
- * <p>The host makes one for every location it passes. The constructor takes any text, {@code null} included, and the
- * text is parsed only when a part of it is asked for; a text that cannot be parsed then gives a {@link
+ * <p>The host creates one for every location that it passes. The constructor takes any text, including {@code null}.
+ * The text is parsed only when a part of it is asked for; if it cannot be parsed, that throws a {@link
  * ProviderException} with {@link ErrorCode#INVALID_LOCATION}.
  *
  * <p>The form is <code>scheme://mount/segment/segment</code>:
  *
  * <ul>
- *   <li>The mount may be empty, as in {@code java:///tmp}. It is the text between {@code //} and the next slash.
- *   <li>A segment is percent-encoded UTF-8. Characters that a URI may not hold are accepted unencoded, except {@code
- *       ?} and {@code #}: a query or a fragment means nothing here, so these two must be written {@code %3F} and {@code
- *       %23}.
- *   <li>Each segment is exactly one name. A segment that is {@code .} or {@code ..}, or that holds an encoded slash or
- *       NUL, is refused, however it is written; no back end can mistake it for a path of its own.
- *   <li>Empty segments carry no name and are left out: {@code java:///a//b/} is {@code java:///a/b}.
+ *   <li>The mount is the text between {@code //} and the next slash. It may be empty, as in {@code java:///tmp}.
+ *   <li>A segment is percent-encoded UTF-8. Characters that a URI may not contain are accepted unencoded, except {@code
+ *       ?} and {@code #}: queries and fragments have no meaning here, so these two must be written as {@code %3F} and
+ *       {@code %23}.
+ *   <li>Each segment is exactly one name. A segment is rejected if it is {@code .} or {@code ..}, encoded or not, or
+ *       contains an encoded slash or NUL, so no back end can mistake it for a path.
+ *   <li>Empty segments are ignored: {@code java:///a//b/} is {@code java:///a/b}.
  * </ul>
  *
- * <p>Two are equal if their texts are equal, character by character; different texts may well stand for the same
+ * <p>Two locations are equal if their texts are equal, character by character. Different texts may denote the same
  * file. Immutable; safe on any thread.
  */
 public final class StorageURI {
     private final String text;
 
-    /** The parts, once they were asked for. Parsing twice gives the same, so a race between threads is harmless. */
+    /** The parts, once parsed. Parsing twice gives equal parts, so a race between threads is harmless. */
     private volatile ParsedLocation parsed;
 
     /**
-     * Makes a location from its text. Never throws.
+     * Creates a location from its text. Never throws.
      *
      * @param text any text; {@code null} counts as empty
      */
@@ -40,9 +40,9 @@ public final class StorageURI {
     }
 
     /**
-     * Returns the text exactly as it was given.
+     * Returns the text exactly as it was passed.
      *
-     * @return the text, empty for {@code null}
+     * @return the text; empty for {@code null}
      */
     public String getText() {
         return text;
@@ -59,7 +59,7 @@ public final class StorageURI {
     }
 
     /**
-     * Returns the name of the mount: what stands between {@code //} and the path, percent-decoded.
+     * Returns the name of the mount: the text between {@code //} and the path, percent-decoded.
      *
      * @return the name, empty for {@code java:///path}
      * @throws ProviderException with INVALID_LOCATION if the text is not a location
@@ -69,10 +69,10 @@ public final class StorageURI {
     }
 
     /**
-     * Returns the names on the way from the root to this location, percent-decoded, the outermost first.
+     * Returns the names from the root to this location, percent-decoded, the outermost first.
      *
-     * @return an unmodifiable list, empty for the root; no name is empty, {@code .} or {@code ..}, or holds a slash or
-     *     NUL
+     * @return an unmodifiable list, empty for the root; no name is empty, {@code .} or {@code ..}, or contains a slash
+     *     or NUL
      * @throws ProviderException with INVALID_LOCATION if the text is not a location
      */
     public List<String> getSegments() throws ProviderException {
@@ -91,7 +91,7 @@ public final class StorageURI {
     }
 
     /**
-     * Tells whether the location is the root of its mount.
+     * Returns whether the location is the root of its mount.
      *
      * @return true if it has no segments
      * @throws ProviderException with INVALID_LOCATION if the text is not a location
@@ -101,7 +101,7 @@ public final class StorageURI {
     }
 
     /**
-     * Returns the location of the folder that holds this one.
+     * Returns the location of the parent folder.
      *
      * @return the parent; the root's parent is the root
      * @throws ProviderException with INVALID_LOCATION if the text is not a location
@@ -111,13 +111,13 @@ public final class StorageURI {
     }
 
     /**
-     * Returns the location of a child of this one. The name is percent-encoded, so any name a folder listing gives can
-     * be used.
+     * Returns the location of a child. This method percent-encodes the name, so any name from a folder listing can be
+     * used.
      *
      * @param childName one name, not percent-encoded
      * @return the child's location
      * @throws ProviderException with INVALID_LOCATION if this text is not a location, or if the name is null, empty,
-     *     {@code .} or {@code ..}, holds a slash or NUL, or is not valid UTF-16
+     *     {@code .} or {@code ..}, contains a slash or NUL, or is not valid UTF-16
      */
     public StorageURI resolve(String childName) throws ProviderException {
         return new StorageURI(parse().childText(childName));
@@ -142,7 +142,7 @@ public final class StorageURI {
         return text.hashCode();
     }
 
-    /** Returns the text, as {@link #getText()}. */
+    /** Returns the text, like {@link #getText()}. */
     @Override
     public String toString() {
         return text;
