@@ -1,4 +1,4 @@
 #pragma once
 
-/// Marks what libfoundation.so gives to other libraries; everything else stays hidden.
+/// Marks what libfoundation.so exports; everything else is hidden.
 #define FOUNDATION_API __attribute__((visibility("default")))

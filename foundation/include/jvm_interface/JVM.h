@@ -6,13 +6,13 @@
 
 namespace jvm_interface {
 
-/// The host's handle on the Java virtual machine of the process, shared by everything that calls Java.
+/// The host's handle to the Java virtual machine of the process, shared by everything that calls Java.
 ///
-/// getJavaVM() is the first virtual operation: libraries built apart rely on its place.
+/// getJavaVM() is the first virtual function; libraries that are built separately rely on its slot.
 class FOUNDATION_API JVM {
 public:
-    /// The running virtual machine, or null once it has been removed. Gives the same answer while the machine lives;
-    /// safe from any thread; does not call Java.
+    /// Returns the running virtual machine, or null once it is gone. The answer does not change while the machine runs.
+    /// Safe to call from any thread; does not call Java.
     [[nodiscard]] virtual JavaVM* getJavaVM() = 0;
 
     virtual ~JVM();

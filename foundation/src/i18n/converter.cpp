@@ -42,7 +42,7 @@ codecvt_ustring_to_string::codecvt_ustring_to_string(const std::string& encoding
 
 std::string codecvt_ustring_to_string::convert(const std::u16string& text) const {
     // Boost.Locale's own UTF-16 reader leaves ill-formed text out where it should put U+FFFD.
-    const std::string utf8 = m_substitute ? to_string(text) : conv::utf_to_utf<char>(text, conv::stop);
+    std::string utf8 = m_substitute ? to_string(text) : conv::utf_to_utf<char>(text, conv::stop);
     if (m_isUtf8) {
         return utf8;
     }

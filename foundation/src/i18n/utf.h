@@ -16,8 +16,8 @@ using Traits = boost::locale::utf::utf_traits<Char>;
 /// How many units at `start` form one error: a lone surrogate.
 constexpr std::ptrdiff_t illFormedLength(const char16_t*, const char16_t*) noexcept { return 1; }
 
-/// Whether a well-formed UTF-8 sequence may begin with these two bytes. Says no early where the second byte alone
-/// shows that the sequence is overlong, a surrogate, or above U+10FFFF.
+/// Whether a well-formed UTF-8 sequence may begin with these two bytes. False if the second byte already shows that the
+/// sequence is overlong, a surrogate, or above U+10FFFF.
 inline bool mayFollow(unsigned char lead, unsigned char second) noexcept {
     if (!Traits<char>::is_trail(static_cast<char>(second))) {
         return false;
@@ -50,7 +50,7 @@ inline std::ptrdiff_t illFormedLength(const char* start, const char* end) noexce
     return length;
 }
 
-/// Takes one code point off the front of a range that is not empty; nothing when one ill-formed part was taken instead.
+/// Removes one code point from the front of a range that is not empty, or one ill-formed part; then returns nothing.
 template <class Char>
 std::optional<boost::locale::utf::code_point> takeCodePoint(const Char*& position, const Char* end) noexcept {
     const Char* const start = position;

@@ -1,16 +1,16 @@
 #include "jvm/CreationEnvironment.h"
 
+#include <langinfo.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
+#include <clocale>
 #include <cstdlib>
 #include <deque>
 #include <string>
 #include <string_view>
 #include <utility>
-
-#include "jvm/HostLocale.h"
 
 namespace storage::jvm::detail {
 
@@ -39,8 +39,8 @@ void hide(std::vector<char*>& variables, std::string_view name) {
     std::erase_if(variables, [name](const char* entry) { return names(entry, name); });
 }
 
-/// LC_ALL beats all other variables where it is set, and a locale that is not installed makes the machine ignore them
-/// all; otherwise only the category of text changes, so that Java's language stays the host's.
+/// Changes only the category of text, so that Java's language stays the host's. Where LC_ALL is set it beats all other
+/// variables, and where a locale is not installed the machine ignores them all: then LC_ALL changes.
 void askForUtf8(std::vector<char*>& variables, EnvironmentLocale asked) {
     const char* const all = find(variables, AllCategories);
     const bool textAlone = asked == EnvironmentLocale::OtherCodeset && (all == nullptr || *all == '\0');
@@ -68,7 +68,7 @@ std::vector<char*> visibleVariables(std::vector<char*> variables) {
     return variables;
 }
 
-/// Puts one variable back in an environment that another thread has changed meanwhile.
+/// Restores one variable in an environment that another thread has changed.
 void restore(std::string_view name, const std::vector<char*>& hosts) {
     const std::string variable(name);
     if (const char* const value = find(hosts, name); value != nullptr) {
@@ -78,14 +78,29 @@ void restore(std::string_view name, const std::vector<char*>& hosts) {
     }
 }
 
-/// Takes an array that is never freed: another thread may still be reading it when the host's takes its place. That
-/// costs some hundred pointers for each machine that a process tries to start. For one thread at a time.
+/// Keeps an array that is never freed: another thread may still be reading it when the host's array replaces it. Each
+/// attempt to start a machine costs some hundred pointers. For one thread at a time.
 std::vector<char*>& keepForEver(std::vector<char*> variables) {
     static auto& kept = *new std::deque<std::vector<char*>>;
     return kept.emplace_back(std::move(variables));
 }
 
 }  // namespace
+
+HostLocale::HostLocale() : m_name(setlocale(LC_ALL, nullptr)) {}
+
+HostLocale::~HostLocale() { setlocale(LC_ALL, m_name.c_str()); }
+
+EnvironmentLocale environmentLocale() {
+    locale_t asked = newlocale(LC_ALL_MASK, "", nullptr);
+    if (asked == nullptr) {
+        return EnvironmentLocale::Missing;
+    }
+    const std::string_view codeset = nl_langinfo_l(CODESET, asked);
+    const bool utf8 = codeset == "UTF-8";
+    freelocale(asked);
+    return utf8 ? EnvironmentLocale::Utf8 : EnvironmentLocale::OtherCodeset;
+}
 
 CreationEnvironment::CreationEnvironment()
     : m_hosts(environ),
@@ -100,7 +115,7 @@ CreationEnvironment::~CreationEnvironment() {
         environ = m_hosts;
         return;
     }
-    // Another thread has changed a variable, in this array or in one that replaced it and the host's: it stays.
+    // Another thread has changed a variable, in this array or in one that replaced it. Its change stays.
     for (const std::string_view name : {AllCategories, TextCategory, HiddenVariables[0], HiddenVariables[1]}) {
         restore(name, m_hostsVariables);
     }

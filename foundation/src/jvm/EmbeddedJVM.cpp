@@ -6,12 +6,10 @@
 #include "jvm/CreationEnvironment.h"
 #include "jvm/Failure.h"
 #include "jvm/ForkWatch.h"
-#include "jvm/HostLocale.h"
 #include "jvm/JavaSearch.h"
-#include "jvm/LibjvmLoader.h"
+#include "jvm/Libjvm.h"
 #include "jvm/MachineCreation.h"
 #include "jvm/MachineOptions.h"
-#include "jvm/RunningMachine.h"
 #include "jvm/ThreadEnvironment.h"
 
 namespace storage::jvm {
@@ -21,7 +19,7 @@ namespace {
 /// The one virtual machine that EmbeddedJVM can make in the life of a process.
 struct ProcessMachine {
     std::mutex mutex;
-    std::weak_ptr<EmbeddedJVM> handle;  ///< what start() gave out, as long as somebody holds it
+    std::weak_ptr<EmbeddedJVM> handle;  ///< what start() gave out, while anyone holds it
     JavaVM* vm = nullptr;               ///< null until it is made, and again when it is shut down
     std::filesystem::path libjvm;
     std::string over;  ///< why no machine can be made any more; empty while one can
@@ -47,7 +45,7 @@ detail::CreationResult createQuietly(const detail::LoadedLibjvm& libjvm, const s
     return detail::createMachine(libjvm.create, options);
 }
 
-/// Makes the machine and notes it; the caller holds the lock.
+/// Makes the machine and records it. The caller holds the lock.
 void makeMachine(ProcessMachine& process, const EmbeddedJVMOptions& options) {
     const std::vector<std::string> machineOptions = detail::machineOptions(options);
     const detail::LoadedLibjvm libjvm = detail::loadLibjvm(findJava(options));
@@ -61,20 +59,19 @@ void makeMachine(ProcessMachine& process, const EmbeddedJVMOptions& options) {
     }
     const std::string refusal = describeRefusal(libjvm.path, result);
     if (result.endedItself) {
-        process.over = "No virtual machine can start after one that failed half-way: " + refusal;
+        process.over = "No virtual machine can start after one that failed halfway: " + refusal;
     }
     detail::fail(refusal);
 }
 
-/// Detaches the calling thread where it is attached: the end of the machine waits for every attached thread but
-/// daemons.
+/// Detaches the calling thread if it is attached: the machine ends only when no attached thread but daemons is left.
 void leaveMachine(JavaVM* vm) {
     JNIEnv* const env = detail::attachedEnv(vm);
     if (env == nullptr) {
         return;
     }
     if (const jint error = detail::detachThread(vm, env); error != JNI_OK) {
-        detail::fail("The virtual machine cannot be shut down by a method that Java calls: " +
+        detail::fail("The virtual machine cannot be shut down from a method that Java calls: " +
                      detail::describeJniError(error));
     }
 }
@@ -89,7 +86,7 @@ EmbeddedJVM::~EmbeddedJVM() = default;
 
 std::shared_ptr<EmbeddedJVM> EmbeddedJVM::start(const EmbeddedJVMOptions& options) {
     if (detail::inForkedChild()) {
-        detail::fail("The virtual machine runs in the process that this one was forked from, and not here");
+        detail::fail("The virtual machine runs in the parent process; a forked process cannot use it");
     }
     const detail::ForkWatch forks;
     ProcessMachine& process = processMachine();
@@ -136,7 +133,7 @@ void EmbeddedJVM::shutdown() {
         return;
     }
     if (const jint error = vm->DestroyJavaVM(); error != JNI_OK) {
-        detail::fail("The Java virtual machine does not end: " + detail::describeJniError(error));
+        detail::fail("The Java virtual machine cannot be ended: " + detail::describeJniError(error));
     }
 }
 
@@ -144,11 +141,14 @@ bool EmbeddedJVM::withdraw() {
     ProcessMachine& process = processMachine();
     const std::lock_guard lock(process.mutex);
     process.vm = nullptr;
-    process.over = "The virtual machine of this process was shut down, and a process can start no other";
+    process.over = "The virtual machine of this process was shut down; a process cannot start another";
     return m_vm.exchange(nullptr) != nullptr;
 }
 
 std::vector<JavaCandidate> findJava(const EmbeddedJVMOptions& options) {
+    if (options.java) {
+        return {*options.java};
+    }
     return detail::searchJava(options.javaHome, detail::SearchPlaces::ofProcess());
 }
 

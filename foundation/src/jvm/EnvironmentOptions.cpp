@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::string_view Blanks = " \t\n\v\f\r";
 
-/// Takes the quoted text that `rest` starts with off it, without its quotes.
+/// Removes the quoted text from the front of `rest` and returns it without its quotes.
 std::string_view takeQuoted(std::string_view& rest, const std::string& origin) {
     const std::size_t end = rest.find(rest.front(), 1);
     if (end == std::string_view::npos) {

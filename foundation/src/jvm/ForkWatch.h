@@ -4,7 +4,7 @@
 
 namespace storage::jvm::detail {
 
-/// Set in a child made by fork() from a process that had a virtual machine, or was about to have one: none runs there.
+/// Set in a child made by fork() from a process that had a virtual machine or was starting one. No machine runs there.
 extern std::atomic<bool> forkedFromMachine;
 
 /// Whether this process is such a child.
@@ -13,10 +13,10 @@ extern std::atomic<bool> forkedFromMachine;
     return forkedFromMachine.load(std::memory_order_relaxed);
 }
 
-/// Marks the children that are forked during the life of the object, and all later ones when a machine came of it.
+/// Marks the children that are forked during the life of the object, and after keep() all later ones.
 ///
-/// To be made before the start of a machine takes any lock, and to outlive them all: a child that is not marked may
-/// take them. Safe to use from any thread.
+/// The start of a machine makes one before it takes any lock, and destroys it after it has released all: a child that
+/// is not marked may take them. Safe to use from any thread.
 class ForkWatch final {
 public:
     /// Throws AnonymousInternalException<std::bad_alloc> when forks cannot be watched.
@@ -26,7 +26,7 @@ public:
     ForkWatch(const ForkWatch&) = delete;
     ForkWatch& operator=(const ForkWatch&) = delete;
 
-    /// There is a machine now: every later child is marked.
+    /// A machine runs now: marks every later child.
     static void keep() noexcept;
 };
 

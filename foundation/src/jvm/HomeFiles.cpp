@@ -11,7 +11,7 @@
 
 #include "jvm/RegularFile.h"
 
-// This library's own header, by the linker: what fits this process has the same marks.
+// This library's own header, which the linker provides: a library that fits this process has the same marks.
 extern "C" [[gnu::visibility("hidden")]] const ElfW(Ehdr) __ehdr_start;  // NOLINT(bugprone-reserved-identifier)
 
 namespace storage::jvm::detail {
@@ -20,7 +20,7 @@ namespace {
 
 constexpr const char* CutShort = "cut short";
 
-/// An object that lies in the bytes at an offset; none when they end before.
+/// The object at an offset in the bytes; none when the bytes end before it does.
 template <class T>
 std::optional<T> objectAt(std::string_view bytes, std::uint64_t offset) {
     T object;
@@ -36,7 +36,7 @@ bool isForThisMachine(const ElfW(Ehdr) & header) {
            header.e_machine == __ehdr_start.e_machine && header.e_phentsize == sizeof(ElfW(Phdr));
 }
 
-/// How long the file must be for every part of it that is mapped.
+/// How long the file must be to hold every part that is mapped.
 std::optional<std::uint64_t> mappedSize(const RegularFile& file, const ElfW(Ehdr) & header) {
     const std::string table = file.read(header.e_phoff, std::size_t{header.e_phnum} * sizeof(ElfW(Phdr)));
     std::uint64_t end = 0;

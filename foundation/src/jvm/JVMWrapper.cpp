@@ -8,7 +8,7 @@ namespace storage::jvm {
 
 namespace {
 
-/// What a usual operation needs; the machine gives more when more is asked for.
+/// Enough references for a usual operation. The machine makes room for more as needed.
 constexpr jint FrameCapacity = 16;
 
 [[gnu::cold]] JNIEnv* attach(JavaVM* vm) {
@@ -22,7 +22,7 @@ constexpr jint FrameCapacity = 16;
 
 }  // namespace
 
-JVMWrapper::JVMWrapper(JavaVM* vm) : m_vm(vm), m_env(nullptr), m_attached(false) {
+JVMWrapper::JVMWrapper(JavaVM* vm) : m_vm(vm) {
     if (vm == nullptr) {
         detail::fail("JVM remvoed");
     }
@@ -34,7 +34,7 @@ JVMWrapper::JVMWrapper(JavaVM* vm) : m_vm(vm), m_env(nullptr), m_attached(false)
     if (m_env->PushLocalFrame(FrameCapacity) == JNI_OK) {
         return;
     }
-    // The machine has thrown an OutOfMemoryError, which must not outlive the C++ exception that stands for it.
+    // The machine has thrown an OutOfMemoryError. It must not stay pending beside the C++ exception.
     m_env->ExceptionClear();
     if (m_attached) {
         detail::detachThread(vm, m_env);
@@ -43,15 +43,15 @@ JVMWrapper::JVMWrapper(JavaVM* vm) : m_vm(vm), m_env(nullptr), m_attached(false)
 }
 
 JVMWrapper::~JVMWrapper() {
-    // After a shutdown, after a detachment behind this object's back, or in a forked child the environment is dead
-    // memory: the frame and the attachment went with it.
+    // After a shutdown, after someone else detached the thread, or in a forked child the environment is dead memory:
+    // the frame and the attachment are gone with it.
     if (detail::inForkedChild() || detail::attachedEnv(m_vm) != m_env) {
         return;
     }
     m_env->PopLocalFrame(nullptr);
     if (m_attached) {
-        // A refusal means that Java methods are on the stack, which only a destructor run out of order can meet; the
-        // thread then stays attached.
+        // Refused when Java methods are on the stack, which happens only if destructors run out of order. The thread
+        // then stays attached.
         detail::detachThread(m_vm, m_env);
     }
 }

@@ -6,6 +6,7 @@
 
 #include "jvm/HomeFiles.h"
 #include "jvm/RegularFile.h"
+#include "storage/jvm/JavaCandidate.h"
 
 namespace storage::jvm::detail {
 
@@ -13,12 +14,10 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr unsigned OldestJava = 11;
-
 fs::path findLibjvm(const fs::path& home) {
     static constexpr std::array variants{"server", "client", "minimal", "zero"};
     for (const char* variant : variants) {
-        const fs::path libjvm = home / "lib" / variant / "libjvm.so";
+        fs::path libjvm = home / "lib" / variant / "libjvm.so";
         std::error_code error;
         if (fs::is_regular_file(libjvm, error)) {
             return libjvm;
@@ -27,7 +26,7 @@ fs::path findLibjvm(const fs::path& home) {
     return {};
 }
 
-/// "17.0.15" or "25-ea" as numbers; stops at the first thing that is none.
+/// "17.0.15" or "25-ea" as numbers, up to the first part that is no number.
 std::vector<unsigned> parseVersion(const std::string& text) {
     std::vector<unsigned> numbers;
     std::istringstream input(text);
@@ -44,7 +43,7 @@ std::vector<unsigned> parseVersion(const std::string& text) {
 /// Every Java home states its version in a file "release", as JAVA_VERSION="17.0.15".
 std::string readVersion(const fs::path& home) {
     constexpr std::string_view key = "JAVA_VERSION=\"";
-    constexpr std::size_t longestFile = 64 * 1024;
+    constexpr std::size_t longestFile = std::size_t{64} * 1024;
     std::istringstream release(RegularFile(home / "release").read(0, longestFile));
     for (std::string line; std::getline(release, line);) {
         if (line.starts_with(key)) {
@@ -58,14 +57,14 @@ std::string named(const fs::path& file, const std::string& problem) {
     return problem.empty() ? "" : file.string() + ": " + problem;
 }
 
-/// A Java that is being developed has a folder of classes in place of the image.
+/// A Java under development has a folder of classes in place of the image.
 bool hasUnpackedClasses(const fs::path& folder) {
     std::error_code error;
     return fs::is_directory(folder.parent_path() / "modules/java.base", error);
 }
 
-/// Why the machine of this library could not begin, by the files that it opens first. It looks for them from its own
-/// place, with links resolved.
+/// What is wrong with the files that the machine of this library opens first; empty if nothing is. It finds them from
+/// its own place, with links resolved.
 std::string findIncompleteness(const fs::path& libjvm) {
     std::error_code error;
     const fs::path resolved = fs::canonical(libjvm, error);
@@ -86,8 +85,8 @@ std::string findProblem(const fs::path& home, const JavaHome& found) {
     if (!fs::is_directory(home, error)) {
         return "no such folder";
     }
-    if (!found.version.empty() && found.version.front() < OldestJava) {
-        return "too old: Java 11 or newer is needed";
+    if (!found.version.empty() && found.version.front() < static_cast<unsigned>(OldestJava)) {
+        return "too old: Java " + std::to_string(OldestJava) + " or newer is needed";
     }
     return found.libjvm.empty() ? "no lib/server/libjvm.so in it" : findIncompleteness(found.libjvm);
 }
@@ -104,3 +103,12 @@ JavaHome inspectJavaHome(const fs::path& home) {
 }
 
 }  // namespace storage::jvm::detail
+
+namespace storage::jvm {
+
+int majorVersion(const std::string& version) {
+    const std::vector<unsigned> numbers = detail::parseVersion(version);
+    return numbers.empty() ? 0 : static_cast<int>(numbers.front());
+}
+
+}  // namespace storage::jvm

@@ -15,8 +15,10 @@ namespace fs = std::filesystem;
 
 namespace {
 
+constexpr const char* GivenHome = "given home";
+
 std::string variable(const char* name) {
-    // A program with special privileges must not load a library from where its caller says.
+    // A program with special privileges must not let its caller choose a library.
     const char* const value = secure_getenv(name);
     return value == nullptr ? "" : value;
 }
@@ -69,7 +71,7 @@ JavaCandidate fromPath(const std::string& path) {
 
 using InspectedHome = std::pair<fs::path, JavaHome>;
 
-/// The Java homes right below the folder, each under one name only: distributions link one to the other.
+/// Adds the Java homes right below the folder, each under one name only: distributions link them to each other.
 void collectHomes(const fs::path& folder, std::vector<InspectedHome>& homes) {
     std::error_code error;
     for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
@@ -86,7 +88,7 @@ void collectHomes(const fs::path& folder, std::vector<InspectedHome>& homes) {
     }
 }
 
-/// The newest Java first; of equals the first by name, so that the choice does not hang on the file system's order.
+/// The newest Java comes first. Equals go by name, so that the choice does not depend on the file system's order.
 bool ranksBefore(const InspectedHome& one, const InspectedHome& other) {
     if (one.second.version != other.second.version) {
         return one.second.version > other.second.version;
@@ -113,6 +115,7 @@ std::vector<JavaCandidate> fromDistribution(const std::vector<fs::path>& folders
     }
     std::ranges::sort(homes, ranksBefore);
     std::vector<JavaCandidate> candidates;
+    candidates.reserve(homes.size());
     for (const auto& [home, found] : homes) {
         candidates.push_back(candidate(origin, home, found));
     }
@@ -132,7 +135,7 @@ SearchPlaces SearchPlaces::ofProcess() {
 std::vector<JavaCandidate> searchJava(const fs::path& givenHome, const SearchPlaces& places) {
     std::vector<JavaCandidate> candidates;
     if (!givenHome.empty()) {
-        candidates.push_back(candidate("given home", givenHome));
+        candidates.push_back(javaAt(givenHome));
     }
     candidates.push_back(fromVariable(places.javaHome));
     candidates.push_back(fromPath(places.path));
@@ -140,9 +143,16 @@ std::vector<JavaCandidate> searchJava(const fs::path& givenHome, const SearchPla
     return candidates;
 }
 
+}  // namespace storage::jvm::detail
+
+namespace storage::jvm {
+
 std::string describe(const JavaCandidate& candidate) {
     const std::string home = candidate.home.empty() ? "" : " " + candidate.home.string();
-    return candidate.origin + home + ": " + candidate.problem;
+    const std::string problem = candidate.problem.empty() ? "" : ": " + candidate.problem;
+    return candidate.origin + home + problem;
 }
 
-}  // namespace storage::jvm::detail
+JavaCandidate javaAt(const std::filesystem::path& home) { return detail::candidate(detail::GivenHome, home); }
+
+}  // namespace storage::jvm

@@ -4,11 +4,11 @@
 #include <string>
 #include <vector>
 
-#include "storage/jvm/EmbeddedJVM.h"
+#include "storage/jvm/JavaCandidate.h"
 
 namespace storage::jvm::detail {
 
-/// Where Java is looked for: the process's surroundings, or a test's.
+/// The places where searchJava() looks for Java.
 struct SearchPlaces {
     std::string javaHome;                                    ///< the variable JAVA_HOME; empty: not set
     std::string path;                                        ///< the variable PATH
@@ -18,11 +18,8 @@ struct SearchPlaces {
     [[nodiscard]] static SearchPlaces ofProcess();
 };
 
-/// Every place in the order of the search; at least one candidate for each place. Reads the file system, loads nothing.
-/// An empty `givenHome` is no place.
+/// The candidates in the order of the search, at least one for each place. Reads the file system, loads nothing. An
+/// empty `givenHome` is no place.
 [[nodiscard]] std::vector<JavaCandidate> searchJava(const std::filesystem::path& givenHome, const SearchPlaces& places);
-
-/// A candidate as a phrase of an error text: its origin, its home and its problem.
-[[nodiscard]] std::string describe(const JavaCandidate& candidate);
 
 }  // namespace storage::jvm::detail

@@ -20,11 +20,11 @@ namespace storage::jvm::detail {
 
 namespace {
 
-/// What a program's first thread has by custom; the machine's own start needs a fraction of it.
-constexpr std::size_t CreatorStack = 8 * 1024 * 1024;
+/// The usual stack of a program's first thread. The machine's start needs a fraction of it.
+constexpr std::size_t CreatorStack = std::size_t{8} * 1024 * 1024;
 
-/// One call of JNI_CreateJavaVM with all that it reads. Owned in common by the thread that makes it and the one that
-/// waits: a thread that the machine never lets go keeps its share for ever.
+/// One call of JNI_CreateJavaVM with all that it reads. The thread that makes the call and the one that waits share it:
+/// a thread that the machine never releases keeps its share for ever.
 struct Attempt {
     CreateJavaVM* create = nullptr;
     std::vector<std::string> texts;
@@ -45,7 +45,7 @@ std::shared_ptr<Attempt> prepare(CreateJavaVM* create, const std::vector<std::st
     attempt->create = create;
     attempt->folderIsRemoved = !hasWorkingFolder();
     if (attempt->folderIsRemoved) {
-        // Otherwise the first use of a path on one of the host's threads fails, and every later one with it.
+        // Without it the first use of a path on one of the host's threads fails, and so does every later one.
         attempt->texts.emplace_back("-Dsun.nio.fs.chdirAllowed=true");
     }
     attempt->texts.insert(attempt->texts.end(), options.begin(), options.end());
@@ -56,16 +56,16 @@ std::shared_ptr<Attempt> prepare(CreateJavaVM* create, const std::vector<std::st
     return attempt;
 }
 
-/// Java's classes need a working folder. This thread, and those that the machine starts from it, are in the root from
-/// now on; the host's threads stay where they are. Where the system forbids it, Java reports what it misses.
+/// Java's classes need a working folder. Moves this thread, and those that the machine starts from it, to the root; the
+/// host's threads stay where they are. Where the system forbids it, Java reports what is missing.
 void leaveRemovedFolder() {
     if (unshare(CLONE_FS) == 0) {
-        // The root is always there; were it not, Java would say so.
+        // The root is always there. If it were not, Java would report it.
         static_cast<void>(!chdir("/"));
     }
 }
 
-/// Makes the machine, and leaves it at once: the thread that made it is no other than any that attaches.
+/// Makes the machine and detaches at once: the thread that made it needs nothing more of it.
 void run(Attempt& attempt) {
     JavaVMInitArgs arguments{};
     arguments.version = JniVersion;
@@ -89,7 +89,7 @@ void* runOnThread(void* share) {
     return nullptr;
 }
 
-/// A thread with a stack of a known size, whatever the process's limit makes of the default.
+/// Starts a thread with a stack of a known size, whatever the process's limits are.
 pthread_t startThread(const std::shared_ptr<Attempt>& attempt) {
     auto share = std::make_unique<std::shared_ptr<Attempt>>(attempt);
     pthread_attr_t attributes;
@@ -99,13 +99,13 @@ pthread_t startThread(const std::shared_ptr<Attempt>& attempt) {
     const int error = pthread_create(&thread, &attributes, runOnThread, share.get());
     pthread_attr_destroy(&attributes);
     if (error != 0) {
-        fail("No thread for the Java virtual machine: " + std::generic_category().message(error));
+        fail("Cannot start a thread for the Java virtual machine: " + std::generic_category().message(error));
     }
     static_cast<void>(share.release());  // the thread owns it now
     return thread;
 }
 
-/// The lines that say something, as one. A report of a crash draws a frame of `#` around itself.
+/// The lines that hold text, joined to one. A crash report draws a frame of `#` around itself.
 std::string asOneLine(const std::string& text) {
     constexpr std::string_view frame = "# \t\r";
     constexpr std::size_t longest = 2000;

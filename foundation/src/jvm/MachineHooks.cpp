@@ -1,11 +1,11 @@
 #include "jvm/MachineHooks.h"
 
 #include <pthread.h>
-#include <signal.h>
 #include <unistd.h>
 
 #include <atomic>
 #include <condition_variable>
+#include <csignal>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
@@ -18,7 +18,7 @@ namespace storage::jvm::detail {
 
 namespace {
 
-constexpr std::size_t LongestOutput = 16 * 1024;
+constexpr std::size_t LongestOutput = std::size_t{16} * 1024;
 
 /// What the hooks, the creating thread and the waiting one share.
 struct Creation {
@@ -35,7 +35,7 @@ Creation& creation() {
     return only;
 }
 
-/// In a child, which the machine forks to run a command, another thread's lock would be held for ever.
+/// Whether this is a child that the machine forked to run a command: there another thread's lock stays locked for ever.
 bool inChild(const Creation& shared) { return shared.process != getpid(); }
 
 bool leaveCreating(CreationState next) {
@@ -52,8 +52,8 @@ bool leaveCreating(CreationState next) {
     return true;
 }
 
-/// Holds the calling thread for ever. The machine expects not to come back from the end of the process, so its thread
-/// can neither return nor be unwound; the host's signals go to other threads.
+/// Parks the calling thread for ever. The machine does not expect to come back from the end of the process, so its
+/// thread can neither return nor be unwound. The host's signals go to other threads.
 [[noreturn]] void park() {
     sigset_t all;
     sigfillset(&all);
@@ -74,7 +74,7 @@ void keep(std::string_view text) {
     }
 }
 
-/// The machine's print function. Its log files come along here as well and are written as they should be.
+/// The machine's print function. Text for its log files comes here too, and is written to them.
 jint JNICALL print(std::FILE* stream, const char* format, va_list arguments) {
     if (stream != stdout && stream != stderr) {
         return std::vfprintf(stream, format, arguments);
@@ -111,7 +111,7 @@ std::size_t writeItems(const void* items, std::size_t size, std::size_t count, s
     return count;
 }
 
-/// Called in place of exit(): by a start that fails, later by System.exit().
+/// Called in place of exit(), by a start that fails and later by System.exit().
 void JNICALL exitProcess(jint code) {
     if (leaveCreating(CreationState::Ended)) {
         park();
@@ -127,7 +127,8 @@ void exitAtOnce(int code) {
     ::_exit(code);
 }
 
-/// Called before abort() or exit(1): by a start that fails, later by a machine that crashes; returning lets it happen.
+/// Called before abort() or exit(1), by a start that fails and later by a machine that crashes. Once it returns, the
+/// process ends.
 void JNICALL abortProcess() {
     if (leaveCreating(CreationState::Ended)) {
         park();

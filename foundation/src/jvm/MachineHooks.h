@@ -10,7 +10,7 @@
 
 namespace storage::jvm::detail {
 
-/// Where a virtual machine in the making stands, seen through its hooks.
+/// How far the making of a virtual machine has come, as its hooks see it.
 enum class CreationState {
     Idle,      ///< no machine is in the making
     Creating,  ///< JNI_CreateJavaVM runs
@@ -21,14 +21,15 @@ enum class CreationState {
 /// The options that make the machine print, exit and abort through this module; they come before all others.
 [[nodiscard]] std::vector<JavaVMOption> hookOptions();
 
-/// Functions of the system with what stands in for them while a machine is made: before it has read the options above,
-/// and at a few places later, the machine ends the process and writes to its standard streams without them.
+/// Functions of the system, each with the function that replaces it while a machine is made. Before the machine has
+/// read the options above, and at a few places later, it calls them to end the process and to write to the standard
+/// streams.
 [[nodiscard]] std::array<Import, 5> hookImports();
 
-/// Begins to keep what the machine writes, and to keep it from ending the process.
+/// From now on, what the machine writes is kept, and it cannot end the process.
 void beginCreation();
 
-/// Says that JNI_CreateJavaVM has returned; called on the thread that ran it.
+/// Reports that JNI_CreateJavaVM has returned. Called on the thread that ran it.
 void reportReturn();
 
 /// Blocks until reportReturn() or until the machine tried to end the process. Returns Returned or Ended.

@@ -22,8 +22,8 @@ constexpr const char* LastVariable = "_JAVA_OPTIONS";
 
 using Options = std::vector<std::string>;
 
-/// Java passes silently over what is not there; a host would learn of it by a missing class, far from the cause. A pipe
-/// would make it wait.
+/// Java silently skips what is not there, and the host would see only a missing class, far from the cause. A pipe would
+/// make Java wait.
 void requireUsable(const fs::path& entry) {
     std::error_code error;
     const fs::file_status status = fs::status(entry, error);
@@ -34,12 +34,12 @@ void requireUsable(const fs::path& entry) {
         fail("Neither a folder nor a file on the class path: " + entry.string());
     }
     if (entry.native().find(PathSeparator) != fs::path::string_type::npos) {
-        fail("A colon cannot stand in an entry of the class path: " + entry.string());
+        fail("An entry of the class path contains a colon: " + entry.string());
     }
 }
 
-/// To Java an empty class path is the working folder, and whoever can fill that folder should not choose the host's
-/// classes: a device that holds none stands for it.
+/// To Java an empty class path is the working folder, and anyone who can write there could choose the host's classes. A
+/// device that holds no classes replaces it.
 std::string classPathOption(const std::vector<fs::path>& classPath) {
     std::string joined;
     for (const fs::path& entry : classPath) {
@@ -51,8 +51,8 @@ std::string classPathOption(const std::vector<fs::path>& classPath) {
 
 void append(Options& all, const Options& more) { all.insert(all.end(), more.begin(), more.end()); }
 
-/// The defaults of an embedded machine where the host's own do not say otherwise, and those. Without the second and the
-/// third, a machine that leaves the signals alone starts the attach listener, and every machine leaves a file in /tmp.
+/// The host's defaults, and before them those of an embedded machine that they do not replace. Without the second one,
+/// a machine started with -Xrs starts the attach listener; without the third, every machine leaves a file in /tmp.
 Options defaultsFor(const EmbeddedJVMOptions& options) {
     Options all{"-Xrs", "-XX:+DisableAttachMechanism", "-XX:-UsePerfData", "-Xmx512m"};
     stepBack(all, options.defaultOptions);
@@ -60,29 +60,33 @@ Options defaultsFor(const EmbeddedJVMOptions& options) {
     return all;
 }
 
-/// None where the size is left to Java, or to the defaults.
+/// Empty where Java or the defaults decide the size.
 Options heapOption(const EmbeddedJVMOptions& options) {
     const std::size_t size = options.maxHeapMiB.value_or(0);
     return size == 0 ? Options() : Options{"-Xmx" + std::to_string(size) + "m"};
 }
 
-/// Whether both are there and one file.
+/// Whether both exist and are the same file.
 bool isSameFile(std::string_view one, std::string_view other) {
     std::error_code error;
     return fs::equivalent(one, other, error);
 }
 
+[[noreturn]] void refuse(const std::string& origin, const std::string& option, const char* reason) {
+    fail(origin + ": " + option + reason);
+}
+
 void requireHarmless(const Options& given, const std::string& origin, const Options& defaults) {
     for (const std::string& option : given) {
         if (endsInArchive(option)) {
-            fail(origin + ": " + option +
-                 " makes the virtual machine write a class archive and end the process, so nothing else can be done");
+            refuse(origin, option,
+                   " makes the virtual machine write a class archive and end the process, so it cannot be used here");
         }
         const auto overwritten = [&option](const std::string& used) {
             return !writtenArchive(option).empty() && isSameFile(usedArchive(used), writtenArchive(option));
         };
         if (std::ranges::any_of(defaults, overwritten)) {
-            fail(origin + ": " + option + " would overwrite the class archive of this program");
+            refuse(origin, option, " would overwrite the class archive of this program");
         }
     }
 }

@@ -16,14 +16,14 @@ namespace {
 
 constexpr std::string_view OptionsFile = "-XX:VMOptionsFile=";
 constexpr std::string_view FlagsFile = "-XX:Flags=";
-constexpr std::size_t LongestFile = 1024 * 1024;
+constexpr std::size_t LongestFile = std::size_t{1024} * 1024;
 
 std::string contentsOf(const std::string& path, const std::string& origin) {
     const RegularFile file(path);
     const bool tooLong = file.size() > LongestFile;
     if (!file.problem().empty() || tooLong) {
-        fail(origin + ": the file of options " + path +
-             " cannot be read: " + (tooLong ? "larger than a mebibyte" : file.problem()));
+        fail(origin + ": the options file " + path +
+             " cannot be read: " + (tooLong ? "larger than 1 MiB" : file.problem()));
     }
     return file.read(0, LongestFile);
 }
@@ -34,12 +34,12 @@ std::vector<std::string> optionsIn(const std::string& path, const std::string& o
         return option.starts_with(OptionsFile) || option.starts_with(FlagsFile);
     });
     if (nested != options.end()) {
-        fail(origin + ": the file of options " + path + " names another: " + *nested);
+        fail(origin + ": the options file " + path + " names another: " + *nested);
     }
     return options;
 }
 
-/// `+UseSerialGC` and `MaxHeapSize=1g`, each at white space; from a `#` on a line is a remark.
+/// The file holds flags such as `+UseSerialGC` and `MaxHeapSize=1g`, separated by white space; a `#` begins a remark.
 std::vector<std::string> flagsIn(const std::string& path, const std::string& origin) {
     std::string text;
     std::istringstream lines(contentsOf(path, origin));

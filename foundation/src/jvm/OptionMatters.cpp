@@ -22,7 +22,7 @@ constexpr std::string_view UsedArchive = "-XX:SharedArchiveFile=";
 constexpr std::string_view WrittenArchive = "-XX:ArchiveClassesAtExit=";
 constexpr std::string_view CacheOutput = "-XX:AOTCacheOutput=";
 
-/// What the options of a kind decide. Flags stand without their sign and value.
+/// What each kind of options decides. Flags are without their sign and value.
 struct Kind {
     std::string_view begin;
     std::array<std::string_view, 2> matters;
@@ -93,7 +93,7 @@ std::set<std::string_view> mattersOf(std::string_view option) {
     return {key};
 }
 
-/// The number of bytes in "-Xms512m" and its like, where the option begins so; zero when it does not.
+/// The number of bytes in an option such as "-Xms512m"; zero for another option.
 std::uint64_t bytesAfter(std::string_view option, std::string_view begin) {
     if (!option.starts_with(begin)) {
         return 0;
@@ -106,7 +106,7 @@ std::uint64_t bytesAfter(std::string_view option, std::string_view begin) {
     return power == std::string_view::npos ? number : number << (10 * (power + 1));
 }
 
-/// The heap that the option asks for at least.
+/// The smallest heap that the option asks for.
 std::uint64_t leastHeap(std::string_view option) {
     static constexpr std::array begins{std::string_view("-Xms"), std::string_view("-ms"),
                                        std::string_view("-XX:InitialHeapSize="), std::string_view("-XX:MinHeapSize="),

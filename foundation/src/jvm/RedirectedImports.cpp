@@ -23,7 +23,7 @@ constexpr ElfW(Sword) RelocationKind = DT_REL;
 std::size_t symbolOf(const Relocation& relocation) { return ELF32_R_SYM(relocation.r_info); }
 #endif
 
-/// What the linker knows of a library's imported functions.
+/// The linker's table of a library's imported functions.
 struct ImportTable {
     const Relocation* begin = nullptr;
     std::size_t bytes = 0;
@@ -36,6 +36,12 @@ struct ImportTable {
         return {begin, known ? bytes / sizeof(Relocation) : 0};
     }
 };
+
+/// What lies at an address; the linker's tables hold addresses as numbers.
+template <class T>
+T* at(ElfW(Addr) address) {
+    return reinterpret_cast<T*>(address);  // NOLINT(performance-no-int-to-ptr)
+}
 
 link_map* libraryOf(const void* inside) {
     Dl_info info{};
@@ -50,21 +56,21 @@ ImportTable importTableOf(const link_map& library) {
         const ElfW(Addr) value = entry->d_un.d_ptr;
         const ElfW(Addr) address = value < library.l_addr ? library.l_addr + value : value;
         if (entry->d_tag == DT_JMPREL) {
-            table.begin = reinterpret_cast<const Relocation*>(address);
+            table.begin = at<const Relocation>(address);
         } else if (entry->d_tag == DT_PLTRELSZ) {
             table.bytes = entry->d_un.d_val;
         } else if (entry->d_tag == DT_PLTREL) {
             table.kind = static_cast<ElfW(Sxword)>(entry->d_un.d_val);
         } else if (entry->d_tag == DT_SYMTAB) {
-            table.symbols = reinterpret_cast<const ElfW(Sym)*>(address);
+            table.symbols = at<const ElfW(Sym)>(address);
         } else if (entry->d_tag == DT_STRTAB) {
-            table.names = reinterpret_cast<const char*>(address);
+            table.names = at<const char>(address);
         }
     }
     return table;
 }
 
-/// The memory that the linker protects once it has filled a library's tables; none when it protects nothing.
+/// The memory that the linker protects after it has filled a library's tables; empty when it protects nothing.
 std::span<std::byte> protectedPart(const link_map& library) {
     struct Search {
         ElfW(Addr) base;
@@ -78,7 +84,7 @@ std::span<std::byte> protectedPart(const link_map& library) {
                 const auto page = static_cast<ElfW(Addr)>(sysconf(_SC_PAGESIZE));
                 const ElfW(Addr) begin = (wanted.base + part.p_vaddr) & ~(page - 1);
                 const ElfW(Addr) end = (wanted.base + part.p_vaddr + part.p_memsz) & ~(page - 1);
-                wanted.found = {reinterpret_cast<std::byte*>(begin), end - begin};
+                wanted.found = {at<std::byte>(begin), end - begin};
             }
         }
         return 0;
@@ -106,7 +112,7 @@ RedirectedImports::RedirectedImports(const void* inside, std::span<const Import>
         const std::string_view name = table.names + table.symbols[symbolOf(entry)].st_name;
         const auto import = std::ranges::find(imports, name, &Import::name);
         if (import != imports.end()) {
-            auto** const place = reinterpret_cast<void**>(library->l_addr + entry.r_offset);
+            auto** const place = at<void*>(library->l_addr + entry.r_offset);
             m_before.emplace_back(place, *place);
             *place = import->replacement;
         }

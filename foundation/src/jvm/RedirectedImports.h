@@ -7,17 +7,17 @@
 
 namespace storage::jvm::detail {
 
-/// A function that a library takes from others, and what stands in for it: a function of the same type.
+/// A function that a library imports, and the function of the same type that replaces it.
 struct Import {
     const char* name;
     void* replacement;
 };
 
-/// Leads calls that a loaded library makes to functions of other libraries elsewhere, for the life of a scope. Calls of
-/// the rest of the process stay as they are.
+/// Redirects calls that one loaded library makes to functions of other libraries, for the life of a scope. Calls of the
+/// rest of the process stay as they are.
 ///
-/// The library's table of imported functions is changed. One that is not there, or that the system keeps from being
-/// changed, is left as it is. The library must stay loaded; one object at a time for each.
+/// Changes the library's table of imported functions. A function that is not in the table is left out; a table that the
+/// system protects stays as it is. The library must stay loaded. One object at a time for each library.
 class RedirectedImports final {
 public:
     /// `inside` is the address of anything in the library.
@@ -28,7 +28,7 @@ public:
     RedirectedImports& operator=(const RedirectedImports&) = delete;
 
 private:
-    /// Makes the table's memory writable, or as it was. Returns whether it is.
+    /// Makes the table's memory writable, or read-only again. Returns whether that succeeded.
     [[nodiscard]] bool makeWritable(bool writable) const;
 
     std::vector<std::pair<void**, void*>> m_before;  ///< each place that was changed, with what it held

@@ -17,7 +17,7 @@ std::string describeError() { return errno == ENOENT ? "no such file" : std::gen
 
 RegularFile::RegularFile(const std::filesystem::path& path) {
     struct stat status {};
-    // Looked at before it is opened: the opening of a device may move it.
+    // Checked before the open: opening a device may move it.
     if (::stat(path.c_str(), &status) != 0) {
         m_problem = describeError();
         return;

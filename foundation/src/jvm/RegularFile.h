@@ -7,8 +7,8 @@
 
 namespace storage::jvm::detail {
 
-/// A regular file, open for reading. Whatever else is under the name is not opened, so that neither a pipe makes the
-/// caller wait nor a device notices.
+/// A regular file, open for reading. Anything else of that name is not opened: a pipe would make the caller wait, and a
+/// device might notice.
 ///
 /// For one thread.
 class RegularFile final {
@@ -19,11 +19,11 @@ public:
     RegularFile(const RegularFile&) = delete;
     RegularFile& operator=(const RegularFile&) = delete;
 
-    /// Why nothing can be read: "no such file", "not a file", or the system's words. Empty when it can.
+    /// Why the file cannot be read: "no such file", "not a file", or the system's words. Empty when it can.
     [[nodiscard]] const std::string& problem() const noexcept { return m_problem; }
     [[nodiscard]] std::uint64_t size() const noexcept { return m_size; }
 
-    /// The bytes from the offset on, at most so many; fewer where the file ends or cannot be read.
+    /// At most so many bytes from the offset on; fewer where the file ends or cannot be read.
     [[nodiscard]] std::string read(std::uint64_t offset, std::size_t atMost) const;
 
 private:

@@ -29,7 +29,7 @@ ThreadAttachment::~ThreadAttachment() {
         return;
     }
     if (JNIEnv* const env = detail::attachedEnv(vm); env != nullptr) {
-        // Refused only while Java methods are on the stack, where a scope cannot end.
+        // Refused only while Java methods are on the stack, and no scope ends there.
         detail::detachThread(vm, env);
     }
 }

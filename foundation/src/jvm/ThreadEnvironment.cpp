@@ -7,7 +7,7 @@ namespace storage::jvm::detail {
 namespace {
 
 [[noreturn, gnu::cold]] void failEnvironment(jint result) {
-    fail("The Java virtual machine gives no JNI environment: " + describeJniError(result));
+    fail("The Java virtual machine provides no JNI environment: " + describeJniError(result));
 }
 
 }  // namespace

@@ -4,7 +4,7 @@
 
 namespace storage::jvm::detail {
 
-/// The oldest JNI that is asked for; every Java since 8 has it.
+/// The JNI version that the library asks for. Every Java since 8 has it.
 inline constexpr jint JniVersion = JNI_VERSION_1_8;
 
 /// The calling thread's environment, or null when it has none: the thread is not attached, or the machine was

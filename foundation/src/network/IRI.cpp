@@ -24,7 +24,7 @@ namespace {
 namespace urls = boost::urls;
 namespace utf = fl::i18n::detail;
 
-/// What a URI may hold wherever it stands; `%`, `#` and brackets depend on their place.
+/// The characters that a URI may hold anywhere; whether `%`, `#` and brackets may stand depends on their place.
 constexpr auto PlainChars =
     urls::unreserved_chars + urls::sub_delim_chars + (urls::gen_delim_chars - urls::grammar::lut_chars("#[]"));
 
@@ -123,7 +123,7 @@ private:
         return from;
     }
 
-    /// Encodes the character at `at`; where the next one begins.
+    /// Encodes the character at `at`; returns where the next one begins.
     std::size_t encodeOne(std::size_t at, std::u16string& out) const {
         const char16_t* position = m_text.data() + at;
         const auto point = utf::takeCodePoint(position, m_text.data() + m_text.size()).value_or(utf::Replacement);
@@ -157,7 +157,7 @@ bool detail::isPlainAscii(std::u16string_view text) noexcept {
         const Units first = unitsAt(front);
         const Units second = unitsAt(back);
         all |= first | second;
-        // Sixteen units for one look, in no order. What does not fit into a byte is found in `all`.
+        // Sixteen units at a time, in no order. What does not fit into a byte is found in `all`.
         common &= areCommon(reinterpret_cast<Bytes>(first | (second << 8)));
         front += UnitCount;
     } while (front < back);

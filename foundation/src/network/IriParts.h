@@ -14,8 +14,8 @@ struct IriParts {
     bool hasAuthority = false;  ///< `//` is there, though the authority may be empty
 };
 
-/// Takes any text apart; no text is refused, and characters that an identifier may not hold stay in their part.
-/// Boost.URL's parser takes valid ASCII only, while locations are moved around in as they were given.
+/// Splits any text; refuses none, and keeps characters that an identifier may not hold in their part. Boost.URL's
+/// parser takes only valid ASCII, but locations are split as they were given.
 inline IriParts splitIri(std::u16string_view text) noexcept {
     const auto endAt = [text](std::u16string_view stops, std::size_t from) {
         return std::min(text.find_first_of(stops, from), text.size());

@@ -24,16 +24,6 @@ void DefaultsTest::SetUp() { m_provider.createFolder(m_folder); }
 
 void DefaultsTest::TearDown() { EXPECT_EQ(m_provider.habits().open, 0) << "streams are left open"; }
 
-void DefaultsTest::expectError(ErrorCode code, const StorageIRI& location, const std::function<void()>& action) {
-    try {
-        action();
-        ADD_FAILURE() << "nothing was thrown";
-    } catch (const Exception& error) {
-        EXPECT_EQ(error.code(), code) << error.what();
-        EXPECT_EQ(error.location(), location);
-    }
-}
-
 void DefaultsTest::write(const IProvider& provider, const StorageIRI& location, std::string_view bytes) {
     const auto stream = provider.openByteStream(location, {.creation = ByteStreamOpenOptions::Creation::CreateIfMissing,
                                                            .content = ByteStreamOpenOptions::Content::Truncate});

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "ExpectError.h"
 #include "FaultyProvider.h"
 
 namespace foundation::test {
@@ -26,9 +27,6 @@ protected:
     void SetUp() override;
     void TearDown() override;
 
-    /// Expects `action` to throw that error about that location.
-    static void expectError(ErrorCode code, const StorageIRI& location, const std::function<void()>& action);
-
     static void write(const storage::provider::IProvider& provider, const StorageIRI& location, std::string_view bytes);
     void write(const StorageIRI& location, std::string_view bytes) const { write(m_provider, location, bytes); }
     [[nodiscard]] std::string bytesOf(const StorageIRI& location) const { return m_provider.bytesOf(location); }
@@ -41,7 +39,7 @@ protected:
     std::vector<StorageIRI> createdBy(const std::function<void()>& action);
 
     /// Runs `operation` on a new provider that `prepare` has filled, with its first operation failing, then its second,
-    /// and so on until nothing fails any more. `check` looks at each outcome; it is told whether the operation threw.
+    /// and so on until nothing fails any more. `check` judges each outcome and learns whether the operation threw.
     /// Returns the number of failures.
     struct FaultRun {
         std::function<void(FaultyProvider&)> prepare;

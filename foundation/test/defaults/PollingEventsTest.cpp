@@ -1,4 +1,4 @@
-// What polling tells of what has changed.
+// The events that polling reports for a change.
 #include <boost/date_time/gregorian/gregorian_types.hpp>
 
 #include "PollingTest.h"

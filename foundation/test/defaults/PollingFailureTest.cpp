@@ -1,4 +1,4 @@
-// What cannot be looked at is not gone, and what cannot be started is refused.
+// What cannot be read does not count as removed, and what cannot be polled is refused.
 #include <boost/date_time/gregorian/gregorian_types.hpp>
 
 #include <stdexcept>
@@ -16,7 +16,7 @@ protected:
         m_provider.createFile(child(u"b"));
     }
 
-    /// The failing operation hides what changes, and no more; afterwards the change is told.
+    /// While the operation fails, nothing is reported; afterwards the change is.
     void expectPatience(const InMemoryProvider::Hook& failure) {
         start();
         disturb(failure);

@@ -1,4 +1,4 @@
-// A provider is destroyed in a child while the parent's other threads poll.
+// A child process destroys a provider that the parent polls.
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -22,7 +22,7 @@ protected:
     static bool endsInAChild(const std::function<void()>& action) {
         const pid_t pid = fork();
         if (pid == 0) {
-            alarm(10);  // a lock that another thread of the parent held is never given back here
+            alarm(20);  // a child that waits for a thread of the parent, or for its lock, would never end
             action();
             _exit(0);
         }
@@ -54,6 +54,17 @@ TEST_F(PollingForkTest, ChildMayDestroyAProviderWhateverOtherThreadsDoMeanwhile)
         })) << "child "
             << child;
     }
+}
+
+TEST_F(PollingForkTest, ForkedChildMayDestroyTheProvider) {
+    auto provider = std::make_unique<InMemoryProvider>();
+    provider->createFolder(m_folder);
+    provider->startChangePollingMechanism(m_folder, m_trail.callback(), Never);
+    EXPECT_TRUE(endsInAChild([&] {
+        provider->stopChangePollingMechanism(m_folder);
+        provider.reset();
+    }));
+    provider->stopChangePollingMechanism(m_folder);
 }
 
 }  // namespace

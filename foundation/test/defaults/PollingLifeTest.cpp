@@ -1,11 +1,7 @@
-// Starting again, stopping, and the end of a provider that is polled.
-#include <sys/wait.h>
-#include <unistd.h>
-
+// Starting again, the polling thread, and the end of a provider that is polled.
 #include <filesystem>
 #include <latch>
 #include <memory>
-#include <optional>
 #include <random>
 
 #include "PollingTest.h"
@@ -23,59 +19,7 @@ protected:
     static void SetUpTestSuite() {
         std::thread([] {}).join();
     }
-
-    /// A point where the polling thread waits until the test is about to stop it, and a little longer.
-    struct Gate {
-        std::atomic<bool> reached = false;
-        std::atomic<bool> leaving = false;
-        std::atomic<bool> passed = false;
-
-        void pass() {
-            reached = true;
-            leaving.wait(false);
-            const auto enough = std::chrono::steady_clock::now() + std::chrono::milliseconds(20);
-            while (std::chrono::steady_clock::now() < enough) {
-                std::this_thread::yield();
-            }
-            passed = true;
-        }
-        void awaitReached() const {
-            EXPECT_TRUE(eventually([&] { return reached.load(); }));
-        }
-        void leave() {
-            leaving = true;
-            leaving.notify_all();
-        }
-    };
 };
-
-TEST_F(PollingLifeTest, NothingIsToldAfterTheStop) {
-    start();
-    stop(m_folder);
-    start(
-        m_file.getParent(), [](auto&&...) {}, Often);
-    m_provider.createFile(child(u"a"));
-    expectSilence();
-    stop(m_file.getParent());
-}
-
-TEST_F(PollingLifeTest, StopOfWhatIsNotPolledIsNoError) {
-    EXPECT_NO_THROW(stop(m_folder));
-    start();
-    EXPECT_NO_THROW(stop(m_file));
-    EXPECT_NO_THROW(stop(StorageIRI(u"java://mount/folder/")));
-    EXPECT_NO_THROW(stop(m_folder));
-}
-
-TEST_F(PollingLifeTest, StopMeansTheLocationInAnySpelling) {
-    start();
-    stop(StorageIRI(u"JAVA://mount//x/../%66older/"));
-    start(
-        m_file.getParent(), [](auto&&...) {}, Often);
-    m_provider.createFile(child(u"a"));
-    expectSilence();
-    stop(m_file.getParent());
-}
 
 TEST_F(PollingLifeTest, PollingCanBeStartedAgainAfterTheStop) {
     for (const char16_t* name : {u"a", u"b", u"c"}) {
@@ -84,30 +28,6 @@ TEST_F(PollingLifeTest, PollingCanBeStartedAgainAfterTheStop) {
         EXPECT_EQ(m_trail.next(1).size(), 1U);
         stop(m_folder);
     }
-}
-
-TEST_F(PollingLifeTest, StopWaitsForTheCallback) {
-    Gate gate;
-    start(m_folder, [&](auto&&...) { gate.pass(); });
-    m_provider.createFile(child(u"a"));
-    gate.awaitReached();
-    gate.leave();
-    stop(m_folder);
-    EXPECT_TRUE(gate.passed);
-}
-
-TEST_F(PollingLifeTest, StopWaitsForTheLook) {
-    Gate gate;
-    start();
-    disturb([&](std::string_view operation, const StorageIRI&) {
-        if (operation == "listAll") {
-            gate.pass();
-        }
-    });
-    gate.awaitReached();
-    gate.leave();
-    stop(m_folder);
-    EXPECT_TRUE(gate.passed);
 }
 
 TEST_F(PollingLifeTest, LookAtManyChildrenIsGivenUpAtTheStop) {
@@ -127,54 +47,6 @@ TEST_F(PollingLifeTest, LookAtManyChildrenIsGivenUpAtTheStop) {
     EXPECT_EQ(asked, 1);
 }
 
-TEST_F(PollingLifeTest, CallbackIsGoneAfterTheStop) {
-    const auto token = std::make_shared<int>();
-    start(m_folder, [token](auto&&...) {});
-    awaitLook();
-    EXPECT_GT(token.use_count(), 1);
-    stop(m_folder);
-    EXPECT_EQ(token.use_count(), 1);
-}
-
-TEST_F(PollingLifeTest, CallbackMayStopItselfAndIsThenTheLast) {
-    start(m_folder, [&](auto&&... event) {
-        stop(m_folder);
-        m_trail.callback()(event...);
-    });
-    atOnce([&] {
-        m_provider.createFile(child(u"a"));
-        m_provider.createFile(child(u"b"));
-    });
-    EXPECT_EQ(m_trail.next(1), Lines{"ChildAdded File a"});
-    start(
-        m_file.getParent(), [](auto&&...) {}, Often);
-    expectSilence();
-    stop(m_file.getParent());
-}
-
-TEST_F(PollingLifeTest, CallbackMayStartAndStopOtherLocations) {
-    m_provider.createFile(m_file);
-    std::atomic<bool> started = false;
-    start(m_folder, [&](auto&&...) {
-        start(m_file, m_trail.callback());
-        stop(m_folder);
-        started = true;
-    });
-    m_provider.createFile(child(u"a"));
-    EXPECT_TRUE(eventually([&] { return started.load(); }));
-    write(m_file, "bytes");
-    EXPECT_EQ(m_trail.next(1), Lines{"SelfModified File file"});
-}
-
-TEST_F(PollingLifeTest, CallbackMayReplaceItself) {
-    start(m_folder, [&](auto&&...) { start(); });
-    atOnce([&] {
-        m_provider.createFile(child(u"a"));
-        m_provider.createFile(child(u"b"));
-    });
-    EXPECT_EQ(m_trail.next(1), Lines{"ChildAdded File b"});
-}
-
 TEST_F(PollingLifeTest, SecondStartTakesThePlaceOfTheFirst) {
     const auto token = std::make_shared<int>();
     start(
@@ -186,26 +58,7 @@ TEST_F(PollingLifeTest, SecondStartTakesThePlaceOfTheFirst) {
     m_provider.createFile(child(u"b"));
     EXPECT_EQ(m_trail.next(1), Lines{"ChildAdded File b"});
     stop(m_folder);
-    start(
-        m_file.getParent(), [](auto&&...) {}, Often);
-    m_provider.createFile(child(u"c"));
-    expectSilence();
-    stop(m_file.getParent());
-}
-
-TEST_F(PollingLifeTest, SecondStartWaitsForTheReplacedCallback) {
-    Gate gate;
-    start(m_folder, [&](auto&&...) { gate.pass(); });
-    m_provider.createFile(child(u"a"));
-    gate.awaitReached();
-    gate.leave();
-    start();
-    EXPECT_TRUE(gate.passed);
-}
-
-TEST_F(PollingLifeTest, LongestIntervalCanBeStopped) {
-    start(m_folder, m_trail.callback(), std::chrono::milliseconds::max());
-    EXPECT_NO_THROW(stop(m_folder));
+    expectUnreported([&] { m_provider.createFile(child(u"c")); });
 }
 
 TEST_F(PollingLifeTest, LocationsHaveTheirOwnIntervalsAndOneThread) {
@@ -277,23 +130,6 @@ TEST_F(PollingLifeTest, CallbackMayDestroyTheProvider) {
     EXPECT_TRUE(eventually([&] { return threads() == before; }));
     EXPECT_TRUE(eventually([&] { return token.use_count() == 1; }));
     EXPECT_EQ(calls, 1);
-}
-
-TEST_F(PollingLifeTest, ForkedChildMayDestroyTheProvider) {
-    auto provider = std::make_unique<InMemoryProvider>();
-    provider->createFolder(m_folder);
-    provider->startChangePollingMechanism(m_folder, m_trail.callback(), Never);
-    const pid_t pid = fork();
-    if (pid == 0) {
-        alarm(20);  // a destructor that waits for a thread of the parent would never return
-        provider->stopChangePollingMechanism(m_folder);
-        provider.reset();
-        _exit(0);
-    }
-    int status = -1;
-    ASSERT_EQ(waitpid(pid, &status, 0), pid);
-    EXPECT_EQ(status, 0);
-    provider->stopChangePollingMechanism(m_folder);
 }
 
 TEST_F(PollingLifeTest, ManyThreadsStartAndStopAtOnce) {

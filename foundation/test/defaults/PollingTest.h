@@ -15,12 +15,13 @@
 
 #include "../shared/EventTrail.h"
 #include "Eventually.h"
+#include "ExpectError.h"
 #include "InMemoryProvider.h"
 
 namespace foundation::test {
 
 /// A back end in memory whose folder can be polled. What the polling thread asks can be made to fail or wait; the
-/// test's own operations are left alone.
+/// test's own operations are not disturbed.
 class PollingTest : public testing::Test {
 protected:
     using EntryType = storage::provider::EntryType;
@@ -87,20 +88,18 @@ protected:
         disturb({});
     }
 
-    /// Expects that the next looks tell nothing.
+    /// Expects that the next scans report nothing.
     void expectSilence() {
         awaitLook();
         EXPECT_EQ(m_trail.rest(), Lines());
     }
-
-    static void expectError(ErrorCode code, const StorageIRI& location, const std::function<void()>& action) {
-        try {
-            action();
-            ADD_FAILURE() << "nothing was thrown";
-        } catch (const Exception& error) {
-            EXPECT_EQ(error.code(), code) << error.what();
-            EXPECT_EQ(error.location(), location);
-        }
+    /// Expects that the change is not reported; another location is polled in the meantime, so that there are scans.
+    void expectUnreported(const std::function<void()>& change) {
+        const StorageIRI other = m_file.getParent();
+        start(other, [](auto&&...) {});
+        change();
+        expectSilence();
+        stop(other);
     }
 
     const StorageIRI m_folder{u"java://mount/folder"};

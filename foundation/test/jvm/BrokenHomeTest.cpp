@@ -62,6 +62,31 @@ TEST_F(BrokenHomeTest, WholeHomeIsUsed) {
     });
 }
 
+TEST_F(BrokenHomeTest, ExactJavaIsUsed) {
+    inOwnProcess([this] {
+        EmbeddedJVMOptions options;
+        options.javaHome = "/nowhere";
+        options.java = storage::jvm::javaAt(m_home);
+        EXPECT_EQ(EmbeddedJVM::start(options)->libjvm(), m_home / "lib/server/libjvm.so");
+    });
+}
+
+TEST_F(BrokenHomeTest, ExactJavaIsTheOnlyOneTried) {
+    fs::remove(m_home / "lib/modules");
+    inOwnProcess([this] {
+        EmbeddedJVMOptions options;
+        options.java = storage::jvm::javaAt(m_home);
+        EXPECT_THAT(storage::jvm::findJava(options), testing::SizeIs(1));
+        try {
+            static_cast<void>(EmbeddedJVM::start(options));
+            ADD_FAILURE() << "it started";
+        } catch (const std::runtime_error& error) {
+            EXPECT_EQ(error.what(), "No Java found (given home " + m_home.string() + ": " +
+                                        (m_home / "lib/modules").string() + ": no such file)");
+        }
+    });
+}
+
 TEST_F(BrokenHomeTest, HomeWithoutClassesIsPassedOver) {
     fs::remove(m_home / "lib/modules");
     expectPassedOver("lib/modules", "no such file");

@@ -6,7 +6,6 @@
 #include <cstdlib>
 
 #include "OwnProcess.h"
-#include "jvm/HostLocale.h"
 
 namespace {
 

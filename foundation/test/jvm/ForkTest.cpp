@@ -71,7 +71,7 @@ TEST(ForkTest, ChildOfAStartThatFailedHalfWaySaysSo) {
                 static_cast<void>(EmbeddedJVM::start());
                 FAIL() << "it started";
             } catch (const std::runtime_error& error) {
-                EXPECT_THAT(error.what(), testing::HasSubstr("after one that failed half-way"));
+                EXPECT_THAT(error.what(), testing::HasSubstr("after one that failed halfway"));
             }
         });
     });

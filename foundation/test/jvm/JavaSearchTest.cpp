@@ -7,7 +7,8 @@
 #include "Homes.h"
 #include "TemporaryFolder.h"
 #include "foundation/core/except/AnonymousInternalException.h"
-#include "jvm/LibjvmLoader.h"
+#include "jvm/Libjvm.h"
+#include "storage/jvm/EmbeddedJVM.h"
 
 namespace {
 
@@ -201,6 +202,13 @@ TEST_F(JavaSearchTest, LibraryThatCannotBeLoadedIsPassedOver) {
     std::vector<JavaCandidate> candidates = search(makeHome("broken", "17"));
     candidates.push_back(*usable);
     EXPECT_EQ(storage::jvm::detail::loadLibjvm(candidates).path, usable->libjvm);
+}
+
+TEST_F(JavaSearchTest, CandidateThatCannotBeLoadedGetsTheLinkersWords) {
+    std::vector<JavaCandidate> candidates{storage::jvm::javaAt(makeHome("broken", "17"))};
+    EXPECT_EQ(candidates.front().problem, "");
+    EXPECT_EQ(storage::jvm::loadJava(candidates), nullptr);
+    EXPECT_THAT(candidates.front().problem, HasSubstr("broken/lib/server/libjvm.so: object file has no "));
 }
 
 TEST_F(JavaSearchTest, LinkersWordsAreInTheError) {

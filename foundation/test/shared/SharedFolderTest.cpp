@@ -47,6 +47,11 @@ TEST_P(SharedFolderTest, SpellingsOfOneLocationCompareEqual) {
     EXPECT_GT(comparator(at(u"a"), at(u"A")), 0);
 }
 
+TEST_P(SharedFolderTest, StorageOfAMissingLocationIsNotFound) {
+    EXPECT_NO_THROW((void)provider().getProviderStorageInfo(folder()));
+    expectError(ErrorCode::NotFound, at(u"missing"), [&] { (void)provider().getProviderStorageInfo(at(u"missing")); });
+}
+
 TEST_P(SharedFolderTest, CanonicalLocationIsTheNormalOne) {
     const StorageIRI odd(folder().text() + u"/missing/../%61/");
     EXPECT_EQ(provider().getCanonicalLocation(odd), at(u"a").normalized());

@@ -5,6 +5,7 @@ set(shared_test_sources
   SharedFolderTest.cpp
   SharedListingTest.cpp
   SharedPollingTest.cpp
+  SharedStreamTest.cpp
   SharedTest.cpp
   SharedTransactionTest.cpp)
 list(TRANSFORM shared_test_sources PREPEND "${CMAKE_CURRENT_LIST_DIR}/")

@@ -5,6 +5,7 @@ namespace foundation::test {
 namespace {
 
 using storage::provider::ByteStream;
+using storage::provider::ExtendedFeature;
 
 class SharedTransactionTest : public SharedTest {
 protected:
@@ -34,6 +35,16 @@ TEST_P(SharedTransactionTest, WritesShowOnCommitAlone) {
     stream->commit();
     expectOnlyTarget("new content");
     expectError(ErrorCode::Unavailable, m_target, [&] { stream->commit(); });
+}
+
+TEST_P(SharedTransactionTest, StreamsAndAtomicCopiesWorkWithoutTheirFeature) {
+    EXPECT_FALSE(provider().hasFeature(ExtendedFeature::TransactionalStreams));
+    EXPECT_FALSE(provider().hasFeature(ExtendedFeature::AtomicCopy));
+    const auto stream = provider().openTransactionalStream(m_target);
+    put(*stream, "new");
+    stream->commit();
+    provider().copyFileAtomic(m_target, at(u"copy"));
+    EXPECT_EQ(bytesOf(at(u"copy")), "new content");
 }
 
 TEST_P(SharedTransactionTest, RollbackAndDestructionKeepTheOldContent) {

@@ -19,8 +19,8 @@ namespace foundation::test {
 /// A whole back end in memory. It overrides what every back end must and leaves the defaults to the framework.
 ///
 /// Every root exists and is an empty folder at first. A file that replaces another takes over its attributes.
-/// Operations that change something tell those who watch the location or its parent; writing to a stream does not. Safe
-/// to use from any thread.
+/// Operations that change something notify watchers of the location and of its parent; writing to a stream does not.
+/// Safe to use from any thread.
 class InMemoryProvider : public storage::provider::IConfigurableProvider {
 public:
     using StorageIRI = storage::provider::StorageIRI;

@@ -224,6 +224,7 @@ ExtendedAttributes InMemoryProvider::doGetExtendedAttributes(const StorageIRI& l
 ProviderStorageInfo InMemoryProvider::doGetProviderStorageInfo(const StorageIRI& location) const {
     enter("getProviderStorageInfo", location);
     const std::lock_guard lock(m_mutex);
+    (void)require(location);
     std::uint64_t occupied = 0;
     for (const auto& [key, node] : m_nodes) {
         const std::lock_guard contentLock(node.content->mutex);

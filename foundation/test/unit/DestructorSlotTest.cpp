@@ -21,7 +21,7 @@ using storage::provider::IProvider;
 using storage::provider::PhysicalProviderFactory;
 using storage::provider::StorageIRI;
 
-/// An object of a class whose virtual table is looked at, which tells when it is destroyed.
+/// An object of a class whose virtual table is inspected. It reports its destruction.
 template <class Base>
 class Mortal : public Base {
 public:

@@ -188,8 +188,8 @@ TEST(IRITest, ObjectThatStaysKeepsItsText) {
 }
 
 TEST(IRITest, OneCharacterAnywhereIsSeen) {
-    // Units are looked at in groups; what needs encoding is found in any place of one, whatever the length. The
-    // last two have a letter for a byte.
+    // The scan takes units in groups; it must find a unit that needs encoding anywhere in a group, at any length. One
+    // byte of each of the last two units is a letter.
     const std::vector<std::pair<char16_t, std::u16string>> encoded = {{u' ', u"%20"},
                                                                       {u'\u0080', u"%C2%80"},
                                                                       {u'\u2026', u"%E2%80%A6"},
@@ -207,7 +207,7 @@ TEST(IRITest, OneCharacterAnywhereIsSeen) {
 }
 
 TEST(IRITest, LongTextIsEncodedLikeShortText) {
-    // Text of fewer than eight units is looked at unit by unit, longer text from both ends.
+    // Text of fewer than eight units is scanned unit by unit, longer text from both ends.
     for (unsigned unit = 0; unit <= 0xFFFF; ++unit) {
         const std::u16string one(1, static_cast<char16_t>(unit));
         const std::u16string encoded = ascii(u"a" + one).substr(1);

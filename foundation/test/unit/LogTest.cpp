@@ -1,49 +1,19 @@
-#include <gtest/gtest.h>
-#include <boost/log/attributes/value_extraction.hpp>
-#include <boost/log/core.hpp>
-#include <boost/log/sinks/basic_sink_backend.hpp>
-#include <boost/log/sinks/sync_frontend.hpp>
-#include <boost/smart_ptr/make_shared.hpp>
+#include "LogTest.h"
 
 #include <array>
 #include <atomic>
 #include <chrono>
 #include <map>
 #include <ostream>
-#include <stdexcept>
-#include <string>
 #include <thread>
-#include <vector>
-
-#include "foundation/log/basic_diagnostic_logger.h"
 
 namespace foundation::log {
 namespace {
-
-using Logger = basic_diagnostic_logger<char>;
 
 constexpr std::array Severities = {Severity::Arguments, Severity::Progress, Severity::Caught,
                                    Severity::Enter,     Severity::Exit,     Severity::Failure};
 
 constexpr std::uint32_t bit(Severity severity) { return static_cast<std::uint32_t>(severity); }
-
-struct Record {
-    std::string channel;
-    Severity severity;
-    unsigned indent;
-    std::string text;
-};
-
-class CapturingBackend : public boost::log::sinks::basic_sink_backend<boost::log::sinks::synchronized_feeding> {
-public:
-    void consume(const boost::log::record_view& record) {
-        records.push_back(
-            {*boost::log::extract<std::string>("Channel", record), *boost::log::extract<Severity>("Severity", record),
-             *boost::log::extract<unsigned>("Indent", record), *boost::log::extract<std::string>("Message", record)});
-    }
-
-    std::vector<Record> records;
-};
 
 /// Counts how often it is written.
 struct Counted {
@@ -54,40 +24,6 @@ std::ostream& operator<<(std::ostream& out, const Counted& counted) {
     ++counted.writes;
     return out << "counted";
 }
-
-/// Cannot be written.
-struct Unwritable {};
-
-std::ostream& operator<<(std::ostream& out, const Unwritable&) {
-    out << "half of";
-    throw std::out_of_range("no text for this value");
-}
-
-/// A sink that fails at every record.
-struct FailingBackend : boost::log::sinks::basic_sink_backend<boost::log::sinks::synchronized_feeding> {
-    void consume(const boost::log::record_view&) { throw std::runtime_error("the disk is full"); }
-};
-
-class LogTest : public testing::Test {
-protected:
-    LogTest() : m_sink(boost::make_shared<Sink>(boost::make_shared<CapturingBackend>())) {
-        boost::log::core::get()->add_sink(m_sink);
-    }
-
-    ~LogTest() override {
-        boost::log::core::get()->remove_sink(m_sink);
-        boost::log::core::get()->set_logging_enabled(true);
-    }
-
-    std::vector<Record> records() { return m_sink->locked_backend()->records; }
-
-    // A channel's mask lives as long as the process, so each test has a channel of its own.
-    const std::string m_channel = testing::UnitTest::GetInstance()->current_test_info()->name();
-
-private:
-    using Sink = boost::log::sinks::synchronous_sink<CapturingBackend>;
-    boost::shared_ptr<Sink> m_sink;
-};
 
 TEST_F(LogTest, SeveritiesHaveTheirBits) {
     EXPECT_EQ(bit(Severity::Arguments), 2U);
@@ -215,59 +151,6 @@ TEST_F(LogTest, MaskOutlivesTheLogger) {
     setSeverityMask(m_channel, 6);
     { const Logger logger(m_channel); }
     EXPECT_EQ(severityMask(m_channel), 6U);
-}
-
-TEST_F(LogTest, ValueThatCannotBeWrittenCostsOnlyItself) {
-    Logger logger(m_channel);
-    setSeverityMask(m_channel, AllSeverities);
-    EXPECT_NO_THROW(FOUNDATION_LOG(logger, Severity::Failure) << "a " << Unwritable() << " b");
-    FOUNDATION_LOG(logger, Severity::Failure) << "next";
-    const auto written = records();
-    ASSERT_EQ(written.size(), 2U);
-    EXPECT_EQ(written[0].text, "a half of b");
-    EXPECT_EQ(written[1].text, "next");
-}
-
-TEST_F(LogTest, SinkThatThrowsIsNoConcernOfTheCaller) {
-    Logger logger(m_channel);
-    setSeverityMask(m_channel, AllSeverities);
-    const auto failing = boost::make_shared<boost::log::sinks::synchronous_sink<FailingBackend>>();
-    boost::log::core::get()->add_sink(failing);
-    EXPECT_NO_THROW(FOUNDATION_LOG(logger, Severity::Failure) << "text");
-    boost::log::core::get()->remove_sink(failing);
-    FOUNDATION_LOG(logger, Severity::Failure) << "after";
-    EXPECT_EQ(records().back().text, "after");
-}
-
-TEST_F(LogTest, HandlerOfTheHostHearsOfASinkThatThrows) {
-    Logger logger(m_channel);
-    setSeverityMask(m_channel, AllSeverities);
-    const auto failing = boost::make_shared<boost::log::sinks::synchronous_sink<FailingBackend>>();
-    boost::log::core::get()->add_sink(failing);
-    int heard = 0;
-    boost::log::core::get()->set_exception_handler([&heard] { ++heard; });
-    FOUNDATION_LOG(logger, Severity::Failure) << "text";
-    boost::log::core::get()->set_exception_handler({});
-    boost::log::core::get()->remove_sink(failing);
-    EXPECT_EQ(heard, 1);
-}
-
-TEST_F(LogTest, FilterThatThrowsIsNoConcernOfTheCaller) {
-    Logger logger(m_channel);
-    setSeverityMask(m_channel, AllSeverities);
-    boost::log::core::get()->set_filter(
-        [](const boost::log::attribute_value_set&) -> bool { throw std::runtime_error("filter"); });
-    EXPECT_NO_THROW(FOUNDATION_LOG(logger, Severity::Failure) << "text");
-    boost::log::core::get()->reset_filter();
-    EXPECT_TRUE(records().empty());
-}
-
-TEST_F(LogTest, WhatThrowsBeforeItIsWrittenLeavesNoRecord) {
-    Logger logger(m_channel);
-    setSeverityMask(m_channel, AllSeverities);
-    const auto value = []() -> int { throw std::out_of_range("not the log's"); };
-    EXPECT_THROW(FOUNDATION_LOG(logger, Severity::Failure) << "text " << value(), std::out_of_range);
-    EXPECT_TRUE(records().empty());
 }
 
 TEST_F(LogTest, ManipulatorsOfStreamsWork) {

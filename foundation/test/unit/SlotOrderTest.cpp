@@ -92,7 +92,7 @@ struct Slot {
     std::size_t found;
 };
 
-// The name stands once, so that it cannot differ from the function that is looked at.
+// The macro takes the name once, so that it cannot differ from the function that is checked.
 #define SLOT(number, name) \
     Slot { number, #name, slotOf(&Opened::name) }
 

@@ -174,7 +174,7 @@ TEST(StorageIRITest, ChildOfAnyNameGivesItsNameBack) {
     std::mt19937 random(seed);
     const StorageIRI folder(u"java://mount/a");
     for (int round = 0; round < 5000; ++round) {
-        // The leading letter keeps the name from being dots alone.
+        // The leading letter keeps the name from being only dots.
         std::u16string name = u"n";
         for (std::size_t length = random() % 6; length > 0; --length) {
             name.push_back(static_cast<char16_t>(random() % 4 == 0 ? random() % 0x10000 : random() % 0x80));

@@ -6,8 +6,8 @@
 
 namespace fl::i18n {
 
-/// A conversion of text from one representation into another. Immutable after construction, so one object may serve
-/// any number of threads.
+/// Converts text from one representation to another. Immutable after construction, so any number of threads may use one
+/// object.
 template <class From, class To>
 class converter {
 public:
@@ -21,12 +21,13 @@ protected:
     converter& operator=(const converter&) = default;
 };
 
-/// UTF-16 text into a named narrow encoding, for instance "UTF-8" or "ISO-8859-1".
+/// Converts UTF-16 to a named narrow encoding, for example "UTF-8" or "ISO-8859-1".
 class FOUNDATION_API codecvt_ustring_to_string final : public converter<std::u16string, std::string> {
 public:
-    /// `substitute` true: what is not well-formed becomes U+FFFD, and what the encoding cannot hold is left out;
-    /// false: either makes convert() throw boost::locale::conv::conversion_error.
-    /// Throws boost::locale::conv::invalid_charset_error for an encoding that this system does not know, and for the
+    /// With `substitute`, convert() replaces what is not well-formed with U+FFFD, then leaves out every character that
+    /// the encoding cannot represent. Without it, convert() throws boost::locale::conv::conversion_error for either.
+    ///
+    /// Throws boost::locale::conv::invalid_charset_error for an encoding that this system does not know, and for an
     /// empty name.
     codecvt_ustring_to_string(const std::string& encoding, bool substitute);
 

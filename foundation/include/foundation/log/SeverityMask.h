@@ -8,16 +8,18 @@
 
 namespace foundation::log {
 
-/// Sets which severities the channel lets through (a bit each, see Severity); zero, the start value, switches it off.
+/// Sets the severities that a channel records, one bit each (see Severity). Zero, the initial value, disables the
+/// channel.
 ///
-/// The channel need not have a logger yet. Safe from any thread; threads that log see the change soon, not at once.
+/// The channel need not have a logger yet. Safe to call from any thread; other threads see the change soon, but not
+/// immediately.
 FOUNDATION_API void setSeverityMask(const std::string& channel, std::uint32_t mask);
 
-/// The channel's present mask; zero for a channel that nobody has named.
+/// Returns the channel's current mask; zero for an unknown channel.
 [[nodiscard]] FOUNDATION_API std::uint32_t severityMask(const std::string& channel);
 
 namespace detail {
-/// The one mask of a channel name, shared by all its loggers. It lives until the process ends.
+/// Returns the one mask of a channel name, shared by all its loggers. It lives until the process ends.
 [[nodiscard]] FOUNDATION_API std::atomic<std::uint32_t>& maskOf(const std::string& channel);
 }  // namespace detail
 

@@ -10,8 +10,8 @@
 
 namespace foundation::log::detail {
 
-/// One record while FOUNDATION_LOG writes it. Nothing that goes wrong on the way leaves it: a value that cannot be
-/// written is left out. Used by one thread, as a local variable; the logger outlives it.
+/// One record while FOUNDATION_LOG writes it. It throws nothing: a value that cannot be written is left out. It is a
+/// local variable of one thread; the logger must outlive it.
 template <class Logger>
 class record_writer {
 public:
@@ -27,12 +27,12 @@ public:
     record_writer(const record_writer&) = delete;
     record_writer& operator=(const record_writer&) = delete;
 
-    /// Without a push() the record is dropped.
+    /// Drops the record unless push() was called.
     ~record_writer() = default;
 
     [[nodiscard]] bool is_open() const noexcept { return m_text.has_value(); }
 
-    /// Hands the record to the sinks.
+    /// Passes the record to the sinks.
     void push() noexcept { m_text.reset(); }
 
     template <class Value>
@@ -45,14 +45,14 @@ public:
     record_writer& operator<<(std::ios_base& (*manipulator)(std::ios_base&)) noexcept { return write(manipulator); }
 
 private:
-    /// Pushes its record when it is destroyed, unless an exception is on its way.
+    /// Pushes its record when it is destroyed, unless the stack is unwinding.
     using Text = boost::log::aux::record_pump<Logger>;
 
     void openText(Logger& logger) noexcept {
         try {
             m_text.emplace(logger, m_record);
         } catch (...) {
-            m_text.reset();  // no memory for the text of a record, which then is not written
+            m_text.reset();  // no memory for the text: the record is not written
         }
     }
 
@@ -61,7 +61,7 @@ private:
         try {
             m_text->stream() << value;
         } catch (...) {
-            // The values before and after it are still worth having.
+            // The values before and after it are still useful.
             m_text->stream().clear();
         }
         return *this;

@@ -6,22 +6,23 @@
 
 namespace storage::jvm {
 
-/// Gives the calling thread its JNI environment for the life of one operation.
+/// Provides the calling thread's JNI environment for the duration of one operation.
 ///
-/// Attaches the thread if it is not attached, and opens a JNI local frame, so that every local reference an operation
-/// leaves behind is released when the wrapper goes, also on a thread that stays attached for hours. The destructor
-/// undoes just that: it closes the frame and detaches only what this object attached.
+/// The constructor attaches the thread if necessary and opens a JNI local frame. The destructor closes the frame, which
+/// releases every local reference that the operation left, even on a thread that stays attached for hours. It detaches
+/// the thread only if this object attached it.
 ///
 /// Hazards:
-///  - Lives on the stack of one thread; wrappers of a thread are destroyed in reverse order of their making.
-///  - A local reference made under a wrapper is dead once the wrapper is gone, also on an attached thread.
-///  - A Java exception still pending is left pending on a thread that stays attached; on one that is detached here it
-///    is dropped first, since the virtual machine would print it.
-///  - Attaching costs some 14 microseconds; see ThreadAttachment for threads that call often.
+///  - It lives on the stack of one thread. Destroy the wrappers of a thread in reverse order of construction.
+///  - A local reference created under a wrapper is invalid once the wrapper is destroyed, even on an attached thread.
+///  - A pending Java exception stays pending on a thread that stays attached. If the thread is detached here, the
+///    exception is dropped first, because the virtual machine would print it.
+///  - Attaching takes about 14 microseconds; use a ThreadAttachment on threads that call often.
 class FOUNDATION_API JVMWrapper {
 public:
-    /// Throws AnonymousInternalException<std::runtime_error> when the virtual machine refuses the thread, and
-    /// AnonymousInternalException<std::bad_alloc> when no local frame can be had; nothing stays attached then.
+    /// Throws AnonymousInternalException<std::runtime_error> ("JVM remvoed" if `vm` is null, or a text with the JNI
+    /// error number if the virtual machine refuses the thread), and AnonymousInternalException<std::bad_alloc> if no
+    /// local frame can be opened. The thread is then as it was before.
     explicit JVMWrapper(JavaVM* vm);
 
     virtual ~JVMWrapper();
@@ -29,13 +30,13 @@ public:
     JVMWrapper(const JVMWrapper&) = delete;
     JVMWrapper& operator=(const JVMWrapper&) = delete;
 
-    /// The calling thread's environment; never null.
+    /// Returns the calling thread's environment; never null.
     [[nodiscard]] virtual JNIEnv* getEnv();
 
 private:
     JavaVM* m_vm;
-    JNIEnv* m_env;
-    bool m_attached;
+    JNIEnv* m_env = nullptr;
+    bool m_attached = false;
 };
 
 }  // namespace storage::jvm

@@ -12,7 +12,7 @@ namespace {
     throw Exception(ErrorCode::NotSupported, location);
 }
 
-/// Creates a folder unless it is there by now: somebody else may create the same one at the same time.
+/// Creates a folder unless it is there by now: another thread or process may create it at the same time.
 void ensureFolder(const IProvider& provider, const StorageIRI& location) {
     try {
         provider.createFolder(location);

@@ -1,4 +1,4 @@
-// The destructors of the pure interfaces, so that each has its virtual table in this library alone.
+// The destructors of the pure interfaces: each interface has its virtual table only in this library.
 #include "foundation/storage/provider/ByteStream.h"
 #include "foundation/storage/provider/IConfigurableProvider.h"
 #include "foundation/storage/provider/IFolderEntryIterator.h"

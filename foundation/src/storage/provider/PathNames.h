@@ -9,8 +9,8 @@
 
 namespace foundation::storage::provider::detail {
 
-/// A location taken apart for moving up and down: what stands before the path, and the names along the path as they
-/// are spelled. Views into the location's text; query and fragment are left out.
+/// A location split for moving up and down: what stands before the path, and the names along the path as they are
+/// spelled. Views into the location's text, without query and fragment.
 struct PathNames {
     std::u16string_view prefix;
     bool absolute = false;
@@ -31,7 +31,7 @@ inline int dotsOf(std::u16string_view segment) noexcept {
     return dots <= 2 ? dots : 0;
 }
 
-/// Adds a segment to the names. An empty one adds nothing; dots are followed where the path has a beginning to stop at.
+/// Adds a segment to the names. An empty one adds nothing; dots are resolved if the path has a beginning to stop at.
 inline void addSegment(PathNames& path, std::u16string_view segment) {
     const int dots = path.absolute ? dotsOf(segment) : 0;
     if (dots == 0 && !segment.empty()) {
@@ -52,7 +52,7 @@ inline PathNames splitPath(std::u16string_view text) {
     return result;
 }
 
-/// Spells the location again, without query and fragment and without a trailing slash but that of a root.
+/// The text of the location, without query and fragment, and with a trailing slash only for a root.
 inline std::u16string join(const PathNames& path) {
     std::u16string text(path.prefix);
     if (path.absolute && path.names.empty()) {

@@ -38,7 +38,7 @@ std::string takeEscapes(std::u16string_view text, std::size_t& at) {
 std::u16string decodeName(std::u16string_view segment) {
     std::u16string name;
     for (std::size_t at = 0; at < segment.size();) {
-        // What is no escape is taken over unit by unit, so that a name keeps even its lone surrogates.
+        // What is no escape is copied unit by unit, so that a name keeps even lone surrogates.
         if (percent::startsEscape(segment, at)) {
             name.append(fl::i18n::to_ustring(takeEscapes(segment, at)));
         } else {
@@ -61,8 +61,8 @@ std::u16string encodeName(std::u16string_view name, const CharSet& plain) {
     return segment;
 }
 
-/// Writes bytes that were escaped: well-formed text outside ASCII and the characters of `plain` as themselves, the
-/// rest as escapes in upper case.
+/// Appends bytes that were escaped: well-formed text outside ASCII and the characters of `plain` as they are, the rest
+/// as escapes in upper case.
 void appendUnescaped(std::u16string& out, const std::string& bytes, const CharSet& plain) {
     const char* position = bytes.data();
     const char* const end = position + bytes.size();
@@ -91,7 +91,7 @@ std::u16string unescape(std::u16string_view ascii, const CharSet& plain) {
 }
 
 /// The same for the parts in which an escaped delimiter means something else than a plain one. Boost.URL's own
-/// normalisation does not mind the difference.
+/// normalisation ignores the difference.
 std::u16string unescape(urls::string_view ascii) {
     return unescape(std::u16string(ascii.begin(), ascii.end()), urls::unreserved_chars);
 }
@@ -109,7 +109,7 @@ std::u16string normalAuthority(const urls::url_view& url) {
     if (url.has_userinfo()) {
         authority.append(unescape(url.encoded_userinfo())).append(u"@");
     }
-    // The authority names a mount of the back end, and mounts may differ in letter case alone.
+    // The authority names a mount of the back end, and mounts may differ only in letter case.
     authority.append(unescape(url.encoded_host()));
     if (!url.port().empty()) {
         authority.append(u":").append(url.port().begin(), url.port().end());
@@ -170,7 +170,7 @@ StorageIRI StorageIRI::getChild(std::u16string_view name) const {
         throw Exception(ErrorCode::InvalidLocation, *this);
     }
     detail::PathNames path = detail::splitPath(m_text);
-    // At the very beginning of a text a colon would make the name a scheme.
+    // A colon in the first name of a text would make that name a scheme.
     const bool leads = path.prefix.empty() && !path.absolute && path.names.empty();
     const std::u16string segment = encodeName(name, leads ? urls::pchars - CharSet(':') : CharSet(urls::pchars));
     path.names.push_back(segment);
@@ -181,7 +181,7 @@ StorageIRI StorageIRI::normalized() const {
     const std::u16string ascii = toIRI().toAsciiString(/*strict=*/true);
     const std::string narrow = fl::i18n::to_string(ascii);
     const auto parsed = urls::parse_uri(narrow);
-    // The parser ends an authority early that it cannot make sense of, and takes the rest for the path.
+    // The parser ends an authority early if it cannot read it, and takes the rest for the path.
     if (!parsed ||
         fl::i18n::to_ustring(std::string_view(parsed->encoded_authority())) != percent::splitIri(ascii).authority) {
         return *this;

@@ -43,7 +43,7 @@ bool Wildcards::matches(std::u16string_view name) const noexcept {
             dropFirst(pattern);
             dropFirst(name);
         } else if (star) {
-            // Only the last star has to take more: whatever an earlier one could take instead, this one can as well.
+            // Only the last star takes more: it can take all that an earlier one could.
             dropFirst(star->name);
             pattern = star->pattern;
             name = star->name;

@@ -7,7 +7,8 @@
 
 namespace test {
 
-/// A virtual machine of function tables alone, whose answers a test chooses: for what a real one does not do on demand.
+/// A virtual machine that consists of function tables. The test chooses its answers, even those that a real one does
+/// not give on demand.
 /// Records the calls by name. For one thread.
 class FakeMachine final {
 public:

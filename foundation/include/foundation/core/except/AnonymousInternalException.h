@@ -10,9 +10,9 @@ namespace foundation::core::except {
 
 namespace detail {
 
-/// An internal failure that no caller is expected to tell from another by its type.
+/// An internal failure that callers need not distinguish from others by its type.
 ///
-/// Catchable as `Exception<IInternalException, Standard, void>`, `IInternalException`, `IException`, `Standard`,
+/// It can be caught as `Exception<IInternalException, Standard, void>`, `IInternalException`, `IException`, `Standard`,
 /// `std::exception` and `boost::exception`.
 template <class Standard>
 class FOUNDATION_API AnonymousInternalException final : public Exception<IInternalException, Standard, void> {
@@ -22,7 +22,7 @@ public:
 
 }  // namespace detail
 
-// The two instances that cross library borders are emitted once, in libfoundation.
+// The instantiations that other libraries throw and catch are emitted once, in libfoundation.
 extern template class Exception<IInternalException, std::runtime_error, void>;
 extern template class Exception<IInternalException, std::bad_alloc, void>;
 extern template class detail::AnonymousInternalException<std::runtime_error>;

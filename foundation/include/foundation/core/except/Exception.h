@@ -8,10 +8,10 @@
 
 namespace foundation::core::except {
 
-/// An exception that is at once a framework interface, a standard exception and a Boost exception.
+/// An exception that is a framework interface, a standard exception and a Boost exception at once.
 ///
-/// `Interface` is IException or an interface derived from it, `Standard` a standard exception that carries the text,
-/// and `Tag` tells apart exceptions that share both (void where nothing needs telling apart).
+/// `Interface` is IException or derived from it. `Standard` is the standard exception that holds the text. `Tag`
+/// distinguishes exceptions that share both; it is void where that is not needed.
 template <class Interface, class Standard, class Tag>
 class FOUNDATION_API Exception : public Interface, public Standard, public boost::exception {
 public:

@@ -4,10 +4,10 @@
 
 namespace foundation::core::except {
 
-/// The root of every exception that the framework and its providers throw on purpose.
+/// The root of all exceptions that the framework and its providers throw on purpose.
 ///
-/// It is an interface beside `std::exception`, not below it, so that one exception object can be caught as either
-/// without ambiguity. Exceptions are values: safe to copy to, and to rethrow on, another thread.
+/// It does not derive from `std::exception`, so an exception that is both can be caught as either without ambiguity.
+/// Exceptions are values: they may be copied to another thread and rethrown there.
 class FOUNDATION_API IException {
 public:
     virtual ~IException();

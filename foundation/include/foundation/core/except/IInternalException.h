@@ -4,8 +4,8 @@
 
 namespace foundation::core::except {
 
-/// Marks failures of the machinery itself (virtual machine gone, class or method missing, out of memory), as opposed
-/// to errors that a storage back end reports about a location.
+/// Marks failures of the machinery (the virtual machine is gone, a class or method is missing, memory is exhausted), in
+/// contrast to errors that a storage back end reports about a location.
 class FOUNDATION_API IInternalException : public IException {
 public:
     ~IInternalException() override;

@@ -2,7 +2,7 @@
 
 namespace foundation::storage::provider {
 
-/// What a name in a folder stands for.
+/// What an entry in a folder is. Everything that is not a folder counts as a file.
 enum class EntryType : int { File = 0, Folder = 1 };
 
 }  // namespace foundation::storage::provider

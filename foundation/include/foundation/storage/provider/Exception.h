@@ -10,8 +10,8 @@ namespace foundation::storage::provider {
 
 /// The error that a storage back end reports about a location.
 ///
-/// what() reads "NotFound: java://mount/name". Catchable as IException, std::runtime_error, std::exception and
-/// boost::exception, but never as IInternalException. Copyable, so it can travel in a std::exception_ptr.
+/// what() reads "NotFound: java://mount/name". It can be caught as IException, std::runtime_error, std::exception or
+/// boost::exception, but not as IInternalException. It is copyable, so a std::exception_ptr can carry it.
 class FOUNDATION_API Exception
     : public core::except::Exception<core::except::IException, std::runtime_error, ErrorCode> {
 public:
@@ -21,7 +21,7 @@ public:
     ~Exception() noexcept override;
 
     [[nodiscard]] ErrorCode code() const noexcept { return m_code; }
-    /// The location concerned; empty when the back end named none.
+    /// The location concerned; empty if the back end named none.
     [[nodiscard]] const StorageIRI& location() const noexcept { return m_location; }
 
 private:

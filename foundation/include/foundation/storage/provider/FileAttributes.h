@@ -14,10 +14,11 @@ public:
                    bool writable)
         : m_size(size), m_lastModified(lastModified), m_writable(writable) {}
 
-    /// Bytes; empty when the back end does not know.
+    /// In bytes; empty if the back end does not know. A back end in Java always states it.
     [[nodiscard]] const std::optional<std::uint64_t>& size() const noexcept { return m_size; }
-    /// UTC.
+    /// In UTC. A back end in Java reports whole milliseconds.
     [[nodiscard]] const boost::posix_time::ptime& lastModified() const noexcept { return m_lastModified; }
+    /// Whether the content may be changed, as far as the storage knows.
     [[nodiscard]] bool writable() const noexcept { return m_writable; }
 
 private:

@@ -10,8 +10,9 @@ public:
     FolderAttributes(const boost::posix_time::ptime& lastModified, bool writable)
         : m_lastModified(lastModified), m_writable(writable) {}
 
-    /// UTC.
+    /// In UTC. A back end in Java reports whole milliseconds.
     [[nodiscard]] const boost::posix_time::ptime& lastModified() const noexcept { return m_lastModified; }
+    /// Whether entries may be added and removed, as far as the storage knows.
     [[nodiscard]] bool writable() const noexcept { return m_writable; }
 
 private:

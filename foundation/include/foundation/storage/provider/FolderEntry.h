@@ -1,11 +1,16 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <utility>
 
 #include "foundation/storage/provider/EntryType.h"
 
 namespace foundation::storage::provider {
+
+/// How many folders deep a recursive listing goes. No path that Linux accepts (4095 bytes) is that deep. But in a
+/// storage where a folder contains itself, a listing would never end.
+inline constexpr std::size_t MaxFolderDepth = 2048;
 
 /// One child of a listed folder. In a recursive listing the name is the path below the listed folder, with slashes.
 class FolderEntry {

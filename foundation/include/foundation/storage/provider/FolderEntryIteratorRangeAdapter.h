@@ -9,9 +9,9 @@
 
 namespace foundation::storage::provider {
 
-/// Walks a range of entries that it owns, passing each through a transform on the way.
+/// Iterates over a range of entries that it owns and passes each one through a transform.
 ///
-/// An empty transform makes advance() throw boost::bad_function_call.
+/// With an empty transform advance() throws boost::bad_function_call.
 template <class Range>
 class FolderEntryIteratorRangeAdapter : public IFolderEntryIterator {
 public:
@@ -23,7 +23,7 @@ public:
           m_position(m_entries.begin()),
           m_end(m_entries.end()) {}
 
-    /// The copy stands at the same index of its own range.
+    /// The copy is at the same index of its own range.
     FolderEntryIteratorRangeAdapter(const FolderEntryIteratorRangeAdapter& other)
         : IFolderEntryIterator(other),
           m_entries(other.m_entries),

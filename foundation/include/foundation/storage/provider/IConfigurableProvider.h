@@ -11,13 +11,17 @@ class FOUNDATION_API IConfigurableProvider : public IProvider {
 public:
     ~IConfigurableProvider() override;
 
-    /// Hands settings over. Settings that the provider does not know are passed over in silence.
+    /// Passes settings to the provider; ignores those that it does not know. Throws Exception with NotSupported if the
+    /// back end refuses the value of a setting that it knows. May be called again at any time, from any thread; blocks
+    /// until the back end has answered.
+    ///
+    /// A back end in Java receives only the setting `gds.enableContentCache`. If that is absent, Java is not called.
     void configure(const boost::property_tree::ptree& settings) { doConfigure(settings); }
 
 protected:
     IConfigurableProvider() = default;
 
-    // The slot that follows those of IProvider.
+    // Its slot follows those of IProvider.
     virtual void doConfigure(const boost::property_tree::ptree& settings) = 0;
 };
 

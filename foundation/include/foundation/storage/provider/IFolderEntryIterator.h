@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include "foundation/Export.h"
@@ -7,24 +8,36 @@
 
 namespace foundation::storage::provider {
 
-/// Walks the entries of a listing: `while (it->hasMore()) { it->advance(); use(it->getCurrent()); }`
+/// Iterates over a listing: `while (it->hasMore()) { it->advance(); use(it->getCurrent()); }`
 ///
-/// Belongs to the one caller that holds it. A listing that is read bit by bit may block in hasMore() and advance(), and
-/// has to be gone before its provider is; see IProvider. The slot order is fixed: getCurrent, hasMore, advance, clone,
-/// destructor.
+/// One thread at a time may use it. The entries come in the order of the back end. A plain listing is complete before
+/// the iterator is returned: it never blocks, and changes in the folder do not affect it.
+///
+/// **Recursive listings** list each folder when its turn comes, so hasMore() and advance() block. They and their clones
+/// use the provider and must be destroyed before it. Only the listings along one path are in memory, never the tree.
+///  - An entry's name is its path below the listed folder, and a folder comes before its contents.
+///  - `wildcards` match the last name of the path. A folder is entered whether it matches or not.
+///  - A symbolic link to a folder is listed but not entered, unless it is the folder that was asked for: links may lead
+///    back up, and two of them in one folder make more paths than can ever be listed. Each folder therefore costs one
+///    call of getExtendedAttributes(); ExtendedAttributes names the attribute. If the back end does not report links,
+///    they are entered, and only the depth limit ends the iteration.
+///  - A folder that has disappeared when its turn comes is skipped. If a folder cannot be listed, or lies more than
+///    2048 levels deep (InvalidLocation), advance() throws; call it again to continue after that folder.
+///
+/// The slot order is fixed: getCurrent, hasMore, advance, clone, destructor.
 class FOUNDATION_API IFolderEntryIterator {
 public:
-    /// The entry that the last advance() went to. Must not be called before the first advance().
+    /// Returns the entry that the last advance() moved to. Must not be called before the first advance().
     [[nodiscard]] virtual FolderEntry getCurrent() const = 0;
 
-    /// Whether there is another entry, or an error to be told. Throws nothing itself.
+    /// Whether advance() has another entry or an error to give. Does not throw.
     [[nodiscard]] virtual bool hasMore() const = 0;
 
-    /// Goes to the next entry, or throws what stands in its place and stays. Must not be called when hasMore() is
-    /// false.
+    /// Moves to the next entry. If there is an error instead, stays at the present one and throws it. Must not be
+    /// called when hasMore() is false.
     virtual void advance() = 0;
 
-    /// A new iterator at the same place that moves on its own; the caller owns it.
+    /// Returns a new iterator at the same entry, independent of this one; the caller owns and deletes it.
     [[nodiscard]] virtual IFolderEntryIterator* clone() const = 0;
 
     virtual ~IFolderEntryIterator();
@@ -36,7 +49,7 @@ protected:
     IFolderEntryIterator(const IFolderEntryIterator&) = default;
 };
 
-/// The same walk over names alone.
+/// Iterates over the same listings, but returns only names.
 class FOUNDATION_API IFolderNameIterator {
 public:
     [[nodiscard]] virtual std::u16string getCurrent() const = 0;
@@ -51,5 +64,9 @@ protected:
     IFolderNameIterator() = default;
     IFolderNameIterator(const IFolderNameIterator&) = default;
 };
+
+/// Listings as IProvider returns them; the caller owns them.
+using FolderEntries = std::unique_ptr<IFolderEntryIterator>;
+using FolderNames = std::unique_ptr<IFolderNameIterator>;
 
 }  // namespace foundation::storage::provider

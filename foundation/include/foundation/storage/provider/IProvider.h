@@ -36,28 +36,18 @@ struct PollerHolder;
 
 /// A storage back end: files and folders named by locations.
 ///
-/// Callers use the public operations; a back end overrides the protected `do…` operations, whose slot order is fixed
-/// and never changes. Operations that can be made of others have a default here; the rest of the defaults throw
-/// Exception with NotSupported and the location.
+/// Callers use the public operations. A back end overrides the protected `do…` operations, whose slot order never
+/// changes. An operation that can be made of others has a default here; the other defaults throw NotSupported.
 ///
-/// Unless an operation says otherwise: it may be called from any thread, several at once; it blocks until the back end
-/// has answered; it throws Exception with the code named by case, Unavailable when the back end cannot be reached, and
-/// an IInternalException when the machinery between fails. After an error nothing has changed. No operation may run
-/// while the provider is destroyed.
+/// Unless an operation says otherwise:
+///  - It may be called from any thread, and by several at once, but not while the provider is being destroyed.
+///  - It blocks until the back end has answered; a back end in Java is called on the calling thread.
+///  - It throws Exception with one of the codes listed at the operation and the location concerned. Any operation may
+///    also throw InvalidLocation (not a location of this back end), AccessDenied, Unavailable or NotSupported. A
+///    failure of the machinery in between is an IInternalException.
+///  - After an error nothing has changed.
 ///
-/// What replaces a file. copyFileAtomic(), truncateToSize() and the commit of a transaction write a new file and end in
-/// moveFile() with a replacing policy, on the location that the caller named:
-///  - Permissions and attributes attached by users are those of the replaced file, and a symbolic link goes on leading
-///    to the file that is replaced, as far as the back end's moveFile() sees to it; NioProvider's does.
-///  - It is another file. Other names of the replaced file (hard links) keep the old content from then on. A stream
-///    that was opened before stays with the old file too, and what it writes afterwards is lost with that file.
-///    copyFile() and openByteStream() write to the file itself, with all its names.
-///  - While it is written it stands under a hidden, temporary name in the folder of the location (of the link, if the
-///    location is one), and may be read there by whoever may read a new file of this process.
-///  - Readers find the old content or the whole new one, in every process, after an error and when the process dies, as
-///    far as moveFile() is atomic. That is a promise about order, not about power: nothing in this interface forces
-///    bytes to the disk, and after a power failure the old content may be back, or the file empty or incomplete, unless
-///    the back end sees to it.
+/// ReplacementPolicy.h describes what happens to a file that is replaced, IFolderEntryIterator.h how listings behave.
 class FOUNDATION_API IProvider {
 public:
     virtual ~IProvider();
@@ -67,15 +57,15 @@ public:
 
     // ---- files and folders ----
 
-    /// Creates an empty file. AlreadyExists if a file or folder is there, NotFound if its folder is missing,
-    /// NotAFolder if a file stands in the folder's place, AccessDenied if the back end refuses.
+    /// Creates an empty file. Throws AlreadyExists if a file or folder is there, NotFound if the parent folder is
+    /// missing, NotAFolder if the parent is a file, StorageFull.
     void createFile(const StorageIRI& location) const { doCreateFile(location); }
 
     /// Creates one folder. Fails like createFile().
     void createFolder(const StorageIRI& location) const { doCreateFolder(location); }
 
-    /// Creates a folder and every missing folder above it; a folder that exists is no error. NotAFolder if a file
-    /// stands in the way. After an error the folders created so far stay.
+    /// Creates a folder and its missing parents; does nothing if the folder exists. Throws NotAFolder if a file is in
+    /// the way. After an error the folders created so far remain.
     void createFolderRecursive(const StorageIRI& location) const { doCreateFolderRecursive(location); }
 
     /// Whether a file is there; false for a folder and for nothing.
@@ -92,62 +82,59 @@ public:
         return doExistsExtended(location);
     }
 
-    /// Removes a file. NotFound if nothing is there, NotAFile for a folder.
+    /// Removes a file. Throws NotFound if nothing is there, NotAFile for a folder, InUse if the file is open and the
+    /// back end cannot remove it then.
     void removeFile(const StorageIRI& location) const { doRemoveFile(location); }
 
-    /// Removes an empty folder. NotFound if nothing is there, NotAFolder for a file, FolderNotEmpty if it has children.
+    /// Removes an empty folder. Throws NotFound if nothing is there, NotAFolder for a file, FolderNotEmpty if it has
+    /// children.
     void removeFolder(const StorageIRI& location) const { doRemoveFolder(location); }
 
-    /// Removes a folder with all it holds. NotFound if nothing is there, NotAFolder for a file. After an error a part
-    /// of the contents may be gone.
+    /// Removes a folder and everything in it. Throws NotFound if nothing is there, NotAFolder for a file, InUse. After
+    /// an error part of the contents may be gone.
     void removeFolderRecursive(const StorageIRI& location) const { doRemoveFolderRecursive(location); }
 
-    /// Moves or renames a file. NotFound if the source or the destination's folder is missing, NotAFile if the source
-    /// is a folder, AlreadyExists if something else is at the destination that `policy` keeps.
+    /// Moves or renames a file. Throws NotFound if the source or the destination's parent folder is missing, NotAFile
+    /// if the source is a folder, NotAFolder if the destination's parent is a file, AlreadyExists if `policy` keeps
+    /// what is at the destination, StorageFull, InUse. ReplacementPolicy.h covers a folder at the destination.
     ///
-    /// Moved onto itself, in whatever spelling of the location, it stays as it is, whatever the policy: nothing there
-    /// has to be replaced or kept. Two names of one file (hard links) are not the same location.
+    /// Moving a file onto itself, however the location is spelled, does nothing under any policy. Two names of one file
+    /// (hard links) are different locations.
     void moveFile(const StorageIRI& source, const StorageIRI& destination,
                   ReplacementPolicy policy = ReplacementPolicy::KeepExisting) const {
         doMoveFile(source, destination, policy);
     }
 
-    /// Moves or renames a folder with all it holds. Fails like moveFile(), with NotAFolder if the source is a file;
-    /// InvalidLocation if the destination lies inside the source. Moved onto itself it stays as it is, whatever the
-    /// policy.
+    /// Moves or renames a folder and everything in it. Fails like moveFile(), with NotAFolder if the source is a file
+    /// and InvalidLocation if the destination lies inside the source. Moving a folder onto itself does nothing under
+    /// any policy.
     void moveFolder(const StorageIRI& source, const StorageIRI& destination,
                     ReplacementPolicy policy = ReplacementPolicy::KeepExisting) const {
         doMoveFolder(source, destination, policy);
     }
 
-    /// Copies a file's bytes, and nothing but the bytes: the copy has its own time of modification and attributes.
+    /// Copies a file's bytes and nothing else: the copy has its own modification time and attributes.
     ///
-    /// NotFound if the source or the destination's folder is missing, NotAFile if the source is a folder, NotAFolder if
-    /// a file stands in the place of the destination's folder, AlreadyExists if something is at the destination that
-    /// `policy` keeps, AccessDenied if the destination may not be written, InUse if it is open elsewhere, StorageFull.
-    /// A folder at the destination is replaced as moveFile() does it. A copy of a file onto itself changes nothing, and
-    /// is AlreadyExists for KeepExisting: unlike a move, a copy has to make a second file.
+    /// Throws NotFound if the source or the destination's parent folder is missing, NotAFile if the source is a folder,
+    /// NotAFolder if the destination's parent is a file, AlreadyExists if `policy` keeps what is at the destination or
+    /// the file is copied onto itself with KeepExisting, AccessDenied if the destination may not be written, InUse if
+    /// it is open elsewhere, StorageFull. With any other policy, copying a file onto itself does nothing. A folder at
+    /// the destination is treated as in moveFile().
     ///
-    /// A file that is replaced is written in place: it keeps its identity, names, permissions and attributes, and a
-    /// link to it is followed. After an error while bytes were on their way it holds the beginning of the new content
-    /// and the old content is lost.
-    ///
-    /// A new file is written under a temporary, hidden name, as copyFileAtomic() does it, and moved into place when it
-    /// is complete. So after an error nothing is at the destination, and what another has put there meanwhile is kept
-    /// or replaced by `policy`, never removed. Only a back end whose moveFile() is NotSupported is written to in place
-    /// at once; there a part may be left after an error.
+    /// An existing file is overwritten in place. If that fails halfway, it holds the beginning of the new content, and
+    /// the old content is lost. A new file appears complete or not at all, unless the back end does not support
+    /// moveFile(). ReplacementPolicy.h has the details.
     void copyFile(const StorageIRI& source, const StorageIRI& destination,
                   ReplacementPolicy policy = ReplacementPolicy::KeepExisting) const {
         doCopyFile(source, destination, policy);
     }
 
-    /// Copies a file's bytes so that the destination holds its old content or the whole new one at any time, after an
-    /// error too. Fails like copyFile().
+    /// Copies a file's bytes so that the destination holds either its old content or all of the new content at any
+    /// time, even after an error. Fails like copyFile().
     ///
-    /// The default writes a new file with a temporary, hidden name (`.name.….tmp`) in the destination's folder and
-    /// moves it into place: as atomic as the back end's moveFile(). For permissions, attributes, links, open streams
-    /// and power failures see above ("What replaces a file"). The temporary file is removed after an error; when the
-    /// process or the storage dies first it stays.
+    /// The default writes a file with a temporary hidden name (`.name.….tmp`) in the destination's folder and moves it
+    /// into place, which is as atomic as the back end's moveFile(). The temporary file is removed after an error, but
+    /// remains if the process or the storage dies first.
     void copyFileAtomic(const StorageIRI& source, const StorageIRI& destination,
                         ReplacementPolicy policy = ReplacementPolicy::KeepExisting) const {
         doCopyFileAtomic(source, destination, policy);
@@ -155,162 +142,142 @@ public:
 
     // ---- metadata ----
 
-    /// NotFound if nothing is there, NotAFile for a folder.
+    /// Returns size, modification time and writability of a file. Throws NotFound if nothing is there, NotAFile for a
+    /// folder.
     [[nodiscard]] FileAttributes getFileAttributes(const StorageIRI& location) const {
         return doGetFileAttributes(location);
     }
 
-    /// NotFound if nothing is there, NotAFolder for a file.
+    /// Returns modification time and writability of a folder. Throws NotFound if nothing is there, NotAFolder for a
+    /// file.
     [[nodiscard]] FolderAttributes getFolderAttributes(const StorageIRI& location) const {
         return doGetFolderAttributes(location);
     }
 
-    /// Named metadata beyond the basic attributes; empty where there is none. NotFound if nothing is there. The text
-    /// "true" by the name `basic:isSymbolicLink` says that the location itself is a symbolic link.
+    /// Returns further metadata by name; empty if there is none. Throws NotFound if nothing is there, NotSupported if
+    /// the back end has no such metadata.
     [[nodiscard]] ExtendedAttributes getExtendedAttributes(const StorageIRI& location) const {
         return doGetExtendedAttributes(location);
     }
 
-    /// The storage that holds the location.
+    /// Returns capacity and occupied space, in bytes, of the storage that holds the location. Throws NotFound if
+    /// nothing is there, NotSupported if the back end does not report them.
     [[nodiscard]] ProviderStorageInfo getProviderStorageInfo(const StorageIRI& location) const {
         return doGetProviderStorageInfo(location);
     }
 
-    /// Sets the time of last modification (UTC) of a file or folder. NotFound if nothing is there.
+    /// Sets the modification time (UTC) of a file or folder; storages with a coarser clock keep an earlier time. Throws
+    /// NotFound if nothing is there, NotSupported for a time that the storage cannot hold, InUse if a stream holds the
+    /// file exclusively. Special values such as not_a_date_time are not checked: they set some arbitrary time.
     void setLastModified(const StorageIRI& location, const boost::posix_time::ptime& lastModified) const {
         doSetLastModified(location, lastModified);
     }
 
-    /// Allows or forbids writing to a file. NotSupported unless the back end has the feature WritableFlag.
+    /// Allows or forbids writing to a file. Throws NotSupported unless the back end has the feature WritableFlag.
     void setWritable(const StorageIRI& location, bool writable) const { doSetWritable(location, writable); }
 
-    /// Makes a file `size` bytes long: cuts it, or adds zeros. NotFound if nothing is there, NotAFile for a folder,
-    /// AccessDenied for a file that may not be written, StorageFull. After an error the file is as it was.
+    /// Truncates a file to `size` bytes, or extends it with zeros. Throws NotFound if nothing is there, NotAFile for a
+    /// folder, AccessDenied if the file may not be written, StorageFull.
     ///
-    /// The default replaces the file by a changed copy, as copyFileAtomic() does, and leaves a file alone that has the
-    /// size already. Mind what that means: it reads and writes all bytes that stay and needs room for them, whatever is
-    /// cut off; and a stream that is open on the file is left with the old file, so that what it writes from then on is
-    /// lost without an error. Close it first, and open the file again. (See "What replaces a file" above.)
+    /// The default does nothing if the file has that size already. Otherwise it replaces the file with a changed copy,
+    /// as copyFileAtomic() does. This reads and writes every byte that remains and needs space for them. A stream that
+    /// is open on the file stays with the old file: what it writes from then on is lost without an error, so close it
+    /// first and open the file again afterwards.
     void truncateToSize(const StorageIRI& location, std::uint64_t size) const { doTruncateToSize(location, size); }
 
     // ---- streams ----
 
-    /// Opens a file's bytes for reading and writing. NotFound if the file is missing and the options do not create it,
-    /// NotAFile for a folder, AccessDenied for a file that may not be written, InUse if it cannot be shared.
+    /// Opens a file for reading and writing, at position 0. Throws NotFound if the file is missing and the options do
+    /// not create it, or if its parent folder is missing, NotAFolder if the parent is a file, NotAFile for a folder,
+    /// AccessDenied if the file may not be written, InUse if it cannot be shared.
     [[nodiscard]] std::unique_ptr<ByteStream> openByteStream(const StorageIRI& location,
                                                              const ByteStreamOpenOptions& options = {}) const {
         return doOpenByteStream(location, options);
     }
 
-    /// Opens a file's bytes for reading. NotFound if nothing is there, NotAFile for a folder.
+    /// Opens a file for reading, at position 0. Throws NotFound if nothing is there, NotAFile for a folder, InUse if
+    /// the file is open exclusively.
     [[nodiscard]] std::unique_ptr<ByteStream> openReadOnlyByteStream(const StorageIRI& location) const {
         return doOpenReadOnlyByteStream(location);
     }
 
-    /// Opens a stream for reading and writing whose writes replace the file's content only on commit. It starts with
-    /// the present content, at position 0; a missing file starts empty and is there after the commit.
+    /// Opens a stream for reading and writing whose writes replace the file's content only on commit. It starts at
+    /// position 0 of the present content. A missing file starts empty and exists only after the commit.
     ///
-    /// NotAFile for a folder, NotFound if the file's folder is missing, AccessDenied for a file that may not be
+    /// Throws NotAFile for a folder, NotFound if the parent folder is missing, AccessDenied if the file may not be
     /// written.
     ///
-    /// The default copies the content to a temporary file beside the file, as copyFileAtomic() does, and moves that
-    /// over the file on commit. What others write to the file meanwhile is replaced, so of two transactions the last
-    /// commit wins. Such a stream uses the provider and must not outlive it. For errors of a commit see
-    /// TransactionalStream; for permissions, attributes, links, streams that are open on the file, and power failures
-    /// "What replaces a file" above.
+    /// The default copies the content to a temporary file, as copyFileAtomic() does, and moves that over the file on
+    /// commit. It overwrites what others wrote to the file in the meantime, so of two transactions the last commit
+    /// wins. Such a stream uses the provider and must be destroyed before it.
     [[nodiscard]] std::unique_ptr<TransactionalStream> openTransactionalStream(const StorageIRI& location) const {
         return doOpenTransactionalStream(location);
     }
 
-    /// The same, with the uncommitted bytes kept at `scratch`, from where the back end can move a file to the location.
-    /// AlreadyExists if something is at `scratch`, NotFound if its folder is missing, InvalidLocation if it is the
-    /// location itself, InUse if another opens the file there before the stream does, which then stays. Otherwise the
-    /// file at `scratch` belongs to the stream.
+    /// Opens the same kind of stream, but keeps the uncommitted bytes in a new file at `scratch`, which the back end
+    /// must be able to move to `location`. The file belongs to the stream.
+    ///
+    /// Fails like openTransactionalStream(). Throws AlreadyExists if something is at `scratch`, NotFound if its parent
+    /// folder is missing, InvalidLocation if it equals `location`, and InUse if someone else opens the new file before
+    /// the stream does; the file then remains.
     [[nodiscard]] std::unique_ptr<TransactionalStream> openTransactionalStreamAtScratchLocation(
         const StorageIRI& location, const StorageIRI& scratch) const {
         return doOpenTransactionalStreamAtScratchLocation(location, scratch);
     }
 
-    // ---- listings: NotFound if nothing is there, NotAFolder for a file ----
+    // ---- listings ----
     //
-    // The order is the back end's. `wildcards` is a pattern as the class Wildcards reads it. A listing is taken when it
-    // is asked for; the recursive ones take each folder's listing when its turn comes.
-    //
-    // Recursive listings name an entry by its path below the folder and give each folder before what it holds; their
-    // wildcards apply to the last name of the path, and folders are walked whether they fit or not. A symbolic link to
-    // a folder is given and not entered, except as the folder that the listing is asked for: links may lead back up,
-    // and two of them in one folder make more paths than a lifetime can walk. So each folder costs a
-    // getExtendedAttributes() beside its listing, as long as the back end supports that (see there for the name). Where
-    // it does not say, links are entered, and only the depth ends the walk.
-    //
-    // A folder that is gone when its turn comes is passed over. One that cannot be listed, or lies more than 2048
-    // folders deep, makes advance() throw; the walk continues after it if advance() is called again. At a time the
-    // listings along one path are in memory, never the tree. Such an iterator, and its clones, use the provider and
-    // must not outlive it.
+    // Each throws NotFound if nothing is there and NotAFolder for a file. `wildcards` is a pattern for the class
+    // Wildcards. For order, recursive listings, symbolic links and later errors see IFolderEntryIterator.h.
 
-    [[nodiscard]] std::unique_ptr<IFolderEntryIterator> listAll(const StorageIRI& folder) const {
-        return doListAll(folder);
-    }
-    [[nodiscard]] std::unique_ptr<IFolderEntryIterator> listAll(const StorageIRI& folder,
-                                                                const std::u16string& wildcards) const {
+    [[nodiscard]] FolderEntries listAll(const StorageIRI& folder) const { return doListAll(folder); }
+    [[nodiscard]] FolderEntries listAll(const StorageIRI& folder, const std::u16string& wildcards) const {
         return doListAllWildcards(folder, wildcards);
     }
-    [[nodiscard]] std::unique_ptr<IFolderEntryIterator> listFiles(const StorageIRI& folder) const {
-        return doListFiles(folder);
-    }
-    [[nodiscard]] std::unique_ptr<IFolderEntryIterator> listFiles(const StorageIRI& folder,
-                                                                  const std::u16string& wildcards) const {
+    [[nodiscard]] FolderEntries listFiles(const StorageIRI& folder) const { return doListFiles(folder); }
+    [[nodiscard]] FolderEntries listFiles(const StorageIRI& folder, const std::u16string& wildcards) const {
         return doListFilesWildcards(folder, wildcards);
     }
-    [[nodiscard]] std::unique_ptr<IFolderEntryIterator> listFolders(const StorageIRI& folder) const {
-        return doListFolders(folder);
-    }
-    [[nodiscard]] std::unique_ptr<IFolderEntryIterator> listFolders(const StorageIRI& folder,
-                                                                    const std::u16string& wildcards) const {
+    [[nodiscard]] FolderEntries listFolders(const StorageIRI& folder) const { return doListFolders(folder); }
+    [[nodiscard]] FolderEntries listFolders(const StorageIRI& folder, const std::u16string& wildcards) const {
         return doListFoldersWildcards(folder, wildcards);
     }
-    [[nodiscard]] std::unique_ptr<IFolderNameIterator> listAllNamesOnly(const StorageIRI& folder) const {
-        return doListAllNamesOnly(folder);
-    }
-    [[nodiscard]] std::unique_ptr<IFolderNameIterator> listAllNamesOnly(const StorageIRI& folder,
-                                                                        const std::u16string& wildcards) const {
+    [[nodiscard]] FolderNames listAllNamesOnly(const StorageIRI& folder) const { return doListAllNamesOnly(folder); }
+    [[nodiscard]] FolderNames listAllNamesOnly(const StorageIRI& folder, const std::u16string& wildcards) const {
         return doListAllNamesOnlyWildcards(folder, wildcards);
     }
-    [[nodiscard]] std::unique_ptr<IFolderNameIterator> listFoldersNamesOnly(const StorageIRI& folder) const {
+    [[nodiscard]] FolderNames listFoldersNamesOnly(const StorageIRI& folder) const {
         return doListFoldersNamesOnly(folder);
     }
-    [[nodiscard]] std::unique_ptr<IFolderNameIterator> listFoldersNamesOnly(const StorageIRI& folder,
-                                                                            const std::u16string& wildcards) const {
+    [[nodiscard]] FolderNames listFoldersNamesOnly(const StorageIRI& folder, const std::u16string& wildcards) const {
         return doListFoldersNamesOnlyWildcards(folder, wildcards);
     }
-    [[nodiscard]] std::unique_ptr<IFolderNameIterator> listFilesNamesOnly(const StorageIRI& folder) const {
+    [[nodiscard]] FolderNames listFilesNamesOnly(const StorageIRI& folder) const {
         return doListFilesNamesOnly(folder);
     }
-    [[nodiscard]] std::unique_ptr<IFolderNameIterator> listFilesNamesOnly(const StorageIRI& folder,
-                                                                          const std::u16string& wildcards) const {
+    [[nodiscard]] FolderNames listFilesNamesOnly(const StorageIRI& folder, const std::u16string& wildcards) const {
         return doListFilesNamesOnlyWildcards(folder, wildcards);
     }
-    [[nodiscard]] std::unique_ptr<IFolderEntryIterator> listAllRecursive(const StorageIRI& folder) const {
-        return doListAllRecursive(folder);
-    }
-    [[nodiscard]] std::unique_ptr<IFolderEntryIterator> listAllRecursive(const StorageIRI& folder,
-                                                                         const std::u16string& wildcards) const {
+    [[nodiscard]] FolderEntries listAllRecursive(const StorageIRI& folder) const { return doListAllRecursive(folder); }
+    [[nodiscard]] FolderEntries listAllRecursive(const StorageIRI& folder, const std::u16string& wildcards) const {
         return doListAllRecursiveWildcards(folder, wildcards);
     }
-    [[nodiscard]] std::unique_ptr<IFolderNameIterator> listAllRecursiveNamesOnly(const StorageIRI& folder) const {
+    [[nodiscard]] FolderNames listAllRecursiveNamesOnly(const StorageIRI& folder) const {
         return doListAllRecursiveNamesOnly(folder);
     }
-    [[nodiscard]] std::unique_ptr<IFolderNameIterator> listAllRecursiveNamesOnly(
-        const StorageIRI& folder, const std::u16string& wildcards) const {
+    [[nodiscard]] FolderNames listAllRecursiveNamesOnly(const StorageIRI& folder,
+                                                        const std::u16string& wildcards) const {
         return doListAllRecursiveNamesOnlyWildcards(folder, wildcards);
     }
 
     // ---- change events ----
 
-    /// Starts sending change events for a location to the callback. `context` is the host's own and is handed through
-    /// to the provider; `onParent` is 1 when asked on behalf of a child, else 0. A provider may read neither. Whether a
-    /// later call's callback is used too, or the first one serves all locations, is the provider's affair: a host that
-    /// may meet either passes the same callback each time and tells locations apart by the event's first one.
+    /// Starts sending change events for a location to the callback. `context` is passed through to the provider;
+    /// `onParent` is 1 for a request on behalf of a child, else 0. A provider may ignore both.
+    ///
+    /// A provider may use only the first callback, for all locations. So pass the same callback each time, and
+    /// distinguish locations by the event's watched location. Throws NotFound if nothing is there, NotSupported if the
+    /// back end sends no events.
     void startChangeNotification(const StorageIRI& location, const ChangeCallback& callback,
                                  const void* context = nullptr, std::int32_t onParent = 0) const {
         doStartChangeNotification(location, callback, context, onParent);
@@ -322,78 +289,63 @@ public:
         doStartChangeNotificationOnParent(location, callback, context);
     }
 
-    /// Asks for no more events for the location. Those under way may still arrive, and so does what a back end sends
-    /// all the same.
+    /// Asks the back end to send no more events for the location. Events already on their way may still arrive, and so
+    /// may any that a back end sends in spite of the request.
     void stopChangeNotification(const StorageIRI& location) const { doStopChangeNotification(location); }
 
-    /// Sends change events for a location by looking at it again and again, for back ends that cannot tell by
-    /// themselves. What changes after the call has returned is told.
+    /// Sends change events for a location by scanning it at intervals, for back ends that send no events themselves.
+    /// `interval` runs from the end of one scan to the start of the next. Changes made after this call has returned are
+    /// reported; ChangeCallback.h describes what a scan sees and how the callback is called.
     ///
-    /// NotFound if nothing is there, NotSupported for an interval that is not positive or an empty callback; errors of
-    /// the back end at the first look; std::system_error when no thread can be had.
+    /// Throws NotFound if nothing is there, NotSupported if `interval` is not positive or the callback is empty,
+    /// std::system_error if no thread can be created, and any error of the first scan, which this call makes.
     ///
-    /// The default compares what the provider's own operations say: of a folder its attributes and those of its
-    /// children, but of nothing deeper, of a file its attributes. What comes and goes between two looks is not seen.
-    ///  - A child is added, removed, or modified: its size, time of modification or permission to write.
-    ///  - What has become a file from a folder, or the reverse, was removed and added.
-    ///  - The location itself is modified as a child is; of a folder only what changes while no child comes or goes,
-    ///    since its time moves with them.
-    ///  - A location that is gone loses its children and is removed; it is looked for further on. When something is
-    ///    there again it is modified, and its children are added.
-    ///  - What cannot be looked at (Unavailable, AccessDenied, any error) counts as unchanged until it can.
+    /// Calling it again for a location, however it is spelled, replaces its callback and interval, and misses no change
+    /// in between. When this returns, the replaced callback no longer runs, unless it made this call itself.
     ///
-    /// Events come one at a time on one thread of the provider, which looks at all of its locations in turn and ends
-    /// with the last of them. Any number of locations may be polled: finding the next one costs next to nothing.
-    /// `interval` lies between the end of one look and the next. Details hold an empty "originId". An exception of the
-    /// callback is logged on the channel `foundation::storage` and dropped, as is the first of a row of failed looks.
-    ///
-    /// Started again for a location, in whatever spelling, the new callback and interval take the place of the old
-    /// ones, and nothing is missed between the two. The replaced callback does not run any more when this returns,
-    /// unless it is the caller. The callback may use the provider, start and stop polling included.
-    ///
-    /// Stop every location before the provider is destroyed: a look that is under way is an operation that uses it.
-    /// The provider's destructor ends what is left, and nothing runs after it, but cannot undo a look that met a
-    /// half-destroyed provider. A callback may itself destroy the provider.
+    /// Stop all locations before destroying the provider, because a scan uses it. The destructor ends what still runs,
+    /// but by then a scan may have called a half-destroyed provider. A callback may itself destroy the provider.
     void startChangePollingMechanism(const StorageIRI& location, const ChangeCallback& callback,
                                      std::chrono::milliseconds interval) const {
         doStartChangePollingMechanism(location, callback, interval);
     }
 
-    /// Ends the looking at a location. When it returns, no look at it and no callback of it runs any more, and the copy
-    /// of the callback is gone; called from a callback it does not wait for that one, which is then the last. No error
-    /// for a location that is not polled. Do not hold a lock that the callback takes.
+    /// Stops scanning a location; does nothing if it is not polled. When this returns, no scan of it and no callback
+    /// for it runs any more, and the copy of the callback is destroyed. A callback may call it; the call does not wait
+    /// for that callback, which is then the last one. Do not hold a lock that the callback takes.
     void stopChangePollingMechanism(const StorageIRI& location) const { doStopChangePollingMechanism(location); }
 
     // ---- the provider itself ----
 
-    /// Whether the provider can do more than the basic operations.
+    /// Whether the provider itself has a feature beyond the basic operations. ExtendedFeature lists the features, and
+    /// the operations that work even without them.
     [[nodiscard]] bool hasFeature(ExtendedFeature feature) const { return doHasFeature(feature); }
 
-    /// How the back end tells locations apart. By default the normalized texts are compared unit by unit, so that
-    /// letter case counts.
+    /// Returns how the back end orders locations. By default the normalized texts are compared code unit by code unit,
+    /// so letter case matters.
     [[nodiscard]] PathComparator getPathComparator() const { return doGetPathComparator(); }
 
-    /// The one spelling of a location that all its aliases share. By default the normalized location, which knows
-    /// nothing of links; nothing has to be there, and nothing is asked of the back end.
+    /// Returns the one spelling that all aliases of a location share. By default this is the normalized location: links
+    /// are not resolved, nothing needs to exist, and the back end is not asked.
     [[nodiscard]] StorageIRI getCanonicalLocation(const StorageIRI& location) const {
         return doGetCanonicalLocation(location);
     }
 
-    /// Whether the back end tells letter case apart below the location. NotSupported unless the back end says.
+    /// Whether letter case matters in names below the location. Throws NotSupported if the back end does not say.
     [[nodiscard]] FilenameSensitivity getFilenameSensitivity(const StorageIRI& location) const {
         return doGetFilenameSensitivity(location);
     }
 
-    /// What the provider's cache holds. NotSupported without a cache.
+    /// Returns how full the provider's cache is. Throws NotSupported if it has none.
     [[nodiscard]] ProviderCacheUsage getProviderCacheUsage() const { return doGetProviderCacheUsage(); }
 
-    /// Tells the provider that the host is about to end. Does nothing unless the back end needs it.
+    /// Informs the provider that the host is about to exit. Does nothing by default.
     void shutdown() { doShutdown(); }
 
 protected:
     IProvider() = default;
 
-    // The slot order: 0 is the destructor; each of the following takes the next number. Append, never insert.
+    // The slot order: the destructor is 0, and each operation below takes the next number. Append, never insert.
     virtual void doCreateFile(const StorageIRI& location) const = 0;
     virtual void doCreateFolder(const StorageIRI& location) const = 0;
     virtual void doCreateFolderRecursive(const StorageIRI& location) const;
@@ -414,30 +366,24 @@ protected:
     virtual std::unique_ptr<TransactionalStream> doOpenTransactionalStream(const StorageIRI& location) const;
     virtual std::unique_ptr<TransactionalStream> doOpenTransactionalStreamAtScratchLocation(
         const StorageIRI& location, const StorageIRI& scratch) const;
-    virtual std::unique_ptr<IFolderEntryIterator> doListAll(const StorageIRI& folder) const = 0;
-    virtual std::unique_ptr<IFolderEntryIterator> doListAllWildcards(const StorageIRI& folder,
-                                                                     const std::u16string& wildcards) const;
-    virtual std::unique_ptr<IFolderEntryIterator> doListFiles(const StorageIRI& folder) const = 0;
-    virtual std::unique_ptr<IFolderEntryIterator> doListFilesWildcards(const StorageIRI& folder,
-                                                                       const std::u16string& wildcards) const;
-    virtual std::unique_ptr<IFolderEntryIterator> doListFolders(const StorageIRI& folder) const = 0;
-    virtual std::unique_ptr<IFolderEntryIterator> doListFoldersWildcards(const StorageIRI& folder,
-                                                                         const std::u16string& wildcards) const;
-    virtual std::unique_ptr<IFolderNameIterator> doListAllNamesOnly(const StorageIRI& folder) const;
-    virtual std::unique_ptr<IFolderNameIterator> doListAllNamesOnlyWildcards(const StorageIRI& folder,
-                                                                             const std::u16string& wildcards) const;
-    virtual std::unique_ptr<IFolderNameIterator> doListFoldersNamesOnly(const StorageIRI& folder) const;
-    virtual std::unique_ptr<IFolderNameIterator> doListFoldersNamesOnlyWildcards(const StorageIRI& folder,
-                                                                                 const std::u16string& wildcards) const;
-    virtual std::unique_ptr<IFolderNameIterator> doListFilesNamesOnly(const StorageIRI& folder) const;
-    virtual std::unique_ptr<IFolderNameIterator> doListFilesNamesOnlyWildcards(const StorageIRI& folder,
-                                                                               const std::u16string& wildcards) const;
-    virtual std::unique_ptr<IFolderEntryIterator> doListAllRecursive(const StorageIRI& folder) const;
-    virtual std::unique_ptr<IFolderEntryIterator> doListAllRecursiveWildcards(const StorageIRI& folder,
-                                                                              const std::u16string& wildcards) const;
-    virtual std::unique_ptr<IFolderNameIterator> doListAllRecursiveNamesOnly(const StorageIRI& folder) const;
-    virtual std::unique_ptr<IFolderNameIterator> doListAllRecursiveNamesOnlyWildcards(
-        const StorageIRI& folder, const std::u16string& wildcards) const;
+    virtual FolderEntries doListAll(const StorageIRI& folder) const = 0;
+    virtual FolderEntries doListAllWildcards(const StorageIRI& folder, const std::u16string& wildcards) const;
+    virtual FolderEntries doListFiles(const StorageIRI& folder) const = 0;
+    virtual FolderEntries doListFilesWildcards(const StorageIRI& folder, const std::u16string& wildcards) const;
+    virtual FolderEntries doListFolders(const StorageIRI& folder) const = 0;
+    virtual FolderEntries doListFoldersWildcards(const StorageIRI& folder, const std::u16string& wildcards) const;
+    virtual FolderNames doListAllNamesOnly(const StorageIRI& folder) const;
+    virtual FolderNames doListAllNamesOnlyWildcards(const StorageIRI& folder, const std::u16string& wildcards) const;
+    virtual FolderNames doListFoldersNamesOnly(const StorageIRI& folder) const;
+    virtual FolderNames doListFoldersNamesOnlyWildcards(const StorageIRI& folder,
+                                                        const std::u16string& wildcards) const;
+    virtual FolderNames doListFilesNamesOnly(const StorageIRI& folder) const;
+    virtual FolderNames doListFilesNamesOnlyWildcards(const StorageIRI& folder, const std::u16string& wildcards) const;
+    virtual FolderEntries doListAllRecursive(const StorageIRI& folder) const;
+    virtual FolderEntries doListAllRecursiveWildcards(const StorageIRI& folder, const std::u16string& wildcards) const;
+    virtual FolderNames doListAllRecursiveNamesOnly(const StorageIRI& folder) const;
+    virtual FolderNames doListAllRecursiveNamesOnlyWildcards(const StorageIRI& folder,
+                                                             const std::u16string& wildcards) const;
     virtual void doCopyFile(const StorageIRI& source, const StorageIRI& destination,
                             const ReplacementPolicy& policy) const;
     virtual void doCopyFileAtomic(const StorageIRI& source, const StorageIRI& destination,
@@ -465,7 +411,7 @@ protected:
     virtual ProviderCacheUsage doGetProviderCacheUsage() const;
 
 private:
-    /// What polls for changes; null until the provider is polled for the first time.
+    /// Polls for changes; null until polling is first started.
     mutable std::atomic<detail::PollerHolder*> m_poller{nullptr};
 };
 

@@ -6,7 +6,8 @@
 
 namespace foundation::storage::provider {
 
-/// Orders locations as the back end tells them apart: negative, zero (the same location) or positive.
+/// Compares two locations as the back end does: negative if the first comes first, zero if they are the same location,
+/// positive otherwise.
 using PathComparator = std::function<int(const StorageIRI&, const StorageIRI&)>;
 
 }  // namespace foundation::storage::provider

@@ -12,10 +12,11 @@ class FOUNDATION_API PhysicalProviderFactory {
 public:
     virtual ~PhysicalProviderFactory();
 
-    /// A new provider each time; nothing is cached. Safe from any thread.
+    /// Makes a new provider each time; nothing is cached. Safe to call from any thread. May block, and throws if the
+    /// provider cannot be made.
     [[nodiscard]] virtual std::shared_ptr<IProvider> createProvider() const = 0;
 
-    /// The location below which all of the factory's locations lie, for example `java://`.
+    /// Returns the root of all locations of the factory's providers, for example `java://`.
     [[nodiscard]] virtual StorageIRI getRootIri() const = 0;
 
     PhysicalProviderFactory(const PhysicalProviderFactory&) = delete;

@@ -4,7 +4,7 @@
 
 namespace foundation::storage::provider {
 
-/// What a provider's own cache holds at the moment.
+/// How full a provider's cache is, in bytes.
 struct ProviderCacheUsage {
     std::uint64_t bytesUsed = 0;
     std::uint64_t bytesAllowed = 0;

@@ -5,7 +5,11 @@
 
 namespace foundation::storage::provider {
 
-/// How large the storage behind a location is and how much of it is in use, in bytes.
+/// The size of the storage behind a location and how much of it is occupied, in bytes. What is left of the capacity is
+/// what this process can still write: space reserved for others counts as occupied.
+///
+/// A back end in Java always states both numbers. They are not checked: a number that is negative in Java is 2^63 or
+/// more here.
 class ProviderStorageInfo {
 public:
     ProviderStorageInfo& withStorageCapacity(std::uint64_t bytes) noexcept {
@@ -17,9 +21,9 @@ public:
         return *this;
     }
 
-    /// Empty when the back end does not know.
+    /// Empty if the back end does not know.
     [[nodiscard]] const std::optional<std::uint64_t>& storageCapacity() const noexcept { return m_storageCapacity; }
-    /// Empty when the back end does not know.
+    /// Empty if the back end does not know.
     [[nodiscard]] const std::optional<std::uint64_t>& spaceOccupied() const noexcept { return m_spaceOccupied; }
 
 private:

@@ -14,8 +14,8 @@ namespace foundation::storage::provider {
 
 /// The location of a file or folder, for example `java://mount/folder/name`: scheme, authority and path as UTF-16 text.
 ///
-/// The text is kept as given; nothing is checked until a part is asked for, so a location made from any text can
-/// travel in an error. An immutable value; any number of threads may read one.
+/// The text is kept as given and checked only when a part of it is asked for, so any text can be reported in an error.
+/// An immutable value; any number of threads may read one.
 class FOUNDATION_API StorageIRI {
 public:
     StorageIRI() = default;
@@ -26,30 +26,31 @@ public:
 
     [[nodiscard]] network::IRI toIRI() const { return network::IRI(m_text); }
 
-    /// The location that holds this one, without query and fragment. Empty segments and a trailing slash do not count
-    /// as levels, and dot segments are followed. The parent of a root (`java://`, `java:///`, `java://mount`,
-    /// `java://mount/`) and of the empty location is the same location.
+    /// Returns the parent location, without query and fragment. Empty segments and a trailing slash do not count as
+    /// levels, and dot segments are resolved. A root (`java://`, `java:///`, `java://mount`, `java://mount/`) and the
+    /// empty location are their own parents.
     [[nodiscard]] StorageIRI getParent() const;
 
-    /// Whether getParent() leads nowhere.
+    /// Whether the location is its own parent.
     [[nodiscard]] bool isRoot() const;
 
-    /// The last segment of the path, decoded; empty for a root. An escape that is not UTF-8 decodes to U+FFFD.
+    /// Returns the last segment of the path, decoded; empty for a root. An escape that is not UTF-8 becomes U+FFFD.
     [[nodiscard]] std::u16string getName() const;
 
-    /// The child of that name, without query and fragment. `name` is a plain name: what has a meaning in a location
-    /// (`/ ? # %` and the like) is encoded, so that getName() of the result gives the name back.
-    /// Throws Exception with InvalidLocation for the empty name, `.` and `..`: no location can hold a child so named,
-    /// since an encoded dot means the same as a plain one.
+    /// Returns the location of a child, without query and fragment. `name` is a plain name: characters with a meaning
+    /// in a location (`/ ? # %` and others) are encoded, so getName() of the result returns the name again.
+    ///
+    /// Throws Exception with InvalidLocation for the empty name, `.` and `..`, which no location can express: an
+    /// encoded dot means the same as a plain one.
     [[nodiscard]] StorageIRI getChild(std::u16string_view name) const;
 
-    /// The same location in its normal form: the scheme in lower case, the mount as it is, escapes in upper case and
-    /// only where they are needed, empty and dot segments resolved, a trailing slash for a root alone, `//` before a
-    /// path from the top (`java:/a` is `java:///a`). Two texts of one location have one normal form. Text that is no
-    /// IRI, or only a relative one, is returned as it is.
+    /// Returns the same location in its normal form: the scheme in lower case, the mount unchanged, escapes in upper
+    /// case and only where needed, empty and dot segments resolved, a trailing slash only for a root, `//` before an
+    /// absolute path (`java:/a` becomes `java:///a`). All texts of one location have the same normal form. A relative
+    /// IRI, or text that is not an IRI, is returned unchanged.
     [[nodiscard]] StorageIRI normalized() const;
 
-    /// Compares the text as it is; compare normalized() locations to see through different spellings.
+    /// Compares the texts. To treat different spellings as equal, compare normalized() locations.
     [[nodiscard]] bool operator==(const StorageIRI&) const = default;
     [[nodiscard]] std::strong_ordering operator<=>(const StorageIRI&) const = default;
 

@@ -4,27 +4,28 @@
 
 namespace foundation::storage::provider {
 
-/// A byte stream whose writes show at its location only after commit().
+/// A byte stream whose writes become visible at its location only with commit().
 ///
-/// close() ends reading and writing and leaves the decision open; it is optional. Once the stream is closed, read(),
-/// write() and seek() throw Exception with Unavailable, and after the decision so does a second one.
+/// close() is optional: it ends reading and writing, and commit() or rollback() may follow. Destroying the stream
+/// without a commit rolls back and ignores failures.
 ///
-/// The default stream replaces the file by another one: for what then becomes of its permissions, attributes, links and
-/// open streams, and of its content in a power failure, see IProvider ("What replaces a file").
+/// By default commit() replaces the file with another one. ReplacementPolicy.h describes what becomes of permissions,
+/// attributes, links and open streams, and of the content in a power failure.
 class FOUNDATION_API TransactionalStream : public ByteStream {
 public:
-    /// Puts what was written in the location's place, as one step where the back end can, and closes the stream.
-    /// Readers and other processes find the old content or the new one. Whether the new one outlives a power failure is
-    /// not promised.
+    /// Closes the stream and puts the new content in place of the old, in one step if the back end can. Readers in
+    /// every process then find either the old content or the new. The new content may not survive a power failure.
     ///
-    /// After an error the location holds its old content. What could not be written to its end is given up; what could
-    /// not be put in place (InUse, for example) waits for another commit(). AlreadyExists or NotAFile if a folder is at
-    /// the location by now, Unavailable after commit(), rollback() or an error of close().
+    /// Throws AlreadyExists or NotAFile if a folder is now at the location, and Unavailable after commit(), rollback()
+    /// or a failed close().
+    ///
+    /// After an error the location holds its old content. If closing failed, the transaction is rolled back; if only
+    /// putting the content in place failed (with InUse, for example), commit() may be called again.
     virtual void commit() = 0;
 
-    /// Gives up what was written and closes the stream; the location keeps its old content. Unavailable after commit(),
-    /// nothing if given up already. An error says that the uncommitted bytes could not be removed from the storage.
-    /// Destroying a stream that was not committed does the same, and reports no error.
+    /// Closes the stream and discards what was written; the location keeps its old content. Does nothing after an
+    /// earlier rollback. Throws Unavailable after commit(). Any other error means that the uncommitted bytes could not
+    /// be removed from the storage.
     virtual void rollback() = 0;
 
     ~TransactionalStream() override;

@@ -7,7 +7,7 @@
 
 namespace foundation::storage::provider::detail {
 
-/// Walks a listing and shows nothing but the names.
+/// Walks a listing and returns only the names.
 class EntryNameIterator final : public IFolderNameIterator {
 public:
     explicit EntryNameIterator(std::unique_ptr<IFolderEntryIterator> entries);

@@ -7,15 +7,15 @@
 
 namespace foundation::storage::provider::detail {
 
-/// Gives the entries of a listing one after the other, for a LookAheadIterator to walk.
+/// The entries of a listing, one after the other, for a LookAheadIterator.
 class EntrySource {
 public:
     virtual ~EntrySource() = default;
 
-    /// The next entry; empty at the end. An error takes the place of an entry: the call after it goes on behind it.
+    /// The next entry; empty at the end. An error takes the place of an entry: the next call continues after it.
     [[nodiscard]] virtual std::optional<FolderEntry> next() = 0;
 
-    /// A source at the same place that moves on its own.
+    /// A source at the same place that moves independently.
     [[nodiscard]] virtual std::unique_ptr<EntrySource> clone() const = 0;
 
     EntrySource(const EntrySource&) = delete;

@@ -1,7 +1,5 @@
 #include "storage/provider/listing/FolderWalk.h"
 
-#include <boost/any.hpp>
-
 #include <exception>
 #include <utility>
 
@@ -23,14 +21,6 @@ std::unique_ptr<IFolderEntryIterator> listUnlessGone(const IProvider& provider, 
         }
         return nullptr;
     }
-}
-
-/// Whether the location is a symbolic link itself.
-bool isLink(const IProvider& provider, const StorageIRI& location) {
-    const ExtendedAttributes attributes = provider.getExtendedAttributes(location);
-    const auto found = attributes.all().find("basic:isSymbolicLink");
-    const auto* const value = found == attributes.all().end() ? nullptr : boost::any_cast<std::string>(&found->second);
-    return value != nullptr && *value == "true";
 }
 
 }  // namespace
@@ -59,7 +49,7 @@ std::optional<FolderEntry> FolderWalk::next() {
     try {
         return nextEntry();
     } catch (...) {
-        // A listing that breaks off is given up: it might break off at the same place for ever.
+        // A listing that breaks off ends here: it might break off at the same place every time.
         m_levels.pop_back();
         throw;
     }
@@ -96,7 +86,7 @@ void FolderWalk::enterFolder() {
 }
 
 void FolderWalk::enter(const StorageIRI& folder, std::u16string path, std::size_t depth) {
-    if (depth > MaxDepth) {
+    if (depth > MaxFolderDepth) {
         throw Exception(ErrorCode::InvalidLocation, folder);
     }
     if (leadsAway(folder)) {
@@ -114,11 +104,11 @@ void FolderWalk::enter(const StorageIRI& folder, std::u16string path, std::size_
 
 bool FolderWalk::leadsAway(const StorageIRI& folder) {
     try {
-        return m_asksForLinks && isLink(*m_provider, folder);
+        return m_asksForLinks && m_provider->getExtendedAttributes(folder).isSymbolicLink();
     } catch (const Exception& error) {
         m_asksForLinks = error.code() != ErrorCode::NotSupported;
     } catch (const std::exception&) {
-        // The folder's listing comes next, and meets what lasts.
+        // The folder's listing comes next, and reports an error that lasts.
     }
     return false;
 }

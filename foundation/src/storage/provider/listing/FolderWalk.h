@@ -14,22 +14,18 @@ namespace foundation::storage::provider::detail {
 
 /// Everything below a folder, each folder before what it holds, named by the path from there.
 ///
-/// A folder is listed when its turn comes, and its listing is let go when its last entry has been given. So what is
-/// held at a time are the listings along one path.
+/// A folder is listed when its turn comes, and its listing is released after its last entry. So the walk holds the
+/// listings along one path at a time.
 ///
-/// A folder that the back end reports as a symbolic link is given and not entered, so links that lead back end no walk
-/// in their circle; only the folder where the walk begins may be one. Folders are asked for it when their turn comes.
-/// Where the back end does not say, MaxDepth is the only end.
+/// A folder that the back end reports as a symbolic link is returned but not entered, so a link that leads back up is
+/// no endless walk; only the folder where the walk begins may be a link. The walk asks for each folder when its turn
+/// comes. If the back end does not report links, only MaxFolderDepth ends such a walk.
 ///
-/// A folder that is gone by then, or is no folder any more, is passed over. A folder whose listing is refused, fails or
-/// breaks off, and one that lies deeper than MaxDepth, is an error of next(); the rest of it is left out and the walk
-/// continues after it.
+/// A folder that is gone by then, or is no longer a folder, is skipped. A folder whose listing is refused, fails or
+/// breaks off, and one that lies deeper than MaxFolderDepth, is an error of next(). The walk leaves out the rest of
+/// that folder and continues after it.
 class FolderWalk final : public EntrySource {
 public:
-    /// How many folders deep a walk goes. No path of the 4095 bytes that Linux takes is as deep, but a storage in which
-    /// a folder holds itself would have no end.
-    static constexpr std::size_t MaxDepth = 2048;
-
     /// Lists the folder itself at once and throws what that throws. The provider must outlive the walk.
     FolderWalk(const IProvider& provider, const StorageIRI& folder);
     FolderWalk(const FolderWalk& other);

@@ -1,4 +1,4 @@
-// The listings that are made of other listings.
+// The default listings, each made of another listing.
 #include "foundation/storage/provider/IProvider.h"
 
 #include <utility>

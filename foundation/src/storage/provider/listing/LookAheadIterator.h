@@ -9,11 +9,11 @@
 
 namespace foundation::storage::provider::detail {
 
-/// Walks a source that only finds out by trying whether there is more.
+/// Walks a source that knows only by trying whether there is more.
 ///
 /// Nothing is fetched before it is asked for: hasMore() and advance() fetch one entry ahead at most, so both may block.
-/// An error met while looking ahead waits for its turn: hasMore() is true, advance() throws it and stays at the entry
-/// where it was, and the walk goes on behind the error.
+/// An error met while looking ahead waits for its turn: hasMore() is true, advance() throws the error and stays at its
+/// entry, and the walk continues after the error.
 class LookAheadIterator final : public IFolderEntryIterator {
 public:
     explicit LookAheadIterator(std::unique_ptr<EntrySource> source);

@@ -13,7 +13,7 @@ namespace foundation::storage::provider::detail {
 /// The entries of a listing whose names fit a pattern. An error of the listing is passed on.
 class MatchingEntries final : public EntrySource {
 public:
-    /// What the pattern has to fit: all of an entry's name, or what follows its last slash.
+    /// What must match the pattern: all of an entry's name, or what follows its last slash.
     enum class Part { WholeName, LastName };
 
     MatchingEntries(std::unique_ptr<IFolderEntryIterator> entries, Wildcards wildcards, Part part);

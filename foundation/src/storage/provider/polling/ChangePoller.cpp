@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "foundation/log/basic_diagnostic_logger.h"
+#include "storage/provider/polling/Log.h"
 
 namespace foundation::storage::provider::detail {
 
@@ -15,22 +15,17 @@ namespace {
 
 using log::Severity;
 
-log::basic_diagnostic_logger<char>& logger() {
-    static log::basic_diagnostic_logger<char> instance("foundation::storage");
-    return instance;
-}
-
-/// Writes what is being caught.
+/// Logs the exception being handled.
 void logCaught(const char* what, const StorageIRI& location) noexcept {
     try {
         FOUNDATION_LOG(logger(), Severity::Caught)
             << what << location << ": " << boost::current_exception_diagnostic_information();
     } catch (...) {
-        // No memory for the text; the thread has to go on all the same.
+        // No memory for the text. The thread continues without the record.
     }
 }
 
-/// Later than anyone waits, and within what the clock can hold.
+/// Longer than anyone waits, and small enough for the clock.
 constexpr std::chrono::milliseconds LongestInterval = std::chrono::hours(24 * 365);
 
 /// Details have the shape of those that back ends send. Who made the change cannot be known.
@@ -69,7 +64,7 @@ void ChangePoller::start(const StorageIRI& location, const ChangeCallback& callb
         throw Exception(ErrorCode::NotFound, location);
     }
     lock.lock();
-    // Another thread may have started to watch the same location meanwhile.
+    // Another thread may have started to watch the same location in the meantime.
     if (!replace(lock, key, *watch)) {
         add(key, watch);
     }
@@ -89,7 +84,7 @@ bool ChangePoller::replace(Lock& lock, const std::u16string& key, const Watch& w
     if (!onThread()) {
         m_changed.wait(lock, [&] { return m_calling != replaced.get(); });
     }
-    lock.unlock();  // what the replaced callback holds may go now, under no lock
+    lock.unlock();  // the replaced callback is destroyed after this, under no lock
     return true;
 }
 
@@ -111,14 +106,14 @@ void ChangePoller::ensureThread() {
         return;
     }
     if (m_thread.joinable()) {
-        m_thread.join();  // it has let go of the lock for the last time
+        m_thread.join();  // it has released the lock for the last time
     }
     m_thread = std::thread([self = shared_from_this()] { self->run(); });
     m_running = true;
 }
 
 void ChangePoller::stop(const StorageIRI& location) {
-    Callback callback;  // outlives the lock, since what it holds must go under none
+    Callback callback;  // outlives the lock, since it must be destroyed under none
     Lock lock(m_mutex);
     const auto node = m_watches.extract(location.normalized().text());
     if (node.empty()) {
@@ -194,7 +189,7 @@ void ChangePoller::compare(Watch& watch, const StorageIRI& location) {
         watch.known = std::move(*now);
         watch.failing = false;
     } catch (...) {
-        // What cannot be seen is not gone: the last snapshot stays. Told once for a row of failures.
+        // What cannot be seen is not gone: the last snapshot stays. A row of failures is logged once.
         if (!std::exchange(watch.failing, true)) {
             logCaught("Cannot look for changes of ", location);
         }
@@ -217,7 +212,7 @@ void ChangePoller::deliver(Watch& watch, const ChangeEvent& event) {
         (*callback)(event.kind, location, event.child ? location.getChild(*event.child) : location, event.type,
                     unknownOrigin());
     } catch (...) {
-        // Callbacks must not throw. One that does has had its event, and the others are still to be told.
+        // Callbacks must not throw. One that does has had its event; the others still get theirs.
         logCaught("A callback threw at a change of ", location);
     }
     lock.lock();

@@ -17,11 +17,11 @@
 
 namespace foundation::storage::provider::detail {
 
-/// Compares the watched locations of one provider at their intervals and tells what has changed.
+/// Compares the watched locations of one provider at their intervals and reports what has changed.
 ///
-/// One thread looks at all of them in turn. It runs from the first location on until none is left. No lock is held
-/// while the provider or a callback is called. Safe on any thread, the callbacks' included. To start, to stop, and to
-/// find the next location to look at takes the logarithm of their number.
+/// One thread visits them in turn. It runs while any location is watched. It holds no lock while it calls the provider
+/// or a callback. Safe on any thread, the callbacks' included. Starting, stopping, and finding the next location take
+/// the logarithm of their number.
 class ChangePoller final : public std::enable_shared_from_this<ChangePoller> {
 public:
     explicit ChangePoller(const IProvider& provider);
@@ -30,18 +30,18 @@ public:
     ChangePoller(const ChangePoller&) = delete;
     ChangePoller& operator=(const ChangePoller&) = delete;
 
-    /// Begins to watch. For a location that is watched already the callback and the interval are replaced; what is
-    /// known of it stays. When it returns, the replaced callback does not run on any other thread.
+    /// Begins to watch. For a location that is watched already it replaces the callback and the interval; what is known
+    /// of the location stays. When it returns, the replaced callback does not run on any other thread.
     void start(const StorageIRI& location, const ChangeCallback& callback, std::chrono::milliseconds interval);
 
-    /// Watches no more. When it returns, neither a look at the location nor its callback runs on any other thread.
+    /// Ends the watch. When it returns, no other thread reads the location or runs its callback.
     void stop(const StorageIRI& location);
 
-    /// Watches nothing more, and returns when the thread has ended or, if it is the caller, will not touch the provider
+    /// Ends all watches. Returns when the thread has ended or, if the thread is the caller, will not touch the provider
     /// again. Returns how many locations were still watched.
     std::size_t end() noexcept;
 
-    /// False in a child made by fork(), where the thread is missing: there it can only be let go.
+    /// False in a child made by fork(): the thread is missing there, and the poller can do nothing more.
     [[nodiscard]] bool isOfThisProcess() const noexcept;
 
 private:
@@ -58,7 +58,7 @@ private:
         std::chrono::milliseconds interval;
         Queue::Place place;  ///< among those that are due; means nothing once the watch is stopped
         std::stop_source stopped;
-        // Used by the thread alone.
+        // Used only by the thread.
         ChangeSnapshot known;
         bool failing = false;
     };

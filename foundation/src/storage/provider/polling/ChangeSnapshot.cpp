@@ -17,13 +17,13 @@ EntryStamp stampOf(const IProvider& provider, const StorageIRI& location, EntryT
     return {attributes.size(), attributes.lastModified(), attributes.writable()};
 }
 
-/// Whether the error says that a child is not there any more, or not what the listing said.
+/// Whether the error means that a child is gone, or is not what the listing said.
 bool saysGone(const Exception& error) {
     return error.code() == ErrorCode::NotFound || error.code() == ErrorCode::NotAFile ||
            error.code() == ErrorCode::NotAFolder;
 }
 
-/// A folder that is looked at.
+/// A folder being read.
 struct Folder {
     const IProvider& provider;
     const StorageIRI& location;
@@ -44,7 +44,7 @@ std::optional<EntryState> stateOf(const Folder& folder, const FolderEntry& entry
             return std::nullopt;
         }
     } catch (const std::exception&) {
-        // The listing says that the child is there, which is all that can be told of it for now.
+        // The listing says that the child is there. Nothing more is known of it for now.
     }
     return EntryState{entry.type(), rememberedStamp(folder, entry)};
 }
@@ -66,7 +66,7 @@ void sortByName(std::vector<ChildState>& children) {
     children.shrink_to_fit();
 }
 
-/// Empty when `stop` is requested meanwhile.
+/// Empty when `stop` is requested before the end.
 std::optional<std::vector<ChildState>> childrenOf(const Folder& folder, const std::stop_token& stop) {
     std::vector<ChildState> children;
     for (const auto entries = folder.provider.listAll(folder.location); entries->hasMore();) {

@@ -12,7 +12,7 @@
 
 namespace foundation::storage::provider::detail {
 
-/// The attributes by which a change is noticed.
+/// The attributes that show a change.
 struct EntryStamp {
     std::optional<std::uint64_t> size;
     boost::posix_time::ptime lastModified;
@@ -26,7 +26,7 @@ struct EntryState {
     EntryType type = EntryType::File;
     std::optional<EntryStamp> stamp;  ///< empty while the back end has not let it be read
 
-    /// Whether it is known to have changed; what could not be read is not.
+    /// Whether it is known to have changed. What could not be read does not count as changed.
     [[nodiscard]] bool isChanged(const EntryState& later) const {
         return stamp && later.stamp && *stamp != *later.stamp;
     }
@@ -46,11 +46,11 @@ struct ChangeSnapshot {
     [[nodiscard]] const ChildState* find(const std::u16string& name) const;
 };
 
-/// Looks at a location through the provider's own operations.
+/// Reads a location through the provider's own operations.
 ///
-/// Children whose names no location can hold are passed over. One whose attributes cannot be read is taken as it was in
-/// `before`. Empty when `stop` is requested meanwhile. Throws what the provider throws when the location or its listing
-/// cannot be read, so that nothing is taken for gone that cannot be seen.
+/// Skips children whose names no location can hold. Takes a child whose attributes cannot be read as it was in
+/// `before`. Empty when `stop` is requested before the end. Throws what the provider throws when the location or its
+/// listing cannot be read, so that what cannot be seen does not count as gone.
 [[nodiscard]] std::optional<ChangeSnapshot> takeSnapshot(const IProvider& provider, const StorageIRI& location,
                                                          const ChangeSnapshot& before, const std::stop_token& stop);
 

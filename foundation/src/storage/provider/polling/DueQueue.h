@@ -5,7 +5,7 @@
 
 namespace foundation::storage::provider::detail {
 
-/// Items in the order of the times when they are due; of those due at once, in the order in which they came.
+/// Items in the order in which they are due; those due at the same time in the order in which they came.
 ///
 /// Every operation takes the logarithm of the number of items. The items are values that are cheap to move, and unique.
 template <class Time, class Item>
@@ -20,7 +20,7 @@ public:
 
     void remove(Place place) { m_entries.erase(place); }
 
-    /// Gives the item another time, and so another place.
+    /// Changes the item's time, and so its place.
     [[nodiscard]] Place move(Place place, Time due) {
         auto node = m_entries.extract(place);
         node.key() = std::move(due);

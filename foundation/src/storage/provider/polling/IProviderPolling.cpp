@@ -1,4 +1,4 @@
-// Change events for back ends that cannot tell by themselves.
+// Change events for back ends that report none.
 #include "foundation/storage/provider/IProvider.h"
 #include "storage/provider/polling/PollerSlot.h"
 

@@ -1,21 +1,20 @@
 #include "storage/provider/polling/PollerSlot.h"
 
-#include "foundation/log/basic_diagnostic_logger.h"
+#include "storage/provider/polling/Log.h"
 
 namespace foundation::storage::provider::detail {
 
 namespace {
 
-/// Whether there is a poller, and it has a thread to poll with: one of a parent process has none here.
+/// Whether there is a poller that can poll: one of a parent process has no thread here.
 bool isUsable(const PollerHolder* holder) noexcept { return holder != nullptr && holder->poller->isOfThisProcess(); }
 
 void logForgotten(std::size_t locations) noexcept {
     try {
-        static log::basic_diagnostic_logger<char> logger("foundation::storage");
-        FOUNDATION_LOG(logger, log::Severity::Failure)
+        FOUNDATION_LOG(logger(), log::Severity::Failure)
             << "A provider was destroyed while it was polled for changes of " << locations << " locations";
     } catch (...) {
-        // Without memory for a logger there is no record; thrown from a destructor this would end the process.
+        // Without memory for a logger there is no record. A throw from a destructor would end the process.
     }
 }
 
@@ -26,8 +25,7 @@ std::shared_ptr<ChangePoller> pollerOf(const IProvider& provider, PollerSlot& sl
     while (!isUsable(present)) {
         auto made = std::make_unique<PollerHolder>(PollerHolder{std::make_shared<ChangePoller>(provider)});
         if (slot.compare_exchange_strong(present, made.get(), std::memory_order_acq_rel)) {
-            // A holder of the parent process that it took the place of is never freed: another thread may be reading
-            // it.
+            // If it replaced a holder of the parent process, that one is never freed: another thread may be reading it.
             present = made.release();
         }
     }
@@ -42,7 +40,7 @@ std::shared_ptr<ChangePoller> findPoller(const PollerSlot& slot) {
 void endPoller(PollerSlot& slot) noexcept {
     PollerHolder* const present = slot.exchange(nullptr, std::memory_order_acq_rel);
     if (!isUsable(present)) {
-        return;  // One of the parent process is left as it is: neither its locks nor its thread can be let go here.
+        return;  // One of the parent process stays as it is: neither its locks nor its thread can be released here.
     }
     const std::unique_ptr<PollerHolder> holder(present);
     if (const std::size_t locations = holder->poller->end(); locations != 0) {

@@ -2,17 +2,17 @@
 #include <optional>
 #include <utility>
 
+#include "foundation/storage/provider/ClosingStream.h"
 #include "foundation/storage/provider/IProvider.h"
-#include "storage/provider/replacing/ClosingStream.h"
+#include "foundation/storage/provider/ScratchFile.h"
+#include "foundation/storage/provider/StreamCopy.h"
 #include "storage/provider/replacing/ReplacementChecks.h"
-#include "storage/provider/replacing/ScratchFile.h"
-#include "storage/provider/replacing/StreamCopy.h"
 
 namespace foundation::storage::provider {
 
 namespace {
 
-/// Writing alone also keeps a copy from cutting its own source short when two locations lead to one file.
+/// Exclusive, so that a copy does not cut its own source short when two locations lead to one file.
 constexpr ByteStreamOpenOptions ForOverwriting{.content = ByteStreamOpenOptions::Content::Truncate,
                                                .sharing = ByteStreamOpenOptions::Sharing::Exclusive};
 constexpr ByteStreamOpenOptions ForFilling{.sharing = ByteStreamOpenOptions::Sharing::Exclusive};
@@ -29,7 +29,7 @@ bool isCopyOntoItself(const IProvider& provider, const StorageIRI& source, const
     return true;
 }
 
-/// Null if the file is gone.
+/// The stream of the file; null if the file is gone.
 std::unique_ptr<ByteStream> openUnlessGone(const IProvider& provider, const StorageIRI& file) {
     try {
         return provider.openByteStream(file, ForOverwriting);
@@ -41,36 +41,36 @@ std::unique_ptr<ByteStream> openUnlessGone(const IProvider& provider, const Stor
     }
 }
 
-/// Writes over a file that is there; false if it is gone by now, and nothing has happened.
-bool overwrite(const IProvider& provider, detail::StreamEnd from, const StorageIRI& destination) {
+/// Writes over a file that is there. Returns false, and has done nothing, if the file is gone by now.
+bool overwrite(const IProvider& provider, StreamEnd from, const StorageIRI& destination) {
     auto stream = openUnlessGone(provider, destination);
     if (stream == nullptr) {
         return false;
     }
-    detail::ClosingStream to(std::move(stream));
-    detail::copyBytes(from, {*to, destination});
+    ClosingStream to(std::move(stream));
+    copyBytes(from, {*to, destination});
     to.close();
     return true;
 }
 
-/// Whatever is at the destination, nobody has seen a part of the copy there, and nothing has to be taken back.
-void copyThroughScratch(const IProvider& provider, detail::ClosingStream from, const StorageIRI& source,
+/// Copies through a scratch file: nobody sees a part of the copy at the destination, and nothing is to be undone.
+void copyThroughScratch(const IProvider& provider, ClosingStream from, const StorageIRI& source,
                         const StorageIRI& destination, ReplacementPolicy policy) {
-    auto scratch = detail::ScratchFile::beside(provider, destination);
-    scratch.fill([&](detail::StreamEnd to) { detail::copyBytes({*from, source}, to); });
+    auto scratch = ScratchFile::beside(provider, destination);
+    scratch.fill([&](StreamEnd to) { copyBytes({*from, source}, to); });
     from.closeSilently();
     scratch.replaceTarget(policy);
 }
 
-/// For back ends that cannot move files. Once it is created others may open the file as well, so it is not taken back.
+/// Copies in place, for back ends that cannot move files. Others may open the file once it is created, so it stays.
 void copyToNewFile(const IProvider& provider, const StorageIRI& source, const StorageIRI& destination) {
-    const detail::ClosingStream from(provider.openReadOnlyByteStream(source));
+    const ClosingStream from(provider.openReadOnlyByteStream(source));
     provider.createFile(destination);
-    detail::ClosingStream to(provider.openByteStream(destination, ForFilling));
+    ClosingStream to(provider.openByteStream(destination, ForFilling));
     if (to->seek(0, std::ios_base::end) != std::streampos(0)) {
-        throw Exception(ErrorCode::InUse, destination);  // another has written it meanwhile, and keeps it
+        throw Exception(ErrorCode::InUse, destination);  // another writer was faster, and keeps the file
     }
-    detail::copyBytes({*from, source}, {*to, destination});
+    copyBytes({*from, source}, {*to, destination});
     to.close();
 }
 
@@ -78,7 +78,7 @@ void copyToNewFile(const IProvider& provider, const StorageIRI& source, const St
 
 void IProvider::doCopyFile(const StorageIRI& source, const StorageIRI& destination,
                            const ReplacementPolicy& policy) const {
-    detail::ClosingStream from(doOpenReadOnlyByteStream(source));
+    ClosingStream from(doOpenReadOnlyByteStream(source));
     if (isCopyOntoItself(*this, source, destination, policy)) {
         return;
     }
@@ -98,7 +98,7 @@ void IProvider::doCopyFile(const StorageIRI& source, const StorageIRI& destinati
 
 void IProvider::doCopyFileAtomic(const StorageIRI& source, const StorageIRI& destination,
                                  const ReplacementPolicy& policy) const {
-    detail::ClosingStream from(doOpenReadOnlyByteStream(source));
+    ClosingStream from(doOpenReadOnlyByteStream(source));
     if (isCopyOntoItself(*this, source, destination, policy)) {
         return;
     }

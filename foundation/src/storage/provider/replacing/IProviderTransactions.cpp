@@ -1,25 +1,25 @@
-// What replaces a file's content in one step, made of a scratch file and a move.
+// Operations that replace a file's content in one step, by a scratch file and a move.
 #include <utility>
 
+#include "foundation/storage/provider/ClosingStream.h"
 #include "foundation/storage/provider/IProvider.h"
-#include "storage/provider/replacing/ClosingStream.h"
+#include "foundation/storage/provider/ScratchFile.h"
+#include "foundation/storage/provider/StreamCopy.h"
 #include "storage/provider/replacing/ReplacementChecks.h"
 #include "storage/provider/replacing/ReplacingStream.h"
-#include "storage/provider/replacing/ScratchFile.h"
-#include "storage/provider/replacing/StreamCopy.h"
 
 namespace foundation::storage::provider {
 
 namespace {
 
-void copyContent(const IProvider& provider, const StorageIRI& location, detail::StreamEnd to) {
-    const detail::ClosingStream from(provider.openReadOnlyByteStream(location));
-    detail::copyBytes({*from, location}, to);
+void copyContent(const IProvider& provider, const StorageIRI& location, StreamEnd to) {
+    const ClosingStream from(provider.openReadOnlyByteStream(location));
+    copyBytes({*from, location}, to);
     to.stream.seek(0, std::ios_base::beg);
 }
 
-std::unique_ptr<TransactionalStream> openOn(const IProvider& provider, detail::ScratchFile scratch, bool hasContent) {
-    detail::ClosingStream stream = scratch.open();
+std::unique_ptr<TransactionalStream> openOn(const IProvider& provider, ScratchFile scratch, bool hasContent) {
+    ClosingStream stream = scratch.open();
     if (hasContent) {
         scratch.named([&] { copyContent(provider, scratch.target(), {*stream, scratch.location()}); });
     }
@@ -30,7 +30,7 @@ std::unique_ptr<TransactionalStream> openOn(const IProvider& provider, detail::S
 
 std::unique_ptr<TransactionalStream> IProvider::doOpenTransactionalStream(const StorageIRI& location) const {
     const bool present = detail::hasWritableFile(*this, location);
-    return openOn(*this, detail::ScratchFile::beside(*this, location), present);
+    return openOn(*this, ScratchFile::beside(*this, location), present);
 }
 
 std::unique_ptr<TransactionalStream> IProvider::doOpenTransactionalStreamAtScratchLocation(
@@ -39,17 +39,17 @@ std::unique_ptr<TransactionalStream> IProvider::doOpenTransactionalStreamAtScrat
         throw Exception(ErrorCode::InvalidLocation, scratch);
     }
     const bool present = detail::hasWritableFile(*this, location);
-    return openOn(*this, detail::ScratchFile::at(*this, scratch, location), present);
+    return openOn(*this, ScratchFile::at(*this, scratch, location), present);
 }
 
 void IProvider::doTruncateToSize(const StorageIRI& location, std::uint64_t size) const {
     if (detail::requireWritable(*this, location).size() == size) {
         return;
     }
-    auto scratch = detail::ScratchFile::beside(*this, location);
-    scratch.fill([&](detail::StreamEnd to) {
-        const detail::ClosingStream from(doOpenReadOnlyByteStream(location));
-        detail::writeZeros(to, size - detail::copyBytes({*from, location}, to, size));
+    auto scratch = ScratchFile::beside(*this, location);
+    scratch.fill([&](StreamEnd to) {
+        const ClosingStream from(doOpenReadOnlyByteStream(location));
+        writeZeros(to, size - copyBytes({*from, location}, to, size));
     });
     scratch.replaceTarget(ReplacementPolicy::ReplaceExistingFile);
 }

@@ -6,14 +6,14 @@
 
 namespace foundation::storage::provider::detail {
 
-// What is refused before any byte is copied. The move that ends an operation is what decides.
+// Checks that refuse an operation before any byte is copied. The move at its end has the last word.
 
 /// What is at the destination. AlreadyExists if the policy keeps it.
 std::optional<EntryType> requireReplaceable(const IProvider& provider, const StorageIRI& destination,
                                             ReplacementPolicy policy);
 
-/// The attributes of a file that may be written. AccessDenied if it may not: a move may well replace such a file, so
-/// that has to be refused by itself.
+/// The attributes of a file that may be written. AccessDenied if it may not be: the move might replace such a file
+/// without an error.
 FileAttributes requireWritable(const IProvider& provider, const StorageIRI& location);
 
 /// Whether a file is there. Refuses one like requireWritable(), and a folder.

@@ -23,7 +23,7 @@ void ReplacingStream::close() {
     if (!m_stream.isOpen()) {
         return;
     }
-    // Given up until it is known that every byte has arrived.
+    // Discards the file unless every byte is known to have arrived.
     m_outcome = Outcome::GivenUp;
     m_scratch.named([this] { m_stream.close(); });
     m_outcome = Outcome::Open;

@@ -1,15 +1,15 @@
 #pragma once
 
+#include "foundation/storage/provider/ClosingStream.h"
+#include "foundation/storage/provider/ScratchFile.h"
 #include "foundation/storage/provider/TransactionalStream.h"
-#include "storage/provider/replacing/ClosingStream.h"
-#include "storage/provider/replacing/ScratchFile.h"
 
 namespace foundation::storage::provider::detail {
 
 /// A transactional stream that writes to a scratch file and moves that over its target on commit.
 class ReplacingStream final : public TransactionalStream {
 public:
-    /// `stream` is open on the scratch file and stands where the user is to begin.
+    /// `stream` is open on the scratch file, at the position where the user begins.
     ReplacingStream(ScratchFile scratch, ClosingStream stream);
 
     std::streamsize read(char* destination, std::streamsize count) override;
@@ -26,7 +26,7 @@ private:
     [[noreturn]] void refuse() const;
 
     ScratchFile m_scratch;
-    ClosingStream m_stream;  // behind the file, so that it is closed before the file is removed
+    ClosingStream m_stream;  // after the file, so that it is closed before the file is removed
     Outcome m_outcome = Outcome::Open;
 };
 

@@ -1,27 +1,27 @@
-#include "storage/provider/replacing/StreamCopy.h"
+#include "foundation/storage/provider/StreamCopy.h"
 
 #include <algorithm>
 #include <vector>
 
 #include "foundation/storage/provider/Exception.h"
 
-namespace foundation::storage::provider::detail {
+namespace foundation::storage::provider {
 
 namespace {
 
 constexpr std::streamsize BufferSize = std::streamsize{256} * 1024;
 
-/// How many operations in a row may move nothing before a stream is given up.
+/// How many operations in a row may move nothing before the copy fails.
 constexpr int Patience = 100;
 
 constexpr std::streamsize AtEnd = -1;
 
-/// How much of what is left one operation may move.
+/// How many of the remaining bytes one operation may move.
 std::streamsize portionOf(std::uint64_t left) {
     return static_cast<std::streamsize>(std::min(left, static_cast<std::uint64_t>(BufferSize)));
 }
 
-/// Watches over the counts that one stream reports.
+/// Checks the counts that one stream reports.
 class Progress {
 public:
     explicit Progress(const StorageIRI& location) : m_location(location) {}
@@ -41,18 +41,19 @@ private:
     int m_idle = 0;
 };
 
-/// Reads at least one byte; 0 at the end.
-std::streamsize readSome(StreamEnd from, char* destination, std::streamsize asked) {
+}  // namespace
+
+std::streamsize readSome(StreamEnd from, char* destination, std::streamsize count) {
     Progress progress(from.location);
-    std::streamsize count = 0;
-    while (count == 0) {
-        count = from.stream.read(destination, asked);
-        if (count == AtEnd) {
+    std::streamsize read = 0;
+    while (read == 0) {
+        read = from.stream.read(destination, count);
+        if (read == AtEnd) {
             return 0;
         }
-        progress.note(count, asked);
+        progress.note(read, count);
     }
-    return count;
+    return read;
 }
 
 void writeAll(StreamEnd to, const char* source, std::streamsize count) {
@@ -64,8 +65,6 @@ void writeAll(StreamEnd to, const char* source, std::streamsize count) {
         count -= written;
     }
 }
-
-}  // namespace
 
 std::uint64_t copyBytes(StreamEnd from, StreamEnd to, std::uint64_t limit) {
     std::vector<char> buffer(BufferSize);
@@ -90,4 +89,4 @@ void writeZeros(StreamEnd to, std::uint64_t count) {
     }
 }
 
-}  // namespace foundation::storage::provider::detail
+}  // namespace foundation::storage::provider
