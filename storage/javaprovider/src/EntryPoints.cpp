@@ -4,8 +4,8 @@
 
 #include <utility>
 
+#include "JNIUtilsClass.h"
 #include "JNIUtilsEnv.h"
-#include "JNIUtilsInstance.h"
 #include "JNIUtilsLog.h"
 #include "JavaProvider.h"
 #include "JavaProviderFactory.h"

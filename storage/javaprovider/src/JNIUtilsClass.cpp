@@ -2,18 +2,13 @@
 
 #include <algorithm>
 
-#include "JNIUtilsException.h"
 #include "JNIUtilsLog.h"
+#include "JNIUtilsThrow.h"
+#include "TraceSites.h"
 
 namespace storage::javaprovider {
 
 namespace {
-
-/// Hosts filter trace records by this text, which is the same whatever compiler built the library.
-constexpr const char* LoadClassSignature =
-    "class _jclass *__cdecl storage::javaprovider::loadClass(const class storage::javaprovider::JNIEnvPtr &,"
-    "class _jobject *const ,const class std::basic_string<char,struct std::char_traits<char>,"
-    "class std::allocator<char> > &)";
 
 /// The two methods that a walk along the loaders needs.
 struct ClassLoaderMethods {
@@ -60,7 +55,7 @@ jclass loadThroughSystem(const JNIEnvPtr& env, std::string clsName) {
 jmethodID getMethodID(const JNIEnvPtr& env, jclass cls, const std::string& methodName, const std::string& signature) {
     const TraceScope trace(JAVAPROVIDER_TRACE_SITE(JNIUtilsSource));
     FOUNDATION_LOG(logger(), Severity::Arguments) << " methodName=" << methodName << " signature=" << signature;
-    // JNI leaves a look-up on a null class undefined. It has no methods; the Java error that tells why is still
+    // JNI leaves a look-up on a null class undefined. It has no methods; the Java error that says why is still
     // pending.
     jmethodID method = cls != nullptr ? env->GetMethodID(cls, methodName.c_str(), signature.c_str()) : nullptr;
     if (method != nullptr) {
@@ -84,6 +79,23 @@ jclass loadClass(const JNIEnvPtr& env, jobject classLoader, const std::string& c
     FOUNDATION_LOG(logger(), Severity::Arguments) << " clsName=" << clsName;
     jclass result = loadThroughLoaders(env, classLoader, clsName);
     return result != nullptr ? result : loadThroughSystem(env, clsName);
+}
+
+jobject newInstance(const JNIEnvPtr& env, const std::string& className, const InstanceErrors& errors) {
+    jclass cls = env->FindClass(className.c_str());
+    if (cls == nullptr) {
+        throwPendingJavaException(env, errors.classNotFound);
+        return nullptr;
+    }
+    jmethodID constructor = getMethodID(env, cls, "<init>", "()V");
+    if (constructor == nullptr) {
+        return nullptr;
+    }
+    jobject instance = env->NewObject(cls, constructor);
+    if (instance == nullptr) {
+        throwPendingJavaException(env, errors.notConstructed);
+    }
+    return instance;
 }
 
 }  // namespace storage::javaprovider

@@ -38,13 +38,27 @@ using MethodTable = std::map<std::string, jmethodID>;
 
 /// Finds a class through a loader, then through each of its parents, and last with FindClass.
 ///
-/// The loaders get `clsName` as it stands (they expect dots); FindClass gets it with slashes. A null `classLoader`
-/// leaves FindClass alone. The result is a local reference, or null when nobody knows the class. Blocks in Java.
+/// The loaders get `clsName` as it stands (they expect dots); FindClass gets it with slashes. With a null
+/// `classLoader` only FindClass is asked. Returns a local reference, or null when no loader knows the class. Blocks in
+/// Java.
 ///
 /// Hazards:
-///  - Checks and clears no Java exception: one that a loader throws stays pending, also when a later one succeeds, and
-///    the caller deals with it.
+///  - Checks and clears no Java exception: one that a loader throws stays pending, even when a later one succeeds,
+///    and the caller deals with it.
 ///  - Leaves the parent loaders and a few class references to the local frame.
 [[nodiscard]] jclass loadClass(const JNIEnvPtr& env, jobject classLoader, const std::string& clsName);
+
+/// What the errors of newInstance() begin with; empty for the bare Java description.
+struct InstanceErrors {
+    std::string classNotFound;
+    std::string notConstructed;
+};
+
+/// A new object of the class with that slashed name, made with its constructor without arguments: a local reference
+/// that, like the one to the class, is left to the caller's local frame. Null only when Java gave no reason.
+///
+/// Throws AnonymousInternalException<std::runtime_error> with the texts of throwPendingJavaException() when the class
+/// is not found or the constructor throws, and that of getMethodID() when there is no such constructor.
+[[nodiscard]] jobject newInstance(const JNIEnvPtr& env, const std::string& className, const InstanceErrors& errors);
 
 }  // namespace storage::javaprovider

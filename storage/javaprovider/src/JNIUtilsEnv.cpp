@@ -9,6 +9,7 @@ namespace storage::javaprovider {
 
 using foundation::core::except::detail::AnonymousInternalException;
 
+// By value: the handle lives on while it is asked. NOLINTNEXTLINE(performance-unnecessary-value-param)
 JavaVM* getJavaVM(std::shared_ptr<jvm_interface::JVM> jvm) {
     if (!jvm || jvm->getJavaVM() == nullptr) {
         throw AnonymousInternalException<std::runtime_error>(std::runtime_error("JVM remvoed"));

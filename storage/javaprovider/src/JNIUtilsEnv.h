@@ -9,7 +9,7 @@
 
 namespace storage::javaprovider {
 
-/// The running virtual machine behind a handle.
+/// The running virtual machine of a handle.
 ///
 /// Throws AnonymousInternalException<std::runtime_error> "JVM remvoed" (the spelling is deliberate: hosts match it)
 /// when the handle is empty or its machine is gone.
@@ -18,7 +18,7 @@ namespace storage::javaprovider {
 /// The calling thread's JNI environment for the life of one operation; every helper takes it as `const JNIEnvPtr&`.
 ///
 /// Hazards:
-///  - Made on the stack first thing in an operation, before any argument is converted, and used on that thread alone.
+///  - Made on the stack first thing in an operation, before any argument is converted, and used only on that thread.
 ///  - Remembers where its owner keeps the handle instead of sharing it: the owner outlives the guard.
 ///  - With the bundled framework, local references made under it die with it, so what must live longer needs a global
 ///    reference. A host's own JVMWrapper may leave them to the thread's attachment instead.

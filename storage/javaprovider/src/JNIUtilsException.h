@@ -40,15 +40,4 @@ inline void rethrowJavaException(const JNIEnvPtr& env) {
 /// Whether the object is a ProviderException.
 [[nodiscard]] bool isProviderException(LocalRef<jthrowable>& object);
 
-/// Throws AnonymousInternalException<std::runtime_error> with the text.
-[[noreturn]] void throwInternalError(const std::string& text);
-
-/// If a Java exception is pending, clears it and throws AnonymousInternalException<std::runtime_error> with the prefix,
-/// a blank (neither if the prefix is empty) and the exception's toString() text. Otherwise returns.
-void throwPendingJavaException(const JNIEnvPtr& env, const std::string& prefix);
-
-/// The same with the text "Method … with signature … not found.\n" (or "Method … not found.\n") before the description.
-void throwMethodNotFound(const JNIEnvPtr& env, const std::string& name, const std::string& signature);
-void throwMethodNotFound(const JNIEnvPtr& env, const std::string& name);
-
 }  // namespace storage::javaprovider

@@ -26,10 +26,6 @@ struct TraceSite {
     std::uint32_t line;     ///< a number that hosts filter by; not always the line in the file
 };
 
-/// Source names of trace records: the path up to the stem that the files of one subject share.
-inline constexpr const char* JNIUtilsSource = "storage/javaprovider/src/JNIUtils";
-inline constexpr const char* JavaProviderSource = "storage/javaprovider/src/JavaProvider";
-
 /// Writes a record when a function is entered and another when it is left; the latter ends in " [throw]" when an
 /// exception leaves the function. Stands on the stack as the first thing of a traced function.
 ///
@@ -62,9 +58,5 @@ private:
     /// How many exceptions were under way at entry; counted only when the scope writes.
     std::int32_t m_uncaught = 0;
 };
-
-/// The site of the function that names it, with the compiler's own signature and line.
-#define JAVAPROVIDER_TRACE_SITE(source) \
-    (::storage::javaprovider::TraceSite{__PRETTY_FUNCTION__, (source), static_cast<std::uint32_t>(__LINE__)})
 
 }  // namespace storage::javaprovider

@@ -7,7 +7,7 @@ static_assert(sizeof(jchar) == sizeof(char16_t));
 
 namespace {
 
-/// The characters of a Java string, released again also when the copy fails.
+/// The characters of a Java string, released even when the copy fails.
 class StringChars {
 public:
     StringChars(JNIEnv* env, jstring text) : m_env(env), m_text(text), m_chars(env->GetStringChars(text, nullptr)) {}

@@ -1,8 +1,8 @@
 #pragma once
 
-// ThreadSanitizer watches no instruction of the virtual machine, so what Java's monitors and volatiles order between
-// threads looks unordered to it. Where the library relies on such an order it says so here. Every other build has
-// nothing of this.
+// ThreadSanitizer does not see the instructions of the virtual machine, so it does not know the order that Java's
+// monitors and volatiles create between threads. Where the library relies on that order, it declares it with the
+// functions below. In all other builds they do nothing.
 #if defined(__has_feature)
 #if __has_feature(thread_sanitizer)
 #define JAVAPROVIDER_THREADS_ARE_WATCHED
@@ -12,15 +12,14 @@
 
 namespace storage::javaprovider {
 
-/// What Java orders in the life of a callback for events.
+/// The orders that Java keeps in the life of an event callback.
 enum class JavaOrder {
-    HandOverToDelivery,  ///< it is whole before Java has its address
+    HandOverToDelivery,  ///< the callback is complete before Java has its address
     DeliveryToDisposal,  ///< each delivery ends before "dispose" returns
 };
 
-/// What this thread did up to here was done before whatever a thread does after an afterJava() of the same order and
-/// address that it reaches later. If Java does not keep the order, the other thread is there too early, and that is
-/// reported.
+/// Everything before beforeJava() happens-before everything after a later afterJava() with the same order and address.
+/// If Java breaks the order, ThreadSanitizer reports the race.
 inline void beforeJava([[maybe_unused]] JavaOrder order, [[maybe_unused]] const void* callback) noexcept {
 #ifdef JAVAPROVIDER_THREADS_ARE_WATCHED
     __tsan_release(static_cast<char*>(const_cast<void*>(callback)) + static_cast<int>(order));

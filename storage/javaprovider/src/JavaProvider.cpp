@@ -6,10 +6,11 @@
 
 #include "ContractMethods.h"
 #include "JNIUtilsClass.h"
-#include "JNIUtilsException.h"
 #include "JNIUtilsLog.h"
 #include "JNIUtilsRef.h"
+#include "JNIUtilsThrow.h"
 #include "JavaOrder.h"
+#include "TraceSites.h"
 
 namespace storage::javaprovider {
 
@@ -21,7 +22,7 @@ jclass holdClass(const JNIEnvPtr& env, jobject classLoader, const std::string& n
     if (cls == nullptr) {
         throwPendingJavaException(env, "");
     } else if (env->ExceptionCheck() != JNI_FALSE) {
-        // What one loader threw is settled when the next one knows the class; the caller's thread is to stay clean.
+        // What one loader threw does not matter when the next one knows the class. The caller's thread stays clean.
         env->ExceptionClear();
     }
     auto* held = static_cast<jclass>(env->NewGlobalRef(cls));
@@ -42,20 +43,13 @@ void logCaught(const char* message) noexcept {
     try {
         FOUNDATION_LOG(logger(), Severity::Caught) << "Exception caught: " << message;
     } catch (...) {
-        // A host's logger may throw; a destructor has nobody left to report it to.
+        // A host's logger may throw; a destructor can report it to nobody.
     }
 }
 
 }  // namespace
 
-JavaProvider::JavaProvider(std::shared_ptr<jvm_interface::JVM> jvm, jobject provider)
-    : m_jvm(std::move(jvm)),
-      m_provider(nullptr),
-      m_storageUriClass(nullptr),
-      m_folderListEntryClass(nullptr),
-      m_nativePublisherClass(nullptr),
-      m_publisherHandle(nullptr),
-      m_publisherWeak(nullptr) {
+JavaProvider::JavaProvider(std::shared_ptr<jvm_interface::JVM> jvm, jobject provider) : m_jvm(std::move(jvm)) {
     const JNIEnvPtr env(m_jvm);
     // JNI leaves GetObjectClass of null undefined, so the null is not shown to it.
     const LocalRef<jclass> providerClass(env, provider != nullptr ? env->GetObjectClass(provider) : nullptr);

@@ -17,16 +17,15 @@ namespace storage::javaprovider {
 
 /// A storage provider that forwards every operation to one Java object.
 ///
-/// After construction its members are only read (but for the event state), so operations run on any number of threads
-/// at once without a lock; each makes its own JNIEnvPtr. Start requests alone wait for each other, for the set-up of
-/// the publisher and for a publisher that is made anew. Operations block in Java.
+/// After construction its members are only read, except for the event state, so any number of threads may run
+/// operations at once without a lock; each creates its own JNIEnvPtr. Only start requests wait for each other, while
+/// the publisher is set up or created again. Operations block in Java.
 ///
 /// Hazards:
-///  - Not to be destroyed while an operation, a stream that depends on its Java object, or an event delivery is under
-///    way.
-///  - The destructor calls "dispose" on the Java object and takes no notice of an exception from it, which stays
-///    pending on a thread that is attached; on other threads it vanishes with the attachment.
-///  - So does an exception from "hasFeature", which the answer does not tell of.
+///  - Do not destroy it while an operation, a stream that depends on its Java object, or an event delivery is running.
+///  - The destructor calls "dispose" on the Java object and ignores an exception from it. The exception stays pending
+///    on a thread that was attached before; on other threads it disappears with the attachment.
+///  - An exception from "hasFeature" stays pending in the same way; the answer is then false.
 ///  - The Java class ExtendedFeature stays referenced for the rest of the process, on purpose.
 class JavaProvider : public foundation::storage::provider::IConfigurableProvider {
 public:
@@ -37,10 +36,10 @@ public:
     /// Resolves the contract's 22 methods on the object's class and takes its own references to the object and to four
     /// classes of the contract, found through the object's class loader.
     ///
-    /// `provider` is any reference valid on this thread and stays the caller's. A null one leaves, without an error,
-    /// an object whose operations all fail. Throws "JVM remvoed" when the virtual machine is gone; the error of
+    /// `provider` is any reference valid on this thread and stays the caller's. A null one leaves, without an error, an
+    /// object whose operations all fail. Throws "JVM remvoed" when the virtual machine is gone; the error of
     /// getMethodID() for a method that is missing; std::bad_alloc when the object cannot be held; the description of
-    /// the Java error when a class of the contract is missing (the object's reference is then lost to the machine).
+    /// the Java error when a class of the contract is missing (the global reference to the object then leaks).
     JavaProvider(std::shared_ptr<jvm_interface::JVM> jvm, jobject provider);
 
     /// Disposes of the Java object and releases all references but the one to ExtendedFeature. Never throws: what goes
@@ -103,7 +102,7 @@ private:
     ///
     /// Null when Java made none and gave no reason; callers hand it to Java as it is. Throws the method-not-found error
     /// when StorageURI has no constructor from String, and AnonymousInternalException<std::bad_alloc> when Java has no
-    /// memory or the constructor throws; a log record tells which of the two objects could not be made.
+    /// memory or the constructor throws; a log record says which of the two objects could not be made.
     [[nodiscard]] jobject createStorageUri(const JNIEnvPtr& env, const StorageIRI& location) const;
 
     /// The children of a folder that the filter wants: files (true), folders (false) or all (indeterminate).
@@ -124,28 +123,28 @@ private:
 
     void callVoid(const char* name, const StorageIRI& location) const;
     [[nodiscard]] bool callBoolean(const char* name, const StorageIRI& location) const;
-    /// `replaces` tells from the policy whether Java may replace what is at the destination.
+    /// `replaces` says for a policy whether Java may replace what is at the destination.
     void callMove(const char* name, const StorageIRI& source, const StorageIRI& destination,
                   const ReplacementPolicy& policy, bool (*replaces)(ReplacementPolicy)) const;
 
     std::shared_ptr<jvm_interface::JVM> m_jvm;
-    jobject m_provider;
-    jclass m_storageUriClass;
-    jclass m_folderListEntryClass;
-    jclass m_nativePublisherClass;
-    /// Written by the last step of construction only, and never released: whoever holds a feature constant beyond the
-    /// provider's life can count on its class.
+    jobject m_provider = nullptr;
+    jclass m_storageUriClass = nullptr;
+    jclass m_folderListEntryClass = nullptr;
+    jclass m_nativePublisherClass = nullptr;
+    /// Written by the last step of construction only, and never released: a host that holds a feature constant beyond
+    /// the provider's life can count on its class.
     jclass m_extendedFeatureClass;
     MethodTable m_methods;
 
     // The event bridge's state.
     mutable std::unique_ptr<ChangeCallback> m_publisherCallback;
     /// The reference as it was made: good only under the frame and on the thread that made it. Nothing deletes it.
-    mutable jobject m_publisherHandle;
+    mutable jobject m_publisherHandle = nullptr;
     mutable OnceLatch m_registerNativesOnce;
     /// Finds the publisher again on any thread as long as the Java side keeps it. Written under the latch by the
     /// set-up, under the mutex afterwards. The mutex is held while Java makes a publisher, at no other time.
-    mutable jweak m_publisherWeak;
+    mutable jweak m_publisherWeak = nullptr;
     mutable std::mutex m_publisherMutex;
 };
 

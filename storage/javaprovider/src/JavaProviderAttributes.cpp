@@ -9,6 +9,7 @@
 #include "JNIUtilsRef.h"
 #include "JavaProvider.h"
 #include "JavaProviderTime.h"
+#include "TraceSites.h"
 
 namespace storage::javaprovider {
 
@@ -16,20 +17,6 @@ using foundation::storage::provider::FileAttributes;
 using foundation::storage::provider::FolderAttributes;
 
 namespace {
-
-// Hosts filter trace records by these texts and lines, which are the same whatever compiler built the library.
-constexpr TraceSite GetFileAttributesSite = {
-    "class foundation::storage::provider::FileAttributes __cdecl "
-    "storage::javaprovider::JavaProvider::doGetFileAttributes("
-    "const class foundation::storage::provider::StorageIRI &) const",
-    JavaProviderSource, 548};
-constexpr TraceSite GetFolderAttributesSite = {
-    "class foundation::storage::provider::FolderAttributes __cdecl "
-    "storage::javaprovider::JavaProvider::doGetFolderAttributes("
-    "const class foundation::storage::provider::StorageIRI &) const",
-    JavaProviderSource, 575};
-// The signature of this one is the compiler's own; its line is fixed like those above.
-constexpr std::uint32_t SetLastModifiedLine = 718;
 
 // The getters are looked up on the object's own class, so any Java class that has them serves. No look at a pending
 // exception after them: the contract says that they never throw.
@@ -78,7 +65,7 @@ FolderAttributes JavaProvider::doGetFolderAttributes(const StorageIRI& location)
 }
 
 void JavaProvider::doSetLastModified(const StorageIRI& location, const boost::posix_time::ptime& lastModified) const {
-    const TraceScope trace(TraceSite{__PRETTY_FUNCTION__, JavaProviderSource, SetLastModifiedLine});
+    const TraceScope trace(JAVAPROVIDER_TRACE_SITE_AT(JavaProviderSource, SetLastModifiedLine));
     FOUNDATION_LOG(logger(), Severity::Arguments)
         << " iri=" << location << " lastModified=" << LoggedTime{lastModified};
     const JNIEnvPtr env(m_jvm);

@@ -11,6 +11,7 @@
 #include "JNIUtilsException.h"
 #include "JNIUtilsRef.h"
 #include "JNIUtilsText.h"
+#include "JNIUtilsThrow.h"
 #include "JavaOrder.h"
 #include "JavaProvider.h"
 #include "fl/i18n/converter.h"
@@ -77,6 +78,7 @@ void JNICALL nativePublishImpl(JNIEnv* env, jobject /*self*/, jlong handle, jstr
     const StorageIRI secondLocation(std::move(secondText));
     const StorageIRI firstLocation(std::move(firstText));
     const Kind change = toKind(kindWord);
+    // Java keeps the address as a number. NOLINTNEXTLINE(performance-no-int-to-ptr)
     const auto& callback = *reinterpret_cast<const JavaProvider::ChangeCallback*>(handle);
     afterJava(JavaOrder::HandOverToDelivery, &callback);
     callback(change, firstLocation, secondLocation, type, details);
@@ -92,7 +94,7 @@ void JavaProvider::setUpPublisher(const JNIEnvPtr& env, const ChangeCallback& ca
             "(JLjava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;)V"),
         reinterpret_cast<void*>(&nativePublishImpl)};
     if (env->RegisterNatives(m_nativePublisherClass, &publish, 1) < 0) {
-        // The Java error says no more than the message, and nobody after this throw would take it off the thread.
+        // The Java error says no more than the message, and nothing after this throw would clear it.
         env->ExceptionClear();
         throw std::runtime_error("Problem registering native method");
     }

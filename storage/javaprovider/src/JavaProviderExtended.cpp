@@ -8,10 +8,10 @@
 
 #include "JNIUtilsClass.h"
 #include "JNIUtilsException.h"
-#include "JNIUtilsLog.h"
 #include "JNIUtilsRef.h"
 #include "JNIUtilsText.h"
 #include "JavaProvider.h"
+#include "TraceSites.h"
 #include "fl/i18n/text.h"
 
 namespace storage::javaprovider {
@@ -20,23 +20,6 @@ using foundation::storage::provider::ExtendedAttributes;
 using foundation::storage::provider::ProviderStorageInfo;
 
 namespace {
-
-// Hosts filter trace records by these texts and lines, which are the same whatever compiler built the library.
-constexpr TraceSite GetExtendedAttributesSite = {
-    "class foundation::storage::provider::ExtendedAttributes __cdecl "
-    "storage::javaprovider::JavaProvider::doGetExtendedAttributes("
-    "const class foundation::storage::provider::StorageIRI &) const",
-    JavaProviderSource, 655};
-constexpr TraceSite BuildProviderStorageInfoSite = {
-    "class foundation::storage::provider::ProviderStorageInfo __cdecl "
-    "storage::javaprovider::buildProviderStorageInfo("
-    "const class storage::javaprovider::JNIEnvPtr &,class _jobject *const )",
-    JavaProviderSource, 679};
-constexpr TraceSite GetProviderStorageInfoSite = {
-    "class foundation::storage::provider::ProviderStorageInfo __cdecl "
-    "storage::javaprovider::JavaProvider::doGetProviderStorageInfo("
-    "const class foundation::storage::provider::StorageIRI &) const",
-    JavaProviderSource, 696};
 
 jstring callString(const JNIEnvPtr& env, jobject object, jmethodID method) {
     return static_cast<jstring>(env->CallObjectMethod(object, method));

@@ -2,8 +2,8 @@
 
 #include <utility>
 
+#include "JNIUtilsClass.h"
 #include "JNIUtilsEnv.h"
-#include "JNIUtilsInstance.h"
 #include "JavaProvider.h"
 
 namespace storage::javaprovider {
@@ -14,8 +14,8 @@ constexpr const char16_t* Root = u"java://";
 
 }  // namespace
 
-JavaProviderFactory::JavaProviderFactory(std::shared_ptr<jvm_interface::JVM> jvm, const std::string& className)
-    : m_jvm(std::move(jvm)), m_className(className), m_instance(nullptr), m_root(Root) {}
+JavaProviderFactory::JavaProviderFactory(std::shared_ptr<jvm_interface::JVM> jvm, std::string className)
+    : m_jvm(std::move(jvm)), m_className(std::move(className)), m_instance(nullptr), m_root(Root) {}
 
 JavaProviderFactory::JavaProviderFactory(std::shared_ptr<jvm_interface::JVM> jvm, jobject instance)
     : m_jvm(std::move(jvm)), m_instance(instance), m_root(Root) {}

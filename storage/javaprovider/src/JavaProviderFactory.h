@@ -22,7 +22,7 @@ namespace storage::javaprovider {
 class JavaProviderFactory final : public foundation::storage::provider::PhysicalProviderFactory {
 public:
     /// Neither constructor calls Java; a class that does not exist shows in createProvider().
-    JavaProviderFactory(std::shared_ptr<jvm_interface::JVM> jvm, const std::string& className);
+    JavaProviderFactory(std::shared_ptr<jvm_interface::JVM> jvm, std::string className);
     JavaProviderFactory(std::shared_ptr<jvm_interface::JVM> jvm, jobject instance);
 
     ~JavaProviderFactory() override = default;

@@ -8,6 +8,7 @@
 #include "JNIUtilsRef.h"
 #include "JNIUtilsText.h"
 #include "JavaProvider.h"
+#include "TraceSites.h"
 #include "fl/i18n/text.h"
 #include "foundation/core/except/AnonymousInternalException.h"
 

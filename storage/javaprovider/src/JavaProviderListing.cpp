@@ -1,7 +1,6 @@
 // Folder listings: read whole from Java, then walked without it.
 #include <boost/logic/tribool.hpp>
 
-#include <cstdint>
 #include <utility>
 #include <vector>
 
@@ -11,6 +10,7 @@
 #include "JNIUtilsRef.h"
 #include "JNIUtilsText.h"
 #include "JavaProvider.h"
+#include "TraceSites.h"
 #include "foundation/storage/provider/FolderEntryIteratorRangeAdapter.h"
 
 namespace storage::javaprovider {
@@ -19,12 +19,9 @@ using namespace foundation::storage::provider;
 
 namespace {
 
-// The record's line is fixed, so that hosts can filter by it; its signature is the compiler's own.
-constexpr std::uint32_t ListFolderContentsLine = 808;
-
 using ListingIterator = IClonableFolderEntryIterator<FolderEntryIteratorRangeAdapter<std::vector<FolderEntry>>>;
 
-/// The listing iterator's transform: gives back the entry it is given.
+/// The listing iterator's transform: returns its argument.
 struct FolderEntryPassthrough {
     FolderEntry operator()(FolderEntry entry) const { return entry; }
 };
@@ -68,7 +65,7 @@ private:
 
 std::unique_ptr<IFolderEntryIterator> JavaProvider::listFolderContents(const StorageIRI& folder,
                                                                        const boost::logic::tribool& filesWanted) const {
-    const TraceScope trace(TraceSite{__PRETTY_FUNCTION__, JavaProviderSource, ListFolderContentsLine});
+    const TraceScope trace(JAVAPROVIDER_TRACE_SITE_AT(JavaProviderSource, ListFolderContentsLine));
     FOUNDATION_LOG(logger(), Severity::Arguments) << " the_iri=" << folder;
     const JNIEnvPtr env(m_jvm);
     const LocalRef<jobject> uri(env, createStorageUri(env, folder));

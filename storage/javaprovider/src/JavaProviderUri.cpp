@@ -1,18 +1,19 @@
 #include <new>
 #include <string>
 
-#include "JNIUtilsException.h"
 #include "JNIUtilsLog.h"
 #include "JNIUtilsRef.h"
 #include "JNIUtilsText.h"
+#include "JNIUtilsThrow.h"
 #include "JavaProvider.h"
+#include "TraceSites.h"
 
 namespace storage::javaprovider {
 
 namespace {
 
 [[noreturn]] void throwIncomplete() {
-    throwInternalError("The provider was made without a Java object or without the classes of its contract");
+    throwInternalError("The provider has no Java object, or classes of its contract are missing");
 }
 
 void logNoString() { FOUNDATION_LOG(logger(), Severity::Failure) << "Failed to create String for IRI."; }

@@ -35,7 +35,7 @@ public:
 private:
     enum State : int { NotRun = 0, Running = 1, Done = 2 };
 
-    /// Waits for a run under way; whether the caller is to run the action.
+    /// Waits for a run under way. Returns whether the caller must run the action.
     bool begin();
     void finish(State outcome);
 

@@ -7,13 +7,14 @@
 #include "JNIUtilsClass.h"
 #include "JNIUtilsException.h"
 #include "JNIUtilsRef.h"
+#include "JNIUtilsThrow.h"
 
 namespace storage::javaprovider {
 
 namespace {
 
 struct ChannelMethod {
-    const char* prefix;  ///< tells the two overloads of "position" apart in the table
+    const char* prefix;  ///< makes the names of the two overloads of "position" differ in the table
     const char* name;
     const char* signature;
 };
@@ -33,7 +34,7 @@ constexpr std::streamsize MaxCapacity = 0x7fffffff;
 }  // namespace
 
 ProviderChannelByteStream::ProviderChannelByteStream(std::shared_ptr<jvm_interface::JVM> jvm, jobject channel)
-    : m_jvm(std::move(jvm)), m_channel(nullptr) {
+    : m_jvm(std::move(jvm)) {
     const JNIEnvPtr env(m_jvm);
     const LocalRef<jclass> cls(env, env->GetObjectClass(channel));
     for (const auto& [prefix, name, signature] : ChannelMethods) {
@@ -50,13 +51,13 @@ ProviderChannelByteStream::~ProviderChannelByteStream() {
         const JNIEnvPtr env(m_jvm);
         env->DeleteGlobalRef(m_channel);
     } catch (...) {
-        // Without its virtual machine the reference is gone anyway, and a destructor has nobody to tell.
+        // Without its virtual machine the reference is gone anyway, and a destructor can report it to nobody.
     }
 }
 
 jobject ProviderChannelByteStream::channel() const {
     if (m_channel == nullptr) {
-        throwInternalError("The stream was made without a channel");
+        throwInternalError("The stream has no channel");
     }
     return m_channel;
 }

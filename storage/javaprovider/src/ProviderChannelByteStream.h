@@ -11,11 +11,11 @@
 
 namespace storage::javaprovider {
 
-/// A byte stream whose bytes live behind a Java ProviderChannel.
+/// A byte stream over a Java ProviderChannel.
 ///
-/// Keeps no buffer and no position: each operation is one call (a seek two or three) on the channel, and Java reads
-/// from or writes into the caller's own memory. Any thread may use it, one operation at a time. It holds its own share
-/// of the virtual-machine handle and outlives the provider that opened it.
+/// Keeps no buffer and no position: each operation is one call on the channel (a seek one or two), and Java reads from
+/// or writes into the caller's own memory. Any thread may use it, one operation at a time. It holds its own share of
+/// the virtual-machine handle and outlives the provider that opened it.
 ///
 /// Hazards:
 ///  - Destroying it does not close the channel: call close(). What was not closed stays open on the Java side until
@@ -25,8 +25,8 @@ namespace storage::javaprovider {
 ///
 /// Every operation throws foundation::storage::provider::Exception for the Java side's ProviderException,
 /// AnonymousInternalException<std::runtime_error> for any other Java exception or when the virtual machine is gone
-/// ("JVM remvoed"), and blocks in Java. read() and write() also throw
-/// AnonymousInternalException<std::bad_alloc> when Java makes no buffer: for lack of memory, or for a negative count.
+/// ("JVM remvoed"), and blocks in Java. read() and write() also throw AnonymousInternalException<std::bad_alloc> when
+/// Java makes no buffer: for lack of memory, or for a negative count.
 class ProviderChannelByteStream final : public foundation::storage::provider::ByteStream {
 public:
     /// Takes its own reference to the channel; `channel` stays the caller's. Throws the method-not-found error for a
@@ -42,8 +42,8 @@ public:
     /// What Java answered: a count, possibly short of what was given (at most 2147483647 bytes at once).
     std::streamsize write(const char* source, std::streamsize count) override;
 
-    /// Sets the position to `offset` from the base that `way` names; an unknown one counts as the beginning. The
-    /// result is not checked: Java decides about positions before the beginning or past the end.
+    /// Sets the position to `offset` from the base that `way` names; an unknown one counts as the beginning. The result
+    /// is not checked: Java decides about positions before the beginning or past the end.
     std::streampos seek(std::streamoff offset, std::ios_base::seekdir way) override;
 
     void close() override;
@@ -59,7 +59,7 @@ private:
     void setPosition(const JNIEnvPtr& env, jlong position) const;
 
     std::shared_ptr<jvm_interface::JVM> m_jvm;
-    jobject m_channel;
+    jobject m_channel = nullptr;
     MethodTable m_methods;
 };
 

@@ -12,7 +12,7 @@
 namespace storage::javaprovider::test {
 
 /// A test of one of the bridge's helpers: a guard of the library stands, and its own calls are forgotten already, so
-/// that the recorder shows the calls of the helper alone.
+/// that the recorder shows only the calls of the helper.
 ///
 /// What a helper leaves to the guard's local frame is released before the fixture looks for what is left over.
 class BridgeTest : public RecordedJvmTest {

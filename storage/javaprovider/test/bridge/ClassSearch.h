@@ -10,7 +10,7 @@
 
 namespace storage::javaprovider::test {
 
-/// A test of the search for a class through loaders that answer as they are told (the fixture class ScriptedLoader).
+/// A test of the search for a class through loaders with set answers (the fixture class ScriptedLoader).
 class ClassSearchTest : public BridgeTest {
 protected:
     static constexpr const char* Fixture = "com/corvallen/storage/test/ScriptedLoader";

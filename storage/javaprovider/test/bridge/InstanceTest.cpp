@@ -3,7 +3,7 @@
 #include <stdexcept>
 
 #include "BridgeTest.h"
-#include "JNIUtilsInstance.h"
+#include "JNIUtilsClass.h"
 #include "foundation/core/except/AnonymousInternalException.h"
 #include "support/JavaHelpers.h"
 

@@ -42,10 +42,6 @@ protected:
         EXPECT_EQ(error->location().text(), location);
         EXPECT_FALSE(isAnyPending());
     }
-
-    jthrowable foreign(const std::string& method, const std::string& text) {
-        return static_cast<jthrowable>(callStaticObject(env(), ForeignErrors, method, {text}));
-    }
 };
 
 TEST_F(ProviderErrorTest, NothingPendingIsNothingAndOneQuestion) {
@@ -164,13 +160,7 @@ TEST_F(ProviderErrorTest, ReleasesEachReferenceInItsTurn) {
 
 TEST_F(ProviderErrorTest, IsExaminedWhileItIsPendingAndClearedAtTheEnd) {
     static_cast<void>(translate("NOT_FOUND", u"java://a"));
-    const auto calls = recorder.records();
-    ASSERT_GT(calls.size(), 2U);
-    for (std::size_t i = 0; i + 1 < calls.size(); ++i) {
-        EXPECT_TRUE(calls[i].pendingBefore) << calls[i].toString();
-    }
-    EXPECT_EQ(calls[calls.size() - 2].name(), "ExceptionClear");
-    EXPECT_FALSE(calls.back().pendingBefore);
+    expectExaminedWhilePending();
 }
 
 TEST_F(ProviderErrorTest, MethodsAreAskedOfTheExceptionItself) {

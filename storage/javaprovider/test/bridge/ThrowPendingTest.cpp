@@ -6,7 +6,7 @@
 #include <stdexcept>
 
 #include "BridgeTest.h"
-#include "JNIUtilsException.h"
+#include "JNIUtilsThrow.h"
 #include "foundation/core/except/AnonymousInternalException.h"
 
 namespace storage::javaprovider::test {

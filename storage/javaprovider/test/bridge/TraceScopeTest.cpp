@@ -22,7 +22,7 @@ using ::testing::IsEmpty;
 
 constexpr TraceSite Site{"void traced(int)", "some/source/file", 321};
 
-/// A test of the scope alone; no Java is needed.
+/// A test of the scope by itself; it needs no Java.
 class TraceScopeTest : public ::testing::Test {
 protected:
     void TearDown() override { EXPECT_EQ(depth(), 0U) << "the indentation did not come back"; }
@@ -154,15 +154,18 @@ TEST_F(TraceScopeTest, RecordsCarryFileAndLine) {
     EXPECT_THAT(places, ElementsAre(place, place));
 }
 
+/// What a sink does that fails at the records of exits.
+void failAtExit(const boost::log::record_view& record, bool& failed) {
+    if (boost::log::extract_or_default<Severity>("Severity", record, Severity{}) == Severity::Exit) {
+        failed = true;
+        throw std::runtime_error("the disk is full");
+    }
+}
+
 TEST_F(TraceScopeTest, SinkThatFailsAtTheExitCostsThatRecordOnly) {
     bool failed = false;
     const LogCapture log(Enter | Exit);
-    const RecordHook hook([&](const boost::log::record_view& record) {
-        if (boost::log::extract_or_default<Severity>("Severity", record, Severity{}) == Severity::Exit) {
-            failed = true;
-            throw std::runtime_error("the disk is full");
-        }
-    });
+    const RecordHook hook([&](const boost::log::record_view& record) { failAtExit(record, failed); });
     const auto traced = [] { const TraceScope scope(Site); };
     EXPECT_NO_THROW(traced());
     EXPECT_TRUE(failed);
@@ -171,12 +174,7 @@ TEST_F(TraceScopeTest, SinkThatFailsAtTheExitCostsThatRecordOnly) {
 TEST_F(TraceScopeTest, SinkThatFailsWhileAnExceptionLeavesDoesNotEndTheProcess) {
     bool failed = false;
     const LogCapture log(Enter | Exit);
-    const RecordHook hook([&](const boost::log::record_view& record) {
-        if (boost::log::extract_or_default<Severity>("Severity", record, Severity{}) == Severity::Exit) {
-            failed = true;
-            throw std::runtime_error("the disk is full");
-        }
-    });
+    const RecordHook hook([&](const boost::log::record_view& record) { failAtExit(record, failed); });
     const auto traced = [] {
         const TraceScope scope(Site);
         throw std::logic_error("from inside");

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "JNIUtilsException.h"
+#include "support/JavaHelpers.h"
 
 namespace storage::javaprovider::test {
 
@@ -47,6 +48,20 @@ std::exception_ptr TranslationTest::translate(jthrowable exception) {
 
 std::exception_ptr TranslationTest::translate(const std::string& kind, const std::u16string& text) {
     return translate(failure(kind, text));
+}
+
+jthrowable TranslationTest::foreign(const std::string& method, const std::string& text) {
+    return static_cast<jthrowable>(callStaticObject(env(), "com/corvallen/storage/test/ForeignErrors", method, {text}));
+}
+
+void TranslationTest::expectExaminedWhilePending() const {
+    const auto calls = recorder.records();
+    ASSERT_GT(calls.size(), 2U);
+    for (std::size_t i = 0; i + 1 < calls.size(); ++i) {
+        EXPECT_TRUE(calls[i].pendingBefore) << calls[i].toString();
+    }
+    EXPECT_EQ(calls[calls.size() - 2].name(), "ExceptionClear");
+    EXPECT_FALSE(calls.back().pendingBefore);
 }
 
 std::vector<std::string> TranslationTest::callsThatFindProviderException() {

@@ -33,6 +33,12 @@ protected:
     [[nodiscard]] std::exception_ptr translate(jthrowable exception);
     [[nodiscard]] std::exception_ptr translate(const std::string& kind, const std::u16string& text = u"");
 
+    /// An exception that the Java class ForeignErrors makes.
+    [[nodiscard]] jthrowable foreign(const std::string& method, const std::string& text);
+
+    /// Expects that the exception was pending at every recorded call until it was cleared, right before the last one.
+    void expectExaminedWhilePending() const;
+
     /// The calls by which the exception's class and its loaders are asked for ProviderException, when they are those of
     /// the class path, which know it by its dotted name only.
     [[nodiscard]] static std::vector<std::string> callsThatFindProviderException();

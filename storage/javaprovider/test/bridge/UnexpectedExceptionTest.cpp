@@ -30,11 +30,6 @@ protected:
     std::string textOf(const std::string& kind, const std::u16string& text = u"") {
         return textOf(failure(kind, text));
     }
-
-    jthrowable foreign(const std::string& method, const std::string& text) {
-        return static_cast<jthrowable>(
-            callStaticObject(env(), "com/corvallen/storage/test/ForeignErrors", method, {text}));
-    }
 };
 
 TEST_F(UnexpectedExceptionTest, NamesItsClassAndItsMessage) {
@@ -164,13 +159,7 @@ TEST_F(UnexpectedExceptionTest, NameIsThatOfItsClassAndMessageItsOwn) {
 
 TEST_F(UnexpectedExceptionTest, IsExaminedWhileItIsPendingAndClearedAtTheEnd) {
     static_cast<void>(translate("runtime", u"x"));
-    const auto calls = recorder.records();
-    ASSERT_GT(calls.size(), 2U);
-    for (std::size_t i = 0; i + 1 < calls.size(); ++i) {
-        EXPECT_TRUE(calls[i].pendingBefore) << calls[i].toString();
-    }
-    EXPECT_EQ(calls[calls.size() - 2].name(), "ExceptionClear");
-    EXPECT_FALSE(calls.back().pendingBefore);
+    expectExaminedWhilePending();
 }
 
 TEST_F(UnexpectedExceptionTest, ErrorOfAContractOfItsOwnIsUnexpected) {

@@ -14,7 +14,7 @@ namespace storage::javaprovider::test {
     return lines;
 }
 
-/// What a recorder tells of the making of a location's Java object.
+/// The lines that a recorder writes when a location's Java object is made.
 [[nodiscard]] inline std::vector<std::string> makingOfUri(const std::string& text) {
     return {"GetMethodID com/corvallen/storage/provider/StorageURI <init>(Ljava/lang/String;)V", "NewString " + text,
             "NewObject com/corvallen/storage/provider/StorageURI <init>(Ljava/lang/String;)V", "DeleteLocalRef"};

@@ -1,16 +1,13 @@
-// What the operations that fetch something from Java have in common.
+// What the operations that fetch something from Java have in common; OperationFailureTest has what they share with all.
 #include <gmock/gmock.h>
 
-#include <boost/date_time/posix_time/posix_time.hpp>
-
-#include <array>
 #include <atomic>
 #include <latch>
 #include <string>
-#include <string_view>
 #include <thread>
 #include <vector>
 
+#include "data/DataOperations.h"
 #include "data/DataTest.h"
 #include "provider/ThrownErrors.h"
 #include "support/JavaHelpers.h"
@@ -18,45 +15,8 @@
 namespace storage::javaprovider::test {
 namespace {
 
-using foundation::storage::provider::ErrorCode;
 using ::testing::ElementsAreArray;
 using ::testing::IsEmpty;
-
-/// One operation, as it is called in the framework and arrives in Java.
-struct DataOperation {
-    const char* name;
-    const char* javaMethod;
-    const char* jniCall;
-    bool traced;
-    void (*run)(const IProvider&, const StorageIRI&);
-
-    [[nodiscard]] std::string pattern() const { return std::string(jniCall) + " " + javaMethod; }
-    /// Whether Java gives an object, which must be released.
-    [[nodiscard]] bool givesObject() const { return std::string_view(jniCall) == "CallObjectMethod"; }
-
-    friend void PrintTo(const DataOperation& operation, std::ostream* out) { *out << operation.name; }
-};
-
-constexpr std::array<DataOperation, 10> DataOperations = {{
-    {"getFileAttributes", "getFileAttributes", "CallObjectMethod", true,
-     [](auto& p, auto& a) { static_cast<void>(p.getFileAttributes(a)); }},
-    {"getFolderAttributes", "getFolderAttributes", "CallObjectMethod", true,
-     [](auto& p, auto& a) { static_cast<void>(p.getFolderAttributes(a)); }},
-    {"setLastModified", "setLastModified", "CallVoidMethod", true,
-     [](auto& p, auto& a) { p.setLastModified(a, boost::posix_time::ptime()); }},
-    {"getExtendedAttributes", "getExtendedAttributes", "CallObjectMethod", true,
-     [](auto& p, auto& a) { static_cast<void>(p.getExtendedAttributes(a)); }},
-    {"getProviderStorageInfo", "getProviderStorageInfo", "CallObjectMethod", true,
-     [](auto& p, auto& a) { static_cast<void>(p.getProviderStorageInfo(a)); }},
-    {"listAll", "listFolder", "CallObjectMethod", true, [](auto& p, auto& a) { static_cast<void>(p.listAll(a)); }},
-    {"listFiles", "listFolder", "CallObjectMethod", true, [](auto& p, auto& a) { static_cast<void>(p.listFiles(a)); }},
-    {"listFolders", "listFolder", "CallObjectMethod", true,
-     [](auto& p, auto& a) { static_cast<void>(p.listFolders(a)); }},
-    {"openByteStream", "getChannel", "CallObjectMethod", false,
-     [](auto& p, auto& a) { static_cast<void>(p.openByteStream(a)); }},
-    {"openReadOnlyByteStream", "getReadOnlyChannel", "CallObjectMethod", false,
-     [](auto& p, auto& a) { static_cast<void>(p.openReadOnlyByteStream(a)); }},
-}};
 
 class DataOperationTest : public DataTest, public ::testing::WithParamInterface<DataOperation> {
 protected:
@@ -69,14 +29,6 @@ protected:
     void run() const { GetParam().run(*provider, location); }
     void failWith(const std::string& kind, const std::string& text) const {
         script::failNext(env(), GetParam().javaMethod, kind, text);
-    }
-
-    void expectUriReleasedLast() const {
-        const auto made = recorder.record("NewObject com/corvallen/storage/provider/StorageURI").resultReference;
-        const auto released = recorder.records({.only = "DeleteLocalRef"});
-        ASSERT_FALSE(released.empty());
-        EXPECT_EQ(released.back().targetReference, made);
-        EXPECT_EQ(recorder.liveLocals(), 0);
     }
 };
 
@@ -98,13 +50,15 @@ TEST_P(DataOperationTest, CallsTheJavaMethodOnceWithTheLocationAndChecksAtOnce) 
 
 TEST_P(DataOperationTest, ReleasesJavasObjectAndThenTheLocation) {
     run();
-    expectUriReleasedLast();
-    if (!GetParam().givesObject()) {
-        return;
+    std::vector<ReferenceNumber> expected = resultsOf("NewObject com/corvallen/storage/provider/StorageURI");
+    if (GetParam().givesObject()) {
+        expected.insert(expected.begin(), recorder.record(GetParam().pattern()).resultReference);
     }
-    const auto released = recorder.records({.only = "DeleteLocalRef"});
-    ASSERT_GE(released.size(), 2U);
-    EXPECT_EQ(released[released.size() - 2].targetReference, recorder.record(GetParam().pattern()).resultReference);
+    const auto gone = released();
+    ASSERT_GE(gone.size(), expected.size());
+    EXPECT_THAT(std::vector<ReferenceNumber>(gone.end() - static_cast<std::ptrdiff_t>(expected.size()), gone.end()),
+                ElementsAreArray(expected));
+    EXPECT_EQ(recorder.liveLocals(), 0);
 }
 
 TEST_P(DataOperationTest, HoldsNoShareOfTheMachineBeyondTheCall) {
@@ -152,44 +106,12 @@ TEST_P(DataOperationTest, ManyThreadsMayCallAtATime) {
 
 // ---- Java throws ----
 
-TEST_P(DataOperationTest, ProviderExceptionBecomesTheFrameworksError) {
-    failWith("ACCESS_DENIED", "java://test/elsewhere");
-    const auto error = thrownBy<ProviderError>([&] { run(); });
-    ASSERT_TRUE(error);
-    EXPECT_EQ(error->code(), ErrorCode::AccessDenied);
-    EXPECT_EQ(error->location(), StorageIRI(u"java://test/elsewhere"));
-    EXPECT_EQ(env()->ExceptionCheck(), JNI_FALSE);
-    expectUriReleasedLast();
-}
-
-TEST_P(DataOperationTest, AnyOtherExceptionIsAnInternalError) {
-    failWith("runtime", "a bug");
-    EXPECT_EQ(internalErrorOf([&] { run(); }),
-              "ProviderCallback threw an unexpected java.lang.IllegalStateException. The message was: a bug");
-    EXPECT_EQ(env()->ExceptionCheck(), JNI_FALSE);
-    expectUriReleasedLast();
-}
-
 TEST_P(DataOperationTest, NothingIsAskedOfAnObjectThatDidNotCome) {
     failWith("NOT_FOUND", "java://test/a");
     EXPECT_TRUE(throwsExactly<ProviderError>([&] { run(); }));
     EXPECT_EQ(recorder.count("GetArrayLength") + recorder.count("CallLongMethod") + recorder.count("NewGlobalRef") +
                   recorder.count("CallBooleanMethod"),
               0U);
-}
-
-TEST_P(DataOperationTest, WorksAgainAfterAFailure) {
-    failWith("UNAVAILABLE", "java://test/a");
-    EXPECT_TRUE(throwsExactly<ProviderError>([&] { run(); }));
-    EXPECT_NO_THROW(run());
-}
-
-TEST_P(DataOperationTest, MemoryThatRunsOutInTheCallIsAnInternalError) {
-    recorder.fail({.call = GetParam().pattern(), .failure = JniFailure::outOfMemory()});
-    EXPECT_EQ(internalErrorOf([&] { run(); }),
-              "ProviderCallback threw an unexpected java.lang.OutOfMemoryError. The message was: made to fail by a "
-              "test");
-    expectUriReleasedLast();
 }
 
 TEST_P(DataOperationTest, FailureIsTracedAsAThrowWhereTheOperationIsTraced) {
@@ -209,46 +131,6 @@ TEST_P(DataOperationTest, RemovedMachineIsTracedAsAThrowWhereTheOperationIsTrace
     if (GetParam().traced) {
         EXPECT_EQ(places[1].text, places[0].text + " [throw]");
     }
-}
-
-// ---- the location ----
-
-TEST_P(DataOperationTest, LocationThatCannotBeMadeEndsTheOperation) {
-    for (const char* step : {"NewString", "NewObject"}) {
-        recorder.clear();
-        recorder.fail({.call = step, .failure = JniFailure::outOfMemory()});
-        EXPECT_TRUE(throwsExactly<InternalBadAlloc>([&] { run(); })) << step;
-        EXPECT_EQ(recorder.count(GetParam().pattern()), 0U) << step;
-        EXPECT_EQ(recorder.liveLocals(), 0) << step;
-    }
-    EXPECT_THAT(javaCalls(), IsEmpty());
-}
-
-TEST_P(DataOperationTest, LocationThatIsNullWithoutReasonIsJavasAffair) {
-    recorder.fail({.call = "NewObject", .failure = JniFailure::silent()});
-    failWith("nullPointer", "no location");
-    EXPECT_EQ(internalErrorOf([&] { run(); }),
-              "ProviderCallback threw an unexpected java.lang.NullPointerException. The message was: no location");
-    EXPECT_EQ(recorder.record(GetParam().pattern()).objectArgument(0), nullptr);
-    EXPECT_EQ(recorder.liveLocals(), 0);
-}
-
-// ---- no machine ----
-
-TEST_P(DataOperationTest, RemovedMachineIsReportedBeforeAnythingElse) {
-    handle->remove();
-    EXPECT_EQ(internalErrorOf([&] { run(); }), "JVM remvoed");
-    EXPECT_THAT(recorder.calls({.allThreads = true}), IsEmpty());
-    EXPECT_THAT(javaCalls(), IsEmpty());
-    handle->restore();
-    EXPECT_NO_THROW(run());
-}
-
-TEST_P(DataOperationTest, RefusedAttachmentIsAnInternalError) {
-    handle->refuseAttachments(true);
-    onFreshThread([&] { EXPECT_TRUE(throwsExactly<InternalError>([&] { run(); })); });
-    EXPECT_THAT(javaCalls(), IsEmpty());
-    handle->refuseAttachments(false);
 }
 
 INSTANTIATE_TEST_SUITE_P(Operations, DataOperationTest, ::testing::ValuesIn(DataOperations),

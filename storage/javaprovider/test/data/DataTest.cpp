@@ -9,7 +9,7 @@ namespace storage::javaprovider::test {
 
 namespace {
 
-/// The native methods of UntypedProvider: what the Java side was told to answer, whatever it is.
+/// The native methods of UntypedProvider: they return the answer set on the Java side, of whatever class.
 jobject JNICALL anyAnswer(JNIEnv* env, jobject self, jobject /*location*/) {
     const JniRecorder::Unrecorded unrecorded;
     jclass cls = env->GetObjectClass(self);

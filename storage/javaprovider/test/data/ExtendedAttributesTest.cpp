@@ -240,7 +240,7 @@ TEST_P(ThrowingAttributeTest, FailsTheWholeOperation) {
     EXPECT_EQ(internalErrorOf([&] { run(); }),
               "ProviderCallback threw an unexpected java.lang.IllegalStateException. The message was: made to fail by "
               "a test");
-    EXPECT_EQ(recorder.count("GetObjectArrayElement"), 2U) << "the third is not looked at";
+    EXPECT_EQ(recorder.count("GetObjectArrayElement"), 2U) << "the third is not read";
     EXPECT_EQ(env()->ExceptionCheck(), JNI_FALSE);
 }
 

@@ -1,4 +1,4 @@
-// The attributes of files and folders, as Java tells them.
+// The attributes of files and folders as Java returns them.
 #include <gmock/gmock.h>
 
 #include <boost/date_time/posix_time/posix_time.hpp>
@@ -32,7 +32,7 @@ constexpr const char* FolderSignature =
     "foundation::storage::provider::StorageIRI &) const";
 constexpr const char* Source = "storage/javaprovider/src/JavaProvider";
 
-/// What a recorder tells of one getter: looked up on the object's class, called, the class released.
+/// The lines that a recorder writes for one getter: it is looked up on the object's class, called, the class released.
 std::vector<std::string> getter(const std::string& owner, const std::string& method, const std::string& call) {
     return {"GetObjectClass", "GetMethodID com/corvallen/storage/" + owner + " " + method, call + " " + method,
             "DeleteLocalRef"};
@@ -240,7 +240,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST_F(FileAttributesTest, ExceptionOfTheLastGetterStaysPending) {
     useOddValue("FailingSize");
     EXPECT_NO_THROW(askForFile());
-    EXPECT_EQ(recorder.count("ExceptionCheck"), 1U) << "after the provider's method alone";
+    EXPECT_EQ(recorder.count("ExceptionCheck"), 1U) << "only after the provider's method";
     EXPECT_EQ(takePendingException(env()), "java.lang.IllegalStateException: no size");
     useOddValue("FailingLastModified");
     EXPECT_NO_THROW(askForFolder());

@@ -59,7 +59,7 @@ TEST_P(MissingEntryGetterTest, IsTracedAsAThrow) {
 TEST_P(MissingEntryGetterTest, DoesNotMatterToAnEmptyFolder) {
     removeGetter();
     EXPECT_THAT(all(), IsEmpty());
-    EXPECT_EQ(recorder.faultsLeft(), 1U) << "nobody looked";
+    EXPECT_EQ(recorder.faultsLeft(), 1U) << "no call took it";
     recorder.clear();
 }
 
@@ -76,7 +76,7 @@ TEST_F(ListingTest, ExceptionOfAGetterIsNotLookedForAndStaysPending) {
         recorder.fail(
             {.call = getter, .occurrence = 3, .failure = JniFailure::exception("java/lang/IllegalStateException")});
         EXPECT_EQ(all().size(), 3U) << getter;
-        EXPECT_EQ(recorder.count("ExceptionCheck"), 1U) << "after the provider's method alone";
+        EXPECT_EQ(recorder.count("ExceptionCheck"), 1U) << "only after the provider's method";
         EXPECT_EQ(takePendingException(env()), "java.lang.IllegalStateException: made to fail by a test");
     }
 }

@@ -56,7 +56,7 @@ TEST_F(SeekTest, FromTheEndAsksForTheSize) {
     EXPECT_THAT(recorder.calls(), ElementsAre("PushLocalFrame", "CallLongMethod size()J", "ExceptionCheck",
                                               "CallVoidMethod position(J)V", "ExceptionCheck", "PopLocalFrame"));
     EXPECT_THAT(javaCalls(), ElementsAre("size", "position 90"));
-    EXPECT_EQ(seek(10, std::ios_base::end), std::streampos(110)) << "past the end is Java's affair";
+    EXPECT_EQ(seek(10, std::ios_base::end), std::streampos(110)) << "Java decides about positions past the end";
 }
 
 TEST_F(SeekTest, ByNothingFromTheCurrentPositionStillSetsIt) {

@@ -1,4 +1,4 @@
-// Capacity and occupied space of the storage behind a location.
+// Capacity and occupied space of the storage that holds a location.
 #include <gmock/gmock.h>
 
 #include <cstdint>
@@ -108,7 +108,7 @@ TEST_F(StorageInfoTest, MissingGettersAreReportedBeforeAnyIsCalled) {
 TEST_F(StorageInfoTest, ExceptionOfAGetterStaysPending) {
     useOddValue("FailingOccupied");
     EXPECT_NO_THROW(run());
-    EXPECT_EQ(recorder.count("ExceptionCheck"), 1U) << "after the provider's method alone";
+    EXPECT_EQ(recorder.count("ExceptionCheck"), 1U) << "only after the provider's method";
     EXPECT_EQ(takePendingException(env()), "java.lang.IllegalStateException: no idea");
 }
 

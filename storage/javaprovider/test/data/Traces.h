@@ -50,7 +50,7 @@ template <class Action>
     try {
         std::forward<Action>(action)();
     } catch (const std::exception&) {
-        // The exit record tells.
+        // The exit record shows it.
     }
     return places;
 }

@@ -142,7 +142,7 @@ TEST_P(TransferTest, BufferThatCannotBeMadeForWantOfMemoryIsABadAlloc) {
     EXPECT_EQ(env()->ExceptionCheck(), JNI_FALSE);
 }
 
-TEST_P(TransferTest, BufferThatIsNullWithoutReasonIsJavasAffair) {
+TEST_P(TransferTest, BufferThatIsNullWithoutReasonIsLeftToJava) {
     recorder.fail({.call = "NewDirectByteBuffer", .failure = JniFailure::silent()});
     tell("answerTransfersWith", {"7"});
     EXPECT_EQ(move(4), 7);

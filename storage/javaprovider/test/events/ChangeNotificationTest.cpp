@@ -167,11 +167,11 @@ TEST_F(StopTest, AnyOtherExceptionIsAnInternalError) {
               "ProviderCallback threw an unexpected java.lang.IllegalStateException. The message was: a bug");
 }
 
-TEST_F(StopTest, LocationThatIsNullWithoutReasonIsJavasAffair) {
+TEST_F(StopTest, LocationThatIsNullWithoutReasonIsLeftToJava) {
     recorder.fail({.call = "NewObject", .failure = JniFailure::silent()});
     EXPECT_NO_THROW(stop());
     EXPECT_THAT(javaCalls(), ElementsAre("stopPublishingEventsFor null"));
-    EXPECT_EQ(recorder.count("DeleteLocalRef"), 1U) << "the text's alone";
+    EXPECT_EQ(recorder.count("DeleteLocalRef"), 1U) << "only the text's";
     recorder.clear();
     recorder.fail({.call = "NewObject", .failure = JniFailure::silent()});
     EXPECT_NO_THROW(start(log.callback()));

@@ -120,7 +120,7 @@ protected:
         handle->remove();
         EXPECT_NO_THROW(configure(settings));
         handle->restore();
-        EXPECT_EQ(handle->lookups(), lookups) << "nobody looks for the machine";
+        EXPECT_EQ(handle->lookups(), lookups) << "the machine is not asked for";
         EXPECT_THAT(recorder.calls({.allThreads = true}), IsEmpty());
         EXPECT_THAT(javaCalls(), IsEmpty());
     }

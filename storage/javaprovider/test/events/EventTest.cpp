@@ -1,6 +1,11 @@
 #include "events/EventTest.h"
 
+#include <atomic>
+#include <exception>
+#include <latch>
 #include <stdexcept>
+#include <thread>
+#include <vector>
 
 #include "JavaProvider.h"
 #include "support/JavaHelpers.h"
@@ -54,6 +59,25 @@ std::unique_ptr<IProvider> EventTest::makePublishing() {
     auto made = std::make_unique<JavaProvider>(handle, backEnd);
     env()->DeleteLocalRef(backEnd);
     return made;
+}
+
+int EventTest::failuresOfStartsAtOnce(int threads) {
+    std::latch begin(threads);
+    std::atomic<int> failed = 0;
+    {
+        std::vector<std::jthread> running;
+        for (int i = 0; i < threads; ++i) {
+            running.emplace_back([&] {
+                begin.arrive_and_wait();
+                try {
+                    start(log.callback());
+                } catch (const std::exception&) {
+                    ++failed;
+                }
+            });
+        }
+    }
+    return failed;
 }
 
 void EventTest::tell(const std::string& what, const std::vector<std::string>& texts) const {

@@ -38,7 +38,7 @@ struct Event {
     EntryType type{};
     boost::property_tree::ptree details;
 
-    /// The details as key and value, in order; a value that has children of its own is not told.
+    /// The details as key and value, in order; children of a value are left out.
     [[nodiscard]] std::vector<std::pair<std::string, std::string>> entries() const;
 };
 
@@ -67,7 +67,9 @@ protected:
 
     /// Starts change notification on java://test/a.
     void start(const ChangeCallback& callback) const { provider->startChangeNotification(location, callback); }
-    /// Tells the Java side something about publishers; see its class.
+    /// Starts it from that many threads at the same time, with the log's callback. Returns how many requests threw.
+    [[nodiscard]] int failuresOfStartsAtOnce(int threads);
+    /// Calls a method of the Java class Publishers.
     void tell(const std::string& what, const std::vector<std::string>& texts = {}) const;
     /// The Java side publishes one event through the publisher that it was handed last, on this thread.
     void publish(const std::string& kind = "SelfModified", const std::string& type = "File") const;

@@ -162,7 +162,7 @@ TEST_F(NativePublishTest, UnknownKindIsAPlainError) {
         EXPECT_EQ(textThrownBy<std::runtime_error>([&] { publish({.kind = word}); }), "Java provider: Unknown kind.");
     }
     EXPECT_EQ(log.size(), 0U);
-    EXPECT_EQ(env()->ExceptionCheck(), JNI_FALSE) << "Java is told nothing";
+    EXPECT_EQ(env()->ExceptionCheck(), JNI_FALSE) << "no exception goes back to Java";
 }
 
 TEST_F(NativePublishTest, UnknownEntryTypeIsAPlainError) {

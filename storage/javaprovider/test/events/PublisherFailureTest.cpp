@@ -1,13 +1,9 @@
 // A publisher that cannot be made, and the next request that tries again.
 #include <gmock/gmock.h>
 
-#include <atomic>
-#include <latch>
 #include <memory>
 #include <stdexcept>
 #include <string>
-#include <thread>
-#include <vector>
 
 #include "events/EventTest.h"
 #include "provider/ThrownErrors.h"
@@ -100,22 +96,7 @@ TEST_F(PublisherFailureTest, RegistrationMayBeRefusedManyTimes) {
 TEST_F(PublisherFailureTest, OneOfManyThreadsFailsAndTheOthersGoOn) {
     constexpr int Threads = 16;
     recorder.fail({.call = "RegisterNatives", .failure = JniFailure::silent(), .anyThread = true});
-    std::latch begin(Threads);
-    std::atomic<int> failed = 0;
-    {
-        std::vector<std::jthread> threads;
-        for (int i = 0; i < Threads; ++i) {
-            threads.emplace_back([&] {
-                begin.arrive_and_wait();
-                try {
-                    start(log.callback());
-                } catch (const std::runtime_error&) {
-                    ++failed;
-                }
-            });
-        }
-    }
-    EXPECT_EQ(failed, 1) << "whoever ran the set-up; who waited was woken and tried again";
+    EXPECT_EQ(failuresOfStartsAtOnce(Threads), 1) << "one ran the set-up and failed; another woke and tried again";
     EXPECT_EQ(recorder.countOnAllThreads("RegisterNatives"), 2U);
     EXPECT_EQ(publishers().size(), Threads - 1U);
     EXPECT_THAT(publishers(), Each("0"));

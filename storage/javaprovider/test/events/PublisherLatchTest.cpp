@@ -66,7 +66,7 @@ class PublisherLatchTest : public EventTest {
 protected:
     static constexpr std::size_t Waiting = 4;
 
-    /// One thread makes the publisher and is held; others ask meanwhile, and then all go on.
+    /// One thread makes the publisher and is held while others ask for it; then all go on.
     void askWhileHeld(bool throws) {
         CopyGate gate;
         gate.throws = throws;

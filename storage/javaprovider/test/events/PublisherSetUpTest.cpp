@@ -1,11 +1,8 @@
 // The one-time making of the publisher: its steps, and who gets its events.
 #include <gmock/gmock.h>
 
-#include <atomic>
-#include <latch>
 #include <memory>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "JavaProvider.h"
@@ -224,22 +221,7 @@ TEST_F(PublisherSetUpTest, EmptyCallbackIsTakenAsItIs) {
 
 TEST_F(PublisherSetUpTest, SixtyFourThreadsAtATimeSetItUpOnce) {
     constexpr int Threads = 64;
-    std::latch begin(Threads);
-    std::atomic<int> failed = 0;
-    {
-        std::vector<std::jthread> threads;
-        for (int i = 0; i < Threads; ++i) {
-            threads.emplace_back([&] {
-                begin.arrive_and_wait();
-                try {
-                    start(log.callback());
-                } catch (const std::exception&) {
-                    ++failed;
-                }
-            });
-        }
-    }
-    EXPECT_EQ(failed, 0);
+    EXPECT_EQ(failuresOfStartsAtOnce(Threads), 0);
     EXPECT_EQ(recorder.countOnAllThreads("RegisterNatives"), 1U);
     EXPECT_EQ(recorder.countOnAllThreads("NewObject com/corvallen/storage/provider/NativePublisher"), 1U);
     EXPECT_EQ(recorder.countOnAllThreads("NewLocalRef"), Threads - 1U);

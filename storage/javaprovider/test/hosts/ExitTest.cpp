@@ -135,7 +135,7 @@ TEST(ExitTest, StreamsOutliveTheirProvider) {
     expectSilentExit([](const fs::path& data) {
         Life life(data);
         life.provider.reset();
-        // The provider's disposal closes its channels; what the stream says to that is the back end's affair.
+        // The provider's disposal closes its channels; the back end decides what the stream does then.
         try {
             life.stream->write("x", 1);
         } catch (const std::runtime_error&) {

@@ -12,7 +12,7 @@
 
 namespace storage::javaprovider::test {
 
-/// How a host's process ended, and what it left behind.
+/// How a host's process ended, and what it wrote.
 struct HostEnd {
     int status = 0;                  ///< as waitpid() gives it
     std::string output;              ///< what it, and every child of it, wrote to stdout and stderr

@@ -73,7 +73,7 @@ void expectSignalsAreCaught(pthread_t thread) {
     }
 }
 
-// The handlers interrupt system calls instead of having them restarted, as sigaction() does when not told otherwise.
+// The handlers are installed without SA_RESTART, so that they interrupt system calls.
 TEST(SignalsTest, HandlersInstalledAfterTheStartAreCalledWhileAThreadWorksInJava) {
     expectSilentExit([](const fs::path& data) {
         const auto jvm = startMachine();

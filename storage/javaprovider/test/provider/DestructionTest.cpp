@@ -63,7 +63,7 @@ TEST_F(DestructionTest, KeepsTheReferenceToExtendedFeature) {
     const auto made = makeRecorded();
     provider.reset();
     EXPECT_EQ(recorder.liveGlobals(), 1);
-    // The reference is alive, so it may be looked at.
+    // The reference is still valid, so the test may use it.
     auto* kept = static_cast<jclass>(const_cast<void*>(made.at(4).result));
     const JniRecorder::Unrecorded unrecorded;
     jclass feature = findClass(env(), "com/corvallen/storage/provider/ExtendedFeature");

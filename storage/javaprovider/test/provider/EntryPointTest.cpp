@@ -20,7 +20,6 @@ using foundation::storage::provider::IConfigurableProvider;
 using ::testing::AnyOf;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-using ::testing::SizeIs;
 using ::testing::StartsWith;
 
 class EntryPointTest : public ProviderTest {
@@ -55,14 +54,7 @@ TEST_F(EntryPointTest, ClassNameGivesAWorkingProvider) {
 
 TEST_F(EntryPointTest, ClassIsFoundInstantiatedAndHandedOver) {
     const auto provider = build(ScriptedProviderClass);
-    const auto calls = recorder.calls();
-    ASSERT_THAT(calls, SizeIs(::testing::Ge(6U)));
-    EXPECT_THAT(std::vector(calls.begin(), calls.begin() + 6),
-                ElementsAre("PushLocalFrame", std::string("FindClass ") + ScriptedProviderClass,
-                            std::string("GetMethodID ") + ScriptedProviderClass + " <init>()V",
-                            std::string("NewObject ") + ScriptedProviderClass + " <init>()V", "PushLocalFrame",
-                            "GetObjectClass"));
-    EXPECT_EQ(recorder.record("GetObjectClass").targetReference, recorder.record("NewObject").resultReference);
+    expectClassFoundInstantiatedAndHandedOver();
 }
 
 TEST_F(EntryPointTest, ClassAndObjectAreLeftToTheFrameWhichReleasesThem) {

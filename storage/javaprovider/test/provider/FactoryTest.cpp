@@ -94,14 +94,7 @@ TEST_F(FactoryTest, ClassNameGivesADistinctObjectForEachProvider) {
 
 TEST_F(FactoryTest, ClassIsFoundInstantiatedAndHandedOver) {
     const auto provider = factoryOf(ScriptedProviderClass)->createProvider();
-    const auto calls = recorder.calls();
-    ASSERT_GE(calls.size(), 6U);
-    EXPECT_THAT(std::vector(calls.begin(), calls.begin() + 6),
-                ElementsAre("PushLocalFrame", std::string("FindClass ") + ScriptedProviderClass,
-                            std::string("GetMethodID ") + ScriptedProviderClass + " <init>()V",
-                            std::string("NewObject ") + ScriptedProviderClass + " <init>()V", "PushLocalFrame",
-                            "GetObjectClass"));
-    EXPECT_EQ(recorder.record("GetObjectClass").targetReference, recorder.record("NewObject").resultReference);
+    expectClassFoundInstantiatedAndHandedOver();
 }
 
 TEST_F(FactoryTest, ProviderOutlivesTheFactory) {

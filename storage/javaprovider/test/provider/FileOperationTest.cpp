@@ -1,4 +1,5 @@
-// What the nine operations on files and folders have in common.
+// What the nine operations on files and folders have in common. What they share with all operations when something
+// fails stands in OperationFailureTest.
 #include <gmock/gmock.h>
 
 #include <memory>
@@ -6,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "data/CallLines.h"
+#include "data/References.h"
 #include "provider/Operations.h"
 #include "provider/ProviderTest.h"
 #include "provider/ThrownErrors.h"
@@ -17,7 +20,6 @@ namespace {
 using foundation::storage::provider::ErrorCode;
 using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
-using ::testing::IsEmpty;
 
 class FileOperationTest : public ProviderTest, public ::testing::WithParamInterface<Operation> {
 protected:
@@ -35,22 +37,16 @@ protected:
     [[nodiscard]] static std::size_t locations() { return GetParam().isMove ? 2 : 1; }
 
     /// The references that the operation's own StorageURI objects were.
-    [[nodiscard]] std::vector<ReferenceNumber> uris() const {
-        std::vector<ReferenceNumber> numbers;
-        for (const JniCall& call : recorder.records({.only = "NewObject"})) {
-            numbers.push_back(call.resultReference);
-        }
-        return numbers;
-    }
+    [[nodiscard]] std::vector<ReferenceNumber> uris() const { return resultsOf(recorder, "NewObject"); }
 
     /// The last references that were released are the URIs, the one made last first.
     void expectUrisReleasedLastInReverse() const {
         const auto made = uris();
         ASSERT_EQ(made.size(), locations());
-        const auto released = recorder.records({.only = "DeleteLocalRef"});
+        const auto released = releasedLocals(recorder);
         ASSERT_GE(released.size(), made.size());
         for (std::size_t i = 0; i < made.size(); ++i) {
-            EXPECT_EQ(released[released.size() - 1 - i].targetReference, made[i]) << "location " << i;
+            EXPECT_EQ(released[released.size() - 1 - i], made[i]) << "location " << i;
         }
         EXPECT_EQ(recorder.liveLocals(), 0);
     }
@@ -58,27 +54,15 @@ protected:
     std::unique_ptr<IProvider> provider;
 };
 
-std::vector<std::string> makingOfUri(const std::string& text) {
-    return {"GetMethodID com/corvallen/storage/provider/StorageURI <init>(Ljava/lang/String;)V", "NewString " + text,
-            "NewObject com/corvallen/storage/provider/StorageURI <init>(Ljava/lang/String;)V", "DeleteLocalRef"};
-}
-
 std::vector<std::string> wholeOperation(const Operation& operation) {
-    std::vector<std::string> lines = {"PushLocalFrame"};
-    for (const auto& line : makingOfUri("java://test/a")) {
-        lines.push_back(line);
-    }
-    if (operation.isMove) {
-        for (const auto& line : makingOfUri("java://test/b")) {
-            lines.push_back(line);
-        }
-    }
-    lines.insert(lines.end(), {operation.line(), "ExceptionCheck", "DeleteLocalRef"});
-    if (operation.isMove) {
-        lines.emplace_back("DeleteLocalRef");
-    }
-    lines.emplace_back("PopLocalFrame");
-    return lines;
+    using Lines = std::vector<std::string>;
+    const bool isMove = operation.isMove;
+    return joined({{"PushLocalFrame"},
+                   makingOfUri("java://test/a"),
+                   isMove ? makingOfUri("java://test/b") : Lines(),
+                   {operation.line(), "ExceptionCheck", "DeleteLocalRef"},
+                   isMove ? Lines{"DeleteLocalRef"} : Lines(),
+                   {"PopLocalFrame"}});
 }
 
 // ---- success ----
@@ -127,28 +111,11 @@ TEST_P(FileOperationTest, MakesNoGlobalReference) {
 
 // ---- Java throws ----
 
-TEST_P(FileOperationTest, ProviderExceptionBecomesTheFrameworksError) {
-    failWith("ACCESS_DENIED", "java://test/elsewhere");
-    const auto error = thrownBy<ProviderError>([&] { run(); });
-    ASSERT_TRUE(error);
-    EXPECT_EQ(error->code(), ErrorCode::AccessDenied);
-    EXPECT_EQ(error->location(), StorageIRI(u"java://test/elsewhere"));
-    EXPECT_EQ(env()->ExceptionCheck(), JNI_FALSE);
-}
-
 TEST_P(FileOperationTest, SubclassOfProviderExceptionCountsAsOne) {
     failWith("own:IN_USE", "java://test/a");
     const auto error = thrownBy<ProviderError>([&] { run(); });
     ASSERT_TRUE(error);
     EXPECT_EQ(error->code(), ErrorCode::InUse);
-}
-
-TEST_P(FileOperationTest, AnyOtherExceptionIsAnInternalError) {
-    failWith("runtime", "a bug in the back end");
-    EXPECT_EQ(internalErrorOf([&] { run(); }),
-              "ProviderCallback threw an unexpected java.lang.IllegalStateException. The message was: a bug in the "
-              "back end");
-    EXPECT_EQ(env()->ExceptionCheck(), JNI_FALSE);
 }
 
 TEST_P(FileOperationTest, CheckedExceptionAndErrorAreInternalErrorsToo) {
@@ -195,46 +162,7 @@ TEST_P(FileOperationTest, HundredFailuresLeaveNothingBehind) {
     EXPECT_EQ(recorder.liveChars(), 0);
 }
 
-TEST_P(FileOperationTest, WorksAgainAfterAFailure) {
-    failWith("UNKNOWN", "java://test/a");
-    EXPECT_TRUE(throwsExactly<ProviderError>([&] { run(); }));
-    EXPECT_NO_THROW(run());
-}
-
 // ---- the call itself fails ----
-
-TEST_P(FileOperationTest, MemoryThatRunsOutInTheCallIsAnInternalError) {
-    recorder.fail({.call = GetParam().line(), .failure = JniFailure::outOfMemory()});
-    EXPECT_EQ(internalErrorOf([&] { run(); }),
-              "ProviderCallback threw an unexpected java.lang.OutOfMemoryError. The message was: made to fail by a "
-              "test");
-    EXPECT_EQ(env()->ExceptionCheck(), JNI_FALSE);
-}
-
-TEST_P(FileOperationTest, EachLocationThatCannotBeMadeEndsTheOperation) {
-    for (std::size_t n = 1; n <= locations(); ++n) {
-        for (const char* step : {"NewString", "NewObject"}) {
-            recorder.clear();
-            recorder.fail({.call = step, .occurrence = n, .failure = JniFailure::outOfMemory()});
-            EXPECT_TRUE(throwsExactly<InternalBadAlloc>([&] { run(); })) << step << " " << n;
-            EXPECT_EQ(recorder.count(GetParam().jniCall), 0U);
-            EXPECT_EQ(recorder.liveLocals(), 0);
-        }
-    }
-    EXPECT_THAT(javaCalls(), IsEmpty());
-}
-
-TEST_P(FileOperationTest, LocationThatIsNullWithoutReasonIsJavasAffair) {
-    for (std::size_t n = 1; n <= locations(); ++n) {
-        recorder.clear();
-        recorder.fail({.call = "NewObject", .occurrence = n, .failure = JniFailure::silent()});
-        failWith("nullPointer", "no location");
-        EXPECT_EQ(internalErrorOf([&] { run(); }),
-                  "ProviderCallback threw an unexpected java.lang.NullPointerException. The message was: no location");
-        EXPECT_EQ(recorder.record(GetParam().line()).objectArgument(n - 1), nullptr);
-        EXPECT_EQ(recorder.liveLocals(), 0);
-    }
-}
 
 TEST_P(FileOperationTest, EveryCallThatRunsOutOfMemoryEndsCleanly) {
     run();
@@ -268,27 +196,11 @@ TEST_P(FileOperationTest, EveryCallThatFailsWithoutReasonEndsCleanly) {
 
 // ---- no machine ----
 
-TEST_P(FileOperationTest, RemovedMachineIsReportedBeforeAnythingElse) {
-    handle->remove();
-    EXPECT_EQ(internalErrorOf([&] { run(); }), "JVM remvoed");
-    EXPECT_THAT(recorder.calls({.allThreads = true}), IsEmpty());
-    EXPECT_THAT(javaCalls(), IsEmpty());
-    handle->restore();
-    EXPECT_NO_THROW(run());
-}
-
 TEST_P(FileOperationTest, MachineThatGoesAwayDuringTheOperationIsNotAskedForAgain) {
     handle->removeAfter(2);
     EXPECT_NO_THROW(run());
     EXPECT_EQ(internalErrorOf([&] { run(); }), "JVM remvoed");
     handle->restore();
-}
-
-TEST_P(FileOperationTest, RefusedAttachmentIsAnInternalError) {
-    handle->refuseAttachments(true);
-    onFreshThread([&] { EXPECT_TRUE(throwsExactly<InternalError>([&] { run(); })); });
-    EXPECT_THAT(javaCalls(), IsEmpty());
-    handle->refuseAttachments(false);
 }
 
 INSTANTIATE_TEST_SUITE_P(Operations, FileOperationTest, ::testing::ValuesIn(Operations),

@@ -1,103 +1,22 @@
 // The operations on real files, through the shared library and the ready back end for the default file system.
-#include <gmock/gmock.h>
-
 #include <boost/property_tree/ptree.hpp>
 
 #include <algorithm>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <functional>
-#include <iterator>
-#include <memory>
 #include <mutex>
-#include <stdexcept>
-#include <string>
 #include <utility>
 #include <vector>
 
-#include "fl/i18n/text.h"
 #include "foundation/storage/provider/IConfigurableProvider.h"
-#include "provider/ThrownErrors.h"
-#include "storage/javaprovider/EntryPoints.h"
+#include "provider/NioEndToEndTest.h"
 #include "support/Eventually.h"
-#include "support/JvmTest.h"
 
 namespace storage::javaprovider::test {
 namespace {
 
-namespace fs = std::filesystem;
 using foundation::storage::events::Kind;
 using foundation::storage::provider::EntryType;
-using foundation::storage::provider::ErrorCode;
 using foundation::storage::provider::ExtendedFeature;
-using foundation::storage::provider::IProvider;
 using foundation::storage::provider::ReplacementPolicy;
-using foundation::storage::provider::StorageIRI;
-
-/// A new folder below the system's folder for temporary files, removed with all it holds at the end.
-class TemporaryFolder {
-public:
-    TemporaryFolder() {
-        std::string pattern = (fs::temp_directory_path() / "javaprovider-XXXXXX").string();
-        if (::mkdtemp(pattern.data()) == nullptr) {
-            throw std::runtime_error("cannot make " + pattern);
-        }
-        m_path = pattern;
-    }
-    ~TemporaryFolder() {
-        std::error_code ignored;  // what is left behind is in the folder for temporary files
-        fs::remove_all(m_path, ignored);
-    }
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-    [[nodiscard]] const fs::path& path() const noexcept { return m_path; }
-
-private:
-    fs::path m_path;
-};
-
-std::string contentOf(const fs::path& file) {
-    std::ifstream in(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
-
-class NioEndToEndTest : public RecordedJvmTest {
-protected:
-    void SetUp() override {
-        RecordedJvmTest::SetUp();
-        provider.reset(buildProvider(jvm(), "com/corvallen/storage/backend/nio/NioProvider"));
-        recorder.keepCalls(false);
-    }
-
-    /// The location of a path below the temporary folder.
-    [[nodiscard]] StorageIRI at(const std::string& name) const {
-        const StorageIRI parent(u"java://" + fl::i18n::to_ustring(folder.path().string()));
-        return parent.getChild(fl::i18n::to_ustring(name));
-    }
-    [[nodiscard]] StorageIRI at(const std::string& parent, const std::string& name) const {
-        return at(parent).getChild(fl::i18n::to_ustring(name));
-    }
-    [[nodiscard]] fs::path file(const std::string& name, const std::string& content = "content") const {
-        std::ofstream(folder.path() / name, std::ios::binary) << content;
-        return folder.path() / name;
-    }
-    [[nodiscard]] fs::path subfolder(const std::string& name) const {
-        fs::create_directories(folder.path() / name);
-        return folder.path() / name;
-    }
-    /// The action fails with that code, about that location.
-    void expectError(ErrorCode code, const StorageIRI& about, const std::function<void()>& action) const {
-        const auto error = thrownBy<ProviderError>(action);
-        ASSERT_TRUE(error);
-        EXPECT_EQ(toString(error->code()), toString(code));
-        EXPECT_EQ(error->location().normalized(), about.normalized());
-    }
-
-    const TemporaryFolder folder;
-    std::unique_ptr<IProvider> provider;
-};
 
 // ---- events, features, configuration ----
 
@@ -137,55 +56,6 @@ TEST_F(NioEndToEndTest, ContentCacheIsSwitchedByConfiguration) {
     ASSERT_TRUE(error);
     EXPECT_EQ(toString(error->code()), toString(ErrorCode::NotSupported));
 }
-
-// ---- names ----
-
-class NameTest : public NioEndToEndTest, public ::testing::WithParamInterface<std::pair<const char*, const char*>> {
-protected:
-    [[nodiscard]] static std::string name() { return GetParam().second; }
-    [[nodiscard]] fs::path path() const { return folder.path() / name(); }
-};
-
-TEST_P(NameTest, FileIsCreatedFoundMovedAndRemoved) {
-    provider->createFile(at(name()));
-    EXPECT_TRUE(fs::is_regular_file(path()));
-    EXPECT_TRUE(provider->fileExists(at(name())));
-    EXPECT_FALSE(provider->folderExists(at(name())));
-    provider->moveFile(at(name()), at(name() + "2"));
-    EXPECT_FALSE(fs::exists(path()));
-    EXPECT_TRUE(fs::exists(folder.path() / (name() + "2")));
-    provider->removeFile(at(name() + "2"));
-    EXPECT_TRUE(fs::is_empty(folder.path()));
-}
-
-TEST_P(NameTest, FolderIsCreatedFoundMovedAndRemoved) {
-    provider->createFolder(at(name()));
-    EXPECT_TRUE(fs::is_directory(path()));
-    EXPECT_TRUE(provider->folderExists(at(name())));
-    EXPECT_FALSE(provider->fileExists(at(name())));
-    provider->createFile(at(name(), name()));
-    provider->moveFolder(at(name()), at(name() + "2"));
-    EXPECT_TRUE(provider->fileExists(at(name() + "2", name())));
-    provider->removeFolderRecursive(at(name() + "2"));
-    EXPECT_TRUE(fs::is_empty(folder.path()));
-}
-
-TEST_P(NameTest, ErrorNamesTheLocation) {
-    const auto error = thrownBy<ProviderError>([&] { provider->removeFile(at(name())); });
-    ASSERT_TRUE(error);
-    EXPECT_EQ(error->code(), ErrorCode::NotFound);
-    EXPECT_EQ(fl::i18n::to_string(error->location().getName()), name());
-}
-
-INSTANTIATE_TEST_SUITE_P(Names, NameTest,
-                         ::testing::Values(std::pair{"Plain", "plain.txt"}, std::pair{"Space", "a name with blanks"},
-                                           std::pair{"Percent", "100%"}, std::pair{"Escape", "a%20b"},
-                                           std::pair{"Hash", "c#"}, std::pair{"Question", "why?"},
-                                           std::pair{"Umlauts", "\u00FCml\u00E4ute"}, std::pair{"Emoji", "\U0001F600"},
-                                           std::pair{"Quotes", "\"quoted\" 'too'"}, std::pair{"Brackets", "[a]{b}|^`"},
-                                           std::pair{"Colon", "a:b"}, std::pair{"Backslash", "a\\b"},
-                                           std::pair{"Plus", "a+b&c=d;e"}, std::pair{"Dots", "...x"}),
-                         [](const auto& tested) { return std::string(tested.param.first); });
 
 // ---- error codes ----
 

@@ -23,9 +23,9 @@ struct Operation {
     void on(const IProvider& provider) const {
         run(provider, StorageIRI(u"java://test/a"), StorageIRI(u"java://test/b"));
     }
-    /// The call as a recorder tells of it.
+    /// The call as a recorder writes it.
     [[nodiscard]] std::string line() const { return std::string(jniCall) + " " + method + signature; }
-    /// The call as the script of the Java object tells of it; moves keep what exists.
+    /// The call as the script of the Java object writes it; moves keep what exists.
     [[nodiscard]] std::string javaLine() const {
         return std::string(method) + " java://test/a" + (isMove ? " java://test/b false" : "");
     }

@@ -1,5 +1,7 @@
 #include "provider/ProviderTest.h"
 
+#include <gmock/gmock.h>
+
 #include <algorithm>
 #include <array>
 #include <string_view>
@@ -44,6 +46,17 @@ void ProviderTest::expectNothingElseLeftToFrames() {
                     std::any_of(m_mayBeLeft.begin(), m_mayBeLeft.end(), begins))
             << "left to a frame: " << left;
     }
+}
+
+void ProviderTest::expectClassFoundInstantiatedAndHandedOver() const {
+    const auto calls = recorder.calls();
+    ASSERT_GE(calls.size(), 6U);
+    EXPECT_THAT(std::vector(calls.begin(), calls.begin() + 6),
+                ::testing::ElementsAre("PushLocalFrame", std::string("FindClass ") + ScriptedProviderClass,
+                                       std::string("GetMethodID ") + ScriptedProviderClass + " <init>()V",
+                                       std::string("NewObject ") + ScriptedProviderClass + " <init>()V",
+                                       "PushLocalFrame", "GetObjectClass"));
+    EXPECT_EQ(recorder.record("GetObjectClass").targetReference, recorder.record("NewObject").resultReference);
 }
 
 jobject ProviderTest::newBackEnd() const {

@@ -33,15 +33,19 @@ protected:
     void SetUp() override;
     void TearDown() override;
 
-    /// A new scripted back end; a local reference that the recorder knows nothing of.
+    /// A new scripted back end; a local reference that the recorder does not know.
     [[nodiscard]] jobject newBackEnd() const;
     /// A provider over a new scripted back end. Nothing of its making is left in the recorder.
     [[nodiscard]] std::unique_ptr<IProvider> makeProvider();
 
+    /// Expects that the recorded calls begin with the search for the scripted class, its constructor, and the making of
+    /// a provider over the new object.
+    void expectClassFoundInstantiatedAndHandedOver() const;
+
     [[nodiscard]] std::vector<std::string> javaCalls() const { return script::calls(env()); }
 
-    /// From now on operations of this test may leave local references to their frames that calls made which begin so.
-    /// Those that operations always leave are known.
+    /// From now on, operations of this test may leave to their frames local references made by calls that begin like
+    /// this. Those that operations always leave are known.
     void mayLeave(const std::string& call) { m_mayBeLeft.push_back(call); }
 
     std::shared_ptr<FakeJVM> handle;

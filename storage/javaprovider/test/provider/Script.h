@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-/// What was done to scripted back ends, and what they are told to do. Every function needs an attached thread.
+/// Records what was asked of scripted back ends, and sets what they do. Every function needs an attached thread.
 namespace storage::javaprovider::test::script {
 
 /// Forgets calls, answers and failures.

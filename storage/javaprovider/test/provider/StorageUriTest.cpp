@@ -164,7 +164,7 @@ TEST_F(StorageUriTest, ObjectThatIsMissingWithoutReasonGoesToJavaAsNull) {
     EXPECT_THAT(log.records(), ElementsAre(LogRecord{Severity::Failure, NoUri, 0}));
     EXPECT_EQ(recorder.record("CallVoidMethod createFile").objectArgument(0), nullptr);
     EXPECT_THAT(javaCalls(), ElementsAre("createFile null"));
-    EXPECT_EQ(recorder.count("DeleteLocalRef"), 1U) << "the string alone";
+    EXPECT_EQ(recorder.count("DeleteLocalRef"), 1U) << "only the string";
 }
 
 TEST_F(StorageUriTest, EmptyLocationWithoutObjectLogsBothLines) {
@@ -278,7 +278,7 @@ TEST_F(RogueStorageUriTest, ProviderWithoutObjectFailsWithAClearError) {
     EXPECT_EQ(internalErrorOf([&] {
                   static_cast<void>(static_cast<const IProvider&>(provider).fileExists(StorageIRI(u"java://test/a")));
               }),
-              "The provider was made without a Java object or without the classes of its contract");
+              "The provider has no Java object, or classes of its contract are missing");
     EXPECT_EQ(recorder.liveLocals(), 0);
 }
 

@@ -42,7 +42,7 @@ protected:
         ProviderTest::TearDown();
     }
 
-    /// Makes a provider, uses it and destroys it; tells after each step whether the thread is attached.
+    /// Makes a provider, uses it and destroys it; notes after each step whether the thread is attached.
     [[nodiscard]] std::vector<bool> attachedAfterEachStep() {
         std::vector<bool> attached;
         auto provider = std::make_unique<JavaProvider>(handle, backEnd);
@@ -59,7 +59,7 @@ protected:
 
     void expectWholeLife() const {
         EXPECT_THAT(javaCalls(), ElementsAre("createFile java://test/a", "fileExists java://test/a", "dispose"));
-        EXPECT_EQ(recorder.liveGlobals(), 1) << "the kept class alone";
+        EXPECT_EQ(recorder.liveGlobals(), 1) << "only the kept class";
     }
 
     jobject backEnd = nullptr;

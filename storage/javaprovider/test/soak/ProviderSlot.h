@@ -10,8 +10,8 @@
 
 namespace storage::javaprovider::test {
 
-/// The provider that all threads of a soak use, which any of them may replace. Who still has the old one destroys it
-/// with its last operation. Safe from any thread.
+/// The provider that all threads of a soak use, which any of them may replace. The last operation on the old
+/// provider destroys it. Safe from any thread.
 class ProviderSlot {
 public:
     using ProviderPtr = std::shared_ptr<foundation::storage::provider::IProvider>;

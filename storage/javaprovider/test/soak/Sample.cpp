@@ -65,7 +65,7 @@ jint JNICALL countRoot(jvmtiHeapReferenceKind kind, const jvmtiHeapReferenceInfo
     return 0;
 }
 
-/// HotSpot tells the constants of compiled Java methods that are on a stack as local references too.
+/// HotSpot also reports constants of compiled Java methods on a stack as local references.
 bool isReference(jvmtiEnv* jvmti, jmethodID method) {
     jboolean native = JNI_TRUE;
     if (method != nullptr) {

@@ -27,7 +27,7 @@ std::ostream& operator<<(std::ostream& out, const Sample& sample);
 /// Takes samples of this process and of the virtual machine in it.
 class Sampler {
 public:
-    /// Needs an attached thread. Throws std::runtime_error when the machine cannot tell its references.
+    /// Needs an attached thread. Throws std::runtime_error when the machine cannot list its references.
     /// One at a time.
     explicit Sampler(JavaVM* vm);
     ~Sampler();

@@ -5,8 +5,8 @@
 
 namespace storage::javaprovider::test {
 
-/// Counts the weak global references of a virtual machine from the moment it is made: the machine tells them to nobody,
-/// so this puts functions of its own before the two that make and delete them. Safe from any thread.
+/// Counts the weak global references of a virtual machine from the moment it is made. The machine does not report them,
+/// so this replaces the two functions that make and delete them. Safe from any thread.
 ///
 /// Hazard: one at a time, and none together with a JniRecorder.
 class WeakReferences {

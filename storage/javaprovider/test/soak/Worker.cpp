@@ -29,7 +29,7 @@ constexpr ByteStreamOpenOptions CreateIfMissing{.creation = ByteStreamOpenOption
 
 std::u16string numbered(char16_t letter, unsigned number) { return {letter, static_cast<char16_t>(u'0' + number)}; }
 
-/// Clears what an operation leaves behind on an attached thread, as hosts must.
+/// Clears the exception that an operation leaves on an attached thread, as hosts must.
 class ExceptionCleared {
 public:
     explicit ExceptionCleared(JavaVM* vm) : m_vm(vm) {}

@@ -17,8 +17,8 @@ struct ContractMethod {
 
 inline void PrintTo(const ContractMethod& method, std::ostream* out) { *out << method.name; }
 
-/// All of them, in the order in which they are looked up. Written down a second time, apart from the library, so that
-/// a slip there is found.
+/// All of them, in the order in which they are looked up. Written a second time, apart from the library's own table, so
+/// that a mistake there is found.
 inline constexpr std::array<ContractMethod, 22> ContractMethods{{
     {"fileExists", "(Lcom/corvallen/storage/provider/StorageURI;)Z"},
     {"folderExists", "(Lcom/corvallen/storage/provider/StorageURI;)Z"},

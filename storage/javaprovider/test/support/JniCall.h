@@ -51,7 +51,7 @@ struct JniCall {
     /// The name of the function, without the suffix of its variants: "CallVoidMethod", "NewObject".
     [[nodiscard]] std::string_view name() const noexcept { return function->name; }
 
-    /// One line. The name alone, or the name, a blank and
+    /// One line: only the name, or the name, a space and
     ///  - FindClass: the class as it was asked for
     ///  - IsInstanceOf, ThrowNew: the class ("java/lang/String")
     ///  - GetMethodID, GetStaticMethodID: class, blank, name and signature: "java/util/HashMap <init>()V"

@@ -6,7 +6,7 @@
 
 namespace storage::javaprovider::test {
 
-/// What a call that fails on purpose leaves behind, beside null (or a negative number, where the function gives one).
+/// What a call that fails on purpose leaves pending, beside null (or a negative number, where the function gives one).
 struct JniFailure {
     std::string exceptionClass;  ///< the exception left pending, with slashes; empty: nothing is pending
 

@@ -6,7 +6,6 @@
 #include <stdexcept>
 #include <string>
 
-#include "support/AttachedScope.h"
 #include "support/FixtureNames.h"
 #include "support/JavaHelpers.h"
 #include "support/JvmTest.h"
@@ -16,9 +15,8 @@ namespace storage::javaprovider::test {
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
-/// What a recorder writes down.
+/// What a recorder notes of a call.
 class JniRecorderTest : public RecordedJvmTest {
 protected:
     jstring text(const std::u16string& units) { return javaString(env(), units); }
@@ -215,98 +213,6 @@ TEST_F(JniRecorderTest, ReferencesCanBeFollowedThroughCalls) {
     EXPECT_EQ(deleted.at(0).targetReference, recorder.record("NewStringUTF second").resultReference);
     EXPECT_EQ(deleted.at(1).targetReference, recorder.record("NewStringUTF first").resultReference);
     EXPECT_NE(deleted.at(0).targetReference, 0U);
-}
-
-TEST_F(JniRecorderTest, CallsOfTheRuntimesOwnLibrariesAreNot) {
-    // Looking at a folder runs native code of the Java runtime that finds classes and makes strings.
-    const jclass file = env()->FindClass("java/io/File");
-    const jmethodID constructor = env()->GetMethodID(file, "<init>", "(Ljava/lang/String;)V");
-    const jobject folder = env()->NewObject(file, constructor, text(u"/"));
-    const jmethodID list = env()->GetMethodID(file, "list", "()[Ljava/lang/String;");
-    recorder.clear();
-    recorder.fail({.call = "NewString", .failure = JniFailure::silent()});
-
-    const jobject names = env()->CallObjectMethod(folder, list);
-    ASSERT_NE(names, nullptr);
-    EXPECT_GT(env()->GetArrayLength(static_cast<jobjectArray>(names)), 0);
-    EXPECT_THAT(recorder.calls({.allThreads = true}),
-                ElementsAre("CallObjectMethod list()[Ljava/lang/String;", "GetArrayLength"));
-    EXPECT_EQ(recorder.liveLocals(), 1);
-
-    recorder.clear();
-    env()->PushLocalFrame(1);
-    env()->PopLocalFrame(nullptr);
-    for (const jobject reference : {names, folder, jobject{file}}) {
-        const JniRecorder::Unrecorded unrecorded;
-        env()->DeleteLocalRef(reference);
-    }
-}
-
-TEST_F(JniRecorderTest, CallsOfANativeMethodThatJavaCallsBackAre) {
-    const jclass fixture = findClass(env(), fixture::NativeCallback);
-    JNINativeMethod method{const_cast<char*>("callBack"), const_cast<char*>("()V"),
-                           reinterpret_cast<void*>(+[](JNIEnv* inner, jclass) {
-                               inner->DeleteLocalRef(inner->NewStringUTF("released"));
-                               const jstring left = inner->NewStringUTF("left to the machine");
-                               ASSERT_NE(left, nullptr);  // so that a JNI call is not the very last step
-                           })};
-    ASSERT_EQ(env()->RegisterNatives(fixture, &method, 1), JNI_OK);
-    const jmethodID call = env()->GetStaticMethodID(fixture, "call", "()V");
-    recorder.clear();
-    env()->CallStaticVoidMethod(fixture, call);
-
-    EXPECT_THAT(recorder.calls(),
-                ElementsAre("CallStaticVoidMethod com/corvallen/storage/test/NativeCallback call()V",
-                            "NewStringUTF released", "DeleteLocalRef", "NewStringUTF left to the machine"));
-    EXPECT_EQ(recorder.liveLocals(), 0);
-    const JniRecorder::Unrecorded unrecorded;
-    env()->DeleteLocalRef(fixture);
-}
-
-TEST_F(JniRecorderTest, FiltersChooseThreadsAndKinds) {
-    const ThreadNumber here = thisThread();
-    ThreadNumber there = 0;
-    onFreshThread([&] {
-        const AttachedScope attached(vm());
-        there = thisThread();
-        attached.env()->ExceptionCheck();
-    });
-    env()->PushLocalFrame(4);
-    env()->ExceptionCheck();
-    env()->PopLocalFrame(nullptr);
-
-    ASSERT_NE(here, there);
-    EXPECT_THAT(recorder.calls(), ElementsAre("PushLocalFrame", "ExceptionCheck", "PopLocalFrame"));
-    EXPECT_THAT(recorder.calls({.exceptionChecks = false}), ElementsAre("PushLocalFrame", "PopLocalFrame"));
-    EXPECT_THAT(recorder.calls({.localFrames = false}), ElementsAre("ExceptionCheck"));
-    EXPECT_THAT(recorder.calls({.thread = there}), ElementsAre("ExceptionCheck"));
-    EXPECT_EQ(recorder.calls({.allThreads = true}).size(), 4U);
-    EXPECT_EQ(recorder.countOnAllThreads("ExceptionCheck"), 2U);
-    EXPECT_EQ(recorder.count("ExceptionCheck"), 1U);
-}
-
-TEST_F(JniRecorderTest, PatternsMatchWholeParts) {
-    env()->DeleteLocalRef(env()->FindClass("java/util/HashMap"));
-    EXPECT_EQ(recorder.count("FindClass"), 1U);
-    EXPECT_EQ(recorder.count("FindClass java/util/HashMap"), 1U);
-    EXPECT_EQ(recorder.count("FindClass java/util/Hash"), 0U);
-    EXPECT_EQ(recorder.count("Find"), 0U);
-    EXPECT_THROW((void)recorder.record("NewString"), std::logic_error);
-}
-
-TEST_F(JniRecorderTest, NothingIsKeptWhenCallsAreNotWanted) {
-    recorder.keepCalls(false);
-    const jstring made = env()->NewStringUTF("unseen");
-    EXPECT_THAT(recorder.calls(), IsEmpty());
-    EXPECT_EQ(recorder.liveLocals(), 1);
-    recorder.keepCalls(true);
-    env()->DeleteLocalRef(made);
-    EXPECT_THAT(recorder.calls(), ElementsAre("DeleteLocalRef"));
-}
-
-TEST_F(JniRecorderTest, OnlyOneRecorderLivesAtATime) {
-    EXPECT_EQ(JniRecorder::current(), &recorder);
-    EXPECT_THROW(JniRecorder second(vm()), std::logic_error);
 }
 
 }  // namespace

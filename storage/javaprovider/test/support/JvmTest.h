@@ -12,8 +12,8 @@ namespace storage::javaprovider::test {
 
 /// A test that calls Java: its thread is attached while it runs, and has a local frame for what the test leaves.
 ///
-/// After each test it fails the test when a Java exception is pending, when the thread was detached meanwhile, or when
-/// a recorder is running that says that the thread kept local references.
+/// A test also fails if it ends with a Java exception pending, with its thread detached, or with local references of
+/// its thread that a running recorder counts as kept.
 class JvmTest : public ::testing::Test {
 protected:
     void SetUp() override;

@@ -39,9 +39,9 @@ public:
 
     [[nodiscard]] const JavaNames& names() const noexcept { return m_names; }
 
-    /// Notes that the call is about to be made, and tells whether it is to fail. Completes the call's numbers.
+    /// Notes that the call is about to be made, and returns whether it is to fail. Completes the call's numbers.
     [[nodiscard]] Ticket begin(JniCall& call);
-    /// Notes how it ended. `succeeded` matters for PushLocalFrame alone.
+    /// Notes how it ended. `succeeded` matters only for PushLocalFrame.
     void end(const Ticket& ticket, const JniCall& call, bool succeeded);
 
     [[nodiscard]] std::vector<JniCall> calls(const CallFilter& filter) const;

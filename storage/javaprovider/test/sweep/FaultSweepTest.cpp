@@ -28,8 +28,8 @@ using Uses = SweepOperation::Uses;
 
 constexpr long GlobalsOfProvider = 5;
 
-/// When the variable FAULT_SWEEP_TRACE is set, tells of each point before it is tried, so that the last one is what
-/// ended the process.
+/// When the variable FAULT_SWEEP_TRACE is set, prints each point before it is tried, so that the last one printed is
+/// the one that ended the process.
 void announce(const SweepPoint& point, const std::string& whySkipped) {
     static const bool wanted = std::getenv("FAULT_SWEEP_TRACE") != nullptr;
     if (wanted) {
@@ -71,7 +71,7 @@ protected:
         return run;
     }
 
-    /// Runs the operation and looks at what it leaves to its frames.
+    /// Runs the operation and checks what it leaves to its frames.
     SweepOutcome runCounted(const SweepOperation& operation, SweepStage& stage, bool failing) {
         static_cast<void>(recorder.takeLeftToFrames());
         SweepOutcome outcome = outcomeOf([&] { return operation.run(stage); });
@@ -143,7 +143,7 @@ protected:
         expectFreshStageWorks(operation, good);
     }
 
-    /// The next operations on what the failure left behind.
+    /// Operations on what the failure left.
     void expectStillWorks(const SweepOperation& operation, SweepStage& stage, const SweepOutcome& good) {
         if (operation.repeatable) {
             stage.answerEverything();
@@ -210,8 +210,8 @@ protected:
         EXPECT_EQ(takePendingException(env()), "");
     }
 
-    /// The two methods of ProviderException are looked up once in a process; each failure is told, and the next error
-    /// has them looked up again. This happens while a Java exception is pending: what the search for the class left.
+    /// The two methods of ProviderException are looked up once in a process. A failed look-up is reported, and the next
+    /// error looks them up again. A Java exception is pending then: the one that the search for the class left.
     void sweepFirstProviderError() {
         const std::string left = "java.lang.ClassNotFoundException: com/corvallen/storage/provider/ProviderException";
         for (const std::string method :

@@ -1,4 +1,4 @@
-// What operations ask of the back end, and what they tell it.
+// What operations ask of the back end, and the arguments they pass.
 #include "sweep/SweepRuleParts.h"
 
 namespace storage::javaprovider::test {
@@ -29,7 +29,7 @@ Rules questions() {
         checked("", "CallObjectMethod getChannel"),
         checked("", "CallObjectMethod getReadOnlyChannel"),
         checked("", "CallVoidMethod"),
-        // A call that was not made told the back end nothing.
+        // A call that was not made reached no back end.
         returns("", "CallVoidMethod", ""),
     };
 }

@@ -17,7 +17,7 @@ using Uses = SweepOperation::Uses;
 
 const ChangeCallback ignoreEvents = [](const auto&...) {};
 
-/// What the back end is told, and whether it got a publisher.
+/// The calls that the back end receives, and whether it got a publisher.
 std::string requested(SweepStage& stage, const std::function<void()>& request) {
     const std::string told = stage.told(request);
     return told + (!told.empty() && stage.gavePublisher() ? " with a publisher" : "");

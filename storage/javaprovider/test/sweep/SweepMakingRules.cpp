@@ -60,7 +60,7 @@ Rules constructions() {
          .keepsFeatureClass = false,
          .broken = Everything},
         {.operation = "make", .call = "NewGlobalRef", .repetition = 1, .ending = Ending::BadAlloc, .text = NoMemory},
-        // The references to the classes are not looked at: those to StorageURI, FolderListEntry, NativePublisher and
+        // Nothing checks the references to these classes: StorageURI, FolderListEntry, NativePublisher and
         // ExtendedFeature.
         lostClass(2, "*"),
         lostClass(3, "list *"),

@@ -27,7 +27,7 @@ SweepOperation of(const std::string& name, std::function<std::string(const IProv
             Uses::Provider};
 }
 
-/// One whose result is what it tells the back end.
+/// An operation whose result is the calls that the back end receives.
 SweepOperation telling(const std::string& name, std::function<void(const IProvider&)> run) {
     return {name, &SweepStage::makeProvider,
             [run = std::move(run)](SweepStage& stage) { return stage.told([&] { run(*stage.provider); }); },

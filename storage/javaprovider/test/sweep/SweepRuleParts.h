@@ -15,8 +15,7 @@ inline const std::string Unexpected =
     "ProviderCallback threw an unexpected java.lang.OutOfMemoryError. The message was: made to fail by a test";
 inline const std::string MethodNotFound = "Method <method> with signature <signature> not found.\n";
 inline const std::string NoMemory = "std::bad_alloc";
-inline const std::string Incomplete =
-    "The provider was made without a Java object or without the classes of its contract";
+inline const std::string Incomplete = "The provider has no Java object, or classes of its contract are missing";
 
 /// A call whose failure is a want of memory.
 [[nodiscard]] inline SweepRule wantOfMemory(const char* operation, const char* call,
@@ -24,7 +23,7 @@ inline const std::string Incomplete =
     return {.operation = operation, .call = call, .way = way, .ending = Ending::InternalBadAlloc, .text = NoMemory};
 }
 
-/// A call whose exception is translated before its result is looked at.
+/// A call whose exception is translated before its result is used.
 [[nodiscard]] inline SweepRule checked(const char* operation, const char* call) {
     return {.operation = operation,
             .call = call,
@@ -40,7 +39,7 @@ inline const std::string Incomplete =
 
 /// What becomes of a good run's result.
 using Altered = std::function<std::string(const std::string&)>;
-/// The back end is told `said` instead of its so-manieth location.
+/// The back end gets `said` in place of the location at that position.
 [[nodiscard]] Altered withoutLocation(std::size_t number, const std::string& said);
 
 /// One list made of several.

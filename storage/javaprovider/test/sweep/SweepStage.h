@@ -35,7 +35,7 @@ public:
     void failNext(const std::string& method, const std::string& kind) const;
     /// The back end lets its publishers go, and waits until the machine has collected them.
     void collectPublishers() const;
-    /// What the back end and its channels were told while the action ran: the methods and their arguments.
+    /// The calls that the back end and its channels received while the action ran: methods and arguments.
     [[nodiscard]] std::string told(const std::function<void()>& action) const;
     /// Whether the last request to start gave the back end a publisher.
     [[nodiscard]] bool gavePublisher() const;

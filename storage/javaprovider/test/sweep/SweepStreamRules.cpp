@@ -53,7 +53,7 @@ Rules openings() {
          .call = "NewGlobalRef",
          .way = Silently,
          .text = AsEver,
-         .broken = {{"*", "The stream was made without a channel"}}},
+         .broken = {{"*", "The stream has no channel"}}},
         // JNI looks the class of an object up without a failure; were there one, no method would be found.
         {.operation = "open", .call = "GetObjectClass", .way = Silently, .text = AsEver, .broken = all},
         {.operation = "open",

@@ -4,7 +4,7 @@ import java.util.ArrayList;
 import java.util.List;
 
 /**
- * A class loader that answers as it was told, whatever class it is asked for, and notes each question.
+ * A class loader that returns the answer set, whatever class it is asked for, and notes each question.
  *
  * <p>An answer is a word: {@code null}, {@code missing} (throws ClassNotFoundException), or {@code known} (gives
  * {@link Answer}, so that a test can tell the loader's answer from a class found some other way).

@@ -40,7 +40,7 @@ public final class Answers {
                 new ExtendedAttributes(lines(text).map(Answers::attribute).toArray(ExtendedAttribute[]::new)));
     }
 
-    /** One line for each child; a slash at its end tells a folder. */
+    /** One line for each child; a slash at its end marks a folder. */
     public static void listing(String text) {
         Script.answer("listFolder", lines(text).map(Answers::entry).toArray(FolderListEntry[]::new));
     }

@@ -12,7 +12,7 @@ import java.util.Map;
 
 /**
  * A channel over bytes in memory that notes every call in the script: "read" and "write" with the buffer's position,
- * limit and capacity. What is told to the class holds for all channels until {@link #reset}. Not to be used by two
+ * limit and capacity. Settings of the class hold for all channels until {@link #reset}. Not to be used by two
  * threads at once.
  */
 public final class MemoryChannel implements ProviderChannel {
@@ -32,7 +32,7 @@ public final class MemoryChannel implements ProviderChannel {
         this.content = content;
     }
 
-    /** Forgets what all channels were told. */
+    /** Forgets the settings and what all channels have recorded. */
     public static void reset() {
         failures.clear();
         fixedCount = null;

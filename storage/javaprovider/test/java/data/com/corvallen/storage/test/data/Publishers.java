@@ -172,7 +172,7 @@ public final class Publishers {
         return started;
     }
 
-    /** All five values of the event tell the thread and the number, so that a torn one would show. */
+    /** All five values of the event name the thread and the number, so that a torn event would show. */
     private void publishNumbered(int thread, int n) {
         EventKind[] kinds = EventKind.values();
         String tag = thread + "/" + n;

@@ -18,8 +18,8 @@ import java.util.Map;
 import java.util.concurrent.ConcurrentHashMap;
 
 /**
- * A back end in memory, all of whose operations fail at random. It has one level of folders below the root; what is a
- * file is told by the bytes that it has.
+ * A back end in memory, all of whose operations fail at random. It has one level of folders below the root. The bytes
+ * of an entry show whether it is a file.
  */
 public final class FlakyProvider implements StorageProvider {
     private static final int CONTENT = 4096;
