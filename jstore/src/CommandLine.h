@@ -6,12 +6,13 @@
 #include <string>
 #include <vector>
 
+#include "manual/Grammar.h"
 #include "options/Options.h"
 #include "verbs/Verb.h"
 
 namespace jstore {
 
-/// The grammar of the command line: the common options, the verbs, and their help. Reads no more than its arguments.
+/// The grammar of the command line: the common options, the verbs, and their help. Reads nothing but its arguments.
 class CommandLine {
 public:
     CommandLine();
@@ -20,18 +21,20 @@ public:
     /// Throws CommandError "Usage" when they make no sense. Called once.
     [[nodiscard]] std::string parse(int argc, const char* const* argv);
 
-    /// The grammar itself, for whoever explains it.
-    [[nodiscard]] const CLI::App& app() const noexcept { return m_app; }
+    /// The grammar as data, for the manual page and the completions.
+    [[nodiscard]] manual::Grammar grammar() const;
 
-    /// What the common options say; the environment's part is not filled in.
+    /// The common options, without what the environment adds.
     [[nodiscard]] const Options& options() const noexcept { return m_options; }
 
     /// The verb to run and its name.
     [[nodiscard]] Verb& verb() const { return *m_chosen; }
-    [[nodiscard]] const std::string& verbName() const noexcept { return m_chosenName; }
+    [[nodiscard]] std::string verbName() const { return m_chosen == nullptr ? "" : m_chosen->name(); }
 
 private:
-    void declareOptions();
+    void declareBackEnd();
+    void declareJava();
+    void declareOutput();
     void declareVerbs();
     [[nodiscard]] std::string complaint(const CLI::ParseError& error) const;
 
@@ -39,7 +42,6 @@ private:
     Options m_options;
     std::vector<std::unique_ptr<Verb>> m_verbs;
     Verb* m_chosen = nullptr;
-    std::string m_chosenName;
 };
 
 }  // namespace jstore

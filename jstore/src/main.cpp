@@ -23,13 +23,13 @@ namespace {
 Options withSurroundings(Options options) {
     const char* const classPath = std::getenv("JSTORE_CLASS_PATH");
     options.environmentClassPath = classPath == nullptr ? "" : classPath;
-    const auto program = std::filesystem::read_symlink("/proc/self/exe");
+    const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe");
     options.installedJars = (program.parent_path() / JSTORE_JARS).lexically_normal();
     options.archives = (program.parent_path() / JSTORE_ARCHIVES).lexically_normal();
     return options;
 }
 
-/// Runs the verb, and makes an exit code of what ends it half-way.
+/// Runs the verb. Turns what ends it early into an exit code.
 ExitCode outcomeOf(const CommandLine& commandLine, Context& context) {
     try {
         return commandLine.verb().run(context);
@@ -46,11 +46,11 @@ ExitCode runVerb(const CommandLine& commandLine) {
     watchInterrupt();
     startLog(context.options().logLevel);
     try {
-        const auto code = outcomeOf(commandLine, context);
+        const ExitCode code = outcomeOf(commandLine, context);
         if (isInterruption(code)) {
             reportInterruption(context);
         }
-        const auto problem = context.end();
+        const std::optional<Problem> problem = context.end();
         if (!problem) {
             return code;
         }
@@ -65,7 +65,7 @@ ExitCode runVerb(const CommandLine& commandLine) {
     }
 }
 
-/// Standard output cannot be written any more. After a signal that is no surprise: its terminal may have gone.
+/// Standard output cannot be written any more. After a signal that is expected: the terminal may be gone.
 ExitCode outputFailed(const OutputError& error) {
     if (interrupted()) {
         return interruptionCode();
@@ -80,7 +80,7 @@ ExitCode outputFailed(const OutputError& error) {
 ExitCode runCommand(int argc, const char* const* argv) {
     try {
         CommandLine commandLine;
-        const auto answer = commandLine.parse(argc, argv);
+        const std::string answer = commandLine.parse(argc, argv);
         if (!answer.empty()) {
             writeOutput(answer);
             return ExitCode::Done;
@@ -94,7 +94,7 @@ ExitCode runCommand(int argc, const char* const* argv) {
     } catch (const Interruption&) {
         return interruptionCode();
     } catch (const std::exception& error) {
-        const auto memory = memoryHint(error);
+        const std::optional<std::string> memory = memoryHint(error);
         writeErrorLine({memory ? MemoryCode : "Internal", {}, memory.value_or(error.what()), ExitCode::Failed});
         return ExitCode::Failed;
     }

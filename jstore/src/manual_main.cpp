@@ -9,7 +9,7 @@
 int main() {
     try {
         const jstore::CommandLine commandLine;
-        jstore::writeOutput(jstore::manual::manPage(jstore::manual::grammarOf(commandLine.app()), JSTORE_VERSION));
+        jstore::writeOutput(jstore::manual::manPage(commandLine.grammar(), JSTORE_VERSION));
         return 0;
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());

@@ -53,7 +53,7 @@ Glyph glyphOf(char32_t character) {
 std::vector<Glyph> glyphsOf(std::string_view text) {
     const UnicodeScope unicode;
     std::vector<Glyph> glyphs;
-    const auto units = fl::i18n::to_ustring(text);
+    const std::u16string units = fl::i18n::to_ustring(text);
     for (std::size_t i = 0; i < units.size(); ++i) {
         char32_t character = units[i];
         // The conversion leaves no half pairs.
@@ -68,7 +68,7 @@ std::vector<Glyph> glyphsOf(std::string_view text) {
 std::string textOf(const std::vector<Glyph>& glyphs, std::size_t begin, std::size_t end) {
     std::u16string units;
     for (std::size_t i = begin; i < end; ++i) {
-        const auto character = glyphs[i].character;
+        const char32_t character = glyphs[i].character;
         if (character < 0x10000U) {
             units += static_cast<char16_t>(character);
         } else {
@@ -81,7 +81,7 @@ std::string textOf(const std::vector<Glyph>& glyphs, std::size_t begin, std::siz
 
 std::size_t columnsOf(const std::vector<Glyph>& glyphs) {
     std::size_t columns = 0;
-    for (const auto& glyph : glyphs) {
+    for (const Glyph& glyph : glyphs) {
         columns += glyph.columns;
     }
     return columns;
@@ -113,22 +113,22 @@ std::size_t trailing(const std::vector<Glyph>& glyphs, std::size_t columns) {
 }  // namespace
 
 std::string harmless(std::string_view text) {
-    const auto glyphs = glyphsOf(text);
+    const std::vector<Glyph> glyphs = glyphsOf(text);
     return textOf(glyphs, 0, glyphs.size());
 }
 
 std::size_t displayWidth(std::string_view text) { return columnsOf(glyphsOf(text)); }
 
 std::string shortened(std::string_view text, std::size_t columns) {
-    const auto glyphs = glyphsOf(text);
+    const std::vector<Glyph> glyphs = glyphsOf(text);
     if (columnsOf(glyphs) <= columns) {
         return textOf(glyphs, 0, glyphs.size());
     }
     if (columns == 0) {
         return {};
     }
-    const auto back = (columns - 1) / 2;
-    const auto front = columns - 1 - back;
+    const std::size_t back = (columns - 1) / 2;
+    const std::size_t front = columns - 1 - back;
     return textOf(glyphs, 0, leading(glyphs, front)) + std::string(Ellipsis) +
            textOf(glyphs, trailing(glyphs, back), glyphs.size());
 }

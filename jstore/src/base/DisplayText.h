@@ -6,15 +6,15 @@
 
 namespace jstore {
 
-/// UTF-8 that a terminal shows as it stands: what moves the cursor, changes the direction of writing or has no glyph
-/// becomes U+FFFD, as do bytes that are not UTF-8.
+/// UTF-8 that a terminal shows as it is. Characters that move the cursor, change the direction of writing or have no
+/// glyph become U+FFFD, as do bytes that are not UTF-8.
 [[nodiscard]] std::string harmless(std::string_view text);
 
 /// How many columns harmless text takes: 2 for wide characters, none for combining ones.
 [[nodiscard]] std::size_t displayWidth(std::string_view text);
 
-/// Harmless text in at most that many columns; what has no room is left out in the middle, with an ellipsis there, so
-/// that the ends of long names, which tell them apart, stay.
+/// Harmless text in at most that many columns. Longer text loses its middle, with an ellipsis there: long names often
+/// differ only at their ends.
 [[nodiscard]] std::string shortened(std::string_view text, std::size_t columns);
 
 }  // namespace jstore

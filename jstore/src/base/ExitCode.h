@@ -7,7 +7,7 @@
 
 namespace jstore {
 
-/// How jstore ends. Scripts rely on the numbers; they are listed in --help and never change.
+/// jstore's exit codes. Scripts rely on the numbers; they are listed in --help and never change.
 enum class ExitCode : int {
     Done = 0,           ///< everything was done
     Failed = 1,         ///< failed, for a reason without a number of its own

@@ -33,7 +33,7 @@ int number(const Match& match, std::size_t part) {
 
 /// The first three digits of a fraction, as milliseconds.
 int fractionMillis(const Match& match) {
-    auto digits = match[Fraction].str();
+    std::string digits = match[Fraction].str();
     digits.resize(3, '0');
     return std::stoi(digits);
 }
@@ -68,17 +68,18 @@ std::optional<std::int64_t> localSeconds(const Match& match) {
 }
 
 std::optional<ptime> fromDate(const Match& match) {
-    const auto date = year(number(match, Year)) / number(match, Month) / number(match, Day);
+    const year_month_day date = year(number(match, Year)) / number(match, Month) / number(match, Day);
     if (!date.ok() || number(match, Hour) > 23 || number(match, Minute) > 59 || number(match, Second) > 59) {
         return std::nullopt;
     }
     std::optional<std::int64_t> secondsSince;
     if (match[Zone].matched) {
-        const auto offset = offsetSeconds(match[Zone].str());
+        const std::optional<int> offset = offsetSeconds(match[Zone].str());
         if (!offset) {
             return std::nullopt;
         }
-        const auto clock = hours(number(match, Hour)) + minutes(number(match, Minute)) + seconds(number(match, Second));
+        const std::chrono::seconds clock =
+            hours(number(match, Hour)) + minutes(number(match, Minute)) + seconds(number(match, Second));
         secondsSince = (sys_days(date).time_since_epoch() + clock).count() - *offset;
     } else {
         secondsSince = localSeconds(match);
@@ -96,7 +97,7 @@ std::string timeText(const ptime& time) {
         return "-";
     }
     const sys_time<milliseconds> point{milliseconds((time - epoch()).total_milliseconds())};
-    const auto day = floor<days>(point);
+    const sys_days day = floor<days>(point);
     constexpr sys_days first = year(0) / 1 / 1;
     constexpr sys_days last = year(9999) / 12 / 31;
     if (day < first || day > last) {

@@ -27,10 +27,10 @@ std::filesystem::path absolutePath(std::string_view path) {
         return path;
     }
     std::error_code error;
-    const auto workingFolder = std::filesystem::current_path(error);
+    const std::filesystem::path workingFolder = std::filesystem::current_path(error);
     if (error) {
         throw CommandError(
-            {"NotFound", std::string(path), "no working folder: " + error.message(), ExitCode::NotFound});
+            {"NotFound", std::string(path), "cannot find the working folder: " + error.message(), ExitCode::NotFound});
     }
     return workingFolder / path;
 }
@@ -39,13 +39,13 @@ std::filesystem::path absolutePath(std::string_view path) {
 std::filesystem::path withoutDotDot(const std::filesystem::path& path, std::string_view asGiven) {
     std::filesystem::path resolved;
     std::filesystem::path rest;
-    for (const auto& name : path) {
+    for (const std::filesystem::path& name : path) {
         rest /= name;
         if (name == "..") {
             std::error_code error;
             resolved = std::filesystem::canonical(resolved / rest, error);
             if (error) {
-                const auto hint = "the part before .. cannot be followed: " + error.message();
+                const std::string hint = "cannot follow the part before ..: " + error.message();
                 throw CommandError({"NotFound", std::string(asGiven), hint, ExitCode::NotFound});
             }
             rest.clear();
@@ -79,18 +79,18 @@ std::string encodedBytes(std::string_view name) {
 }  // namespace
 
 std::string_view schemeOf(std::string_view text) noexcept {
-    const auto colon = text.find(':');
+    const std::size_t colon = text.find(':');
     if (colon == std::string_view::npos || colon == 0 || !isLetter(text.front())) {
         return {};
     }
-    const auto scheme = text.substr(0, colon);
+    const std::string_view scheme = text.substr(0, colon);
     return std::all_of(scheme.begin(), scheme.end(), isSchemeCharacter) ? scheme : std::string_view();
 }
 
 std::vector<std::string> localPathNames(std::string_view path) {
     std::vector<std::string> names;
     std::filesystem::path folder = "/";
-    for (const auto& part : withoutDotDot(absolutePath(path), path).relative_path()) {
+    for (const std::filesystem::path& part : withoutDotDot(absolutePath(path), path).relative_path()) {
         if (!part.empty() && part != ".") {
             names.push_back(nameIn(folder, part.string()));
             folder /= names.back();
@@ -101,9 +101,9 @@ std::vector<std::string> localPathNames(std::string_view path) {
 
 std::string fileUri(std::string_view path) {
     std::string uri = "file:///";
-    for (const auto& name : localPathNames(path)) {
+    for (const std::string& name : localPathNames(path)) {
         const StorageIRI child = StorageIRI(u"file:///").getChild(fl::i18n::to_ustring(name));
-        const auto plain = fl::i18n::to_string(child.toIRI().toAsciiString(/*strict=*/true)).substr(8);
+        const std::string plain = fl::i18n::to_string(child.toIRI().toAsciiString(/*strict=*/true)).substr(8);
         uri += (uri.ends_with('/') ? "" : "/") + (isUtf8(name) ? plain : encodedBytes(name));
     }
     return uri;

@@ -12,10 +12,10 @@ namespace jstore {
 /// The names along a local path from the root, as the bytes that they are, the working folder's first when the path is
 /// relative.
 ///
-/// `.` and empty names drop out. What stands before a `..` is resolved through the file system, since a symbolic link
-/// there leads elsewhere than its spelling says. Where nothing has a name that holds characters which stand for bytes,
-/// as lists show names that are not UTF-8, the name that is shown like this is meant. Throws CommandError with NotFound
-/// if that part is missing, Internal if the working folder is not known.
+/// `.` and empty names drop out. The part before a `..` is resolved through the file system, since a symbolic link
+/// there leads elsewhere than its spelling says. A name may also be given as lists show names that are not UTF-8,
+/// unless something has exactly the given name. Throws CommandError with NotFound if the part before a `..` or the
+/// working folder is missing.
 [[nodiscard]] std::vector<std::string> localPathNames(std::string_view path);
 
 /// The local path as a URI that other programs understand: `file:///…`, absolute and in ASCII. Throws like

@@ -30,18 +30,18 @@ std::string lowerCase(std::string_view text) {
 
 Location fromIri(std::string_view argument, std::string_view afterScheme) {
     if (afterScheme.substr(0, 2) != "//") {
-        throw invalid(argument, "a location begins with java:// (for a local file of that name put ./ before it)");
+        throw invalid(argument, "a location begins with java://; for a local file of this name, write ./ before it");
     }
-    const auto mark = afterScheme.find_first_of("#?");
+    const std::size_t mark = afterScheme.find_first_of("#?");
     if (mark != std::string_view::npos) {
-        throw invalid(argument, afterScheme[mark] == '#' ? "write %23 for # in a name" : "write %3F for ? in a name");
+        throw invalid(argument, afterScheme[mark] == '#' ? "write # in a name as %23" : "write ? in a name as %3F");
     }
     return Location(StorageIRI(u"java:" + fl::i18n::to_ustring(afterScheme)));
 }
 
 Location fromLocalPath(std::string_view argument) {
     StorageIRI location(u"java:///");
-    for (const auto& name : localPathNames(argument)) {
+    for (const std::string& name : localPathNames(argument)) {
         location = location.getChild(textOfName(name));
     }
     return Location(std::move(location));
@@ -53,24 +53,25 @@ std::string Location::text() const { return fl::i18n::to_string(m_iri.text()); }
 
 Location toLocation(std::string_view argument) {
     if (argument.empty()) {
-        throw usageError("a location is empty");
+        throw usageError("a location must not be empty");
     }
-    const auto scheme = lowerCase(schemeOf(argument));
+    const std::string scheme = lowerCase(schemeOf(argument));
     if (scheme == "java") {
         if (!isUtf8(argument)) {
-            throw invalid(argument, "it is not UTF-8; a local path may be any bytes");
+            throw invalid(argument, "not UTF-8; only a local path may hold other bytes");
         }
         return fromIri(argument, argument.substr(scheme.size() + 1));
     }
     if (!scheme.empty() && argument.substr(scheme.size() + 1, 2) == "//") {
-        throw invalid(argument, "a location is java://… or a local path");
+        throw invalid(argument, "expected java://… or a local path");
     }
     return fromLocalPath(argument);
 }
 
 std::vector<Location> toLocations(const std::vector<std::string>& arguments) {
     std::vector<Location> locations;
-    for (const auto& argument : arguments) {
+    locations.reserve(arguments.size());
+    for (const std::string& argument : arguments) {
         locations.push_back(toLocation(argument));
     }
     return locations;

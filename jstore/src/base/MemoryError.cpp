@@ -11,9 +11,9 @@ namespace jstore {
 namespace {
 
 constexpr std::string_view JavaError = "java.lang.OutOfMemoryError";
-constexpr const char* HeapHint = "no memory is left in Java; --jvm-option -Xmx1g gives it more";
+constexpr const char* HeapHint = "Java is out of memory; --jvm-option -Xmx1g gives it more";
 
-/// What Java says when it is not the heap that is full.
+/// Words in Java's message when memory other than the heap is full.
 constexpr std::array OtherKinds{std::string_view("native thread"), std::string_view("Metaspace"),
                                 std::string_view("class space"), std::string_view("irect buffer"),
                                 std::string_view("direct memory")};
@@ -21,14 +21,14 @@ constexpr std::array OtherKinds{std::string_view("native thread"), std::string_v
 }  // namespace
 
 std::optional<std::string> memoryHint(std::string_view javaText) {
-    const auto begin = javaText.find(JavaError);
+    const std::size_t begin = javaText.find(JavaError);
     if (begin == std::string_view::npos) {
         return std::nullopt;
     }
-    const auto words = javaText.substr(begin);
+    const std::string_view words = javaText.substr(begin);
     const auto isNamed = [words](std::string_view kind) { return words.find(kind) != std::string_view::npos; };
     if (std::any_of(OtherKinds.begin(), OtherKinds.end(), isNamed)) {
-        return "no memory is left in Java: " + oneLine(words.substr(JavaError.size() + 2));
+        return "Java is out of memory: " + oneLine(words.substr(JavaError.size() + 2));
     }
     return HeapHint;
 }

@@ -7,14 +7,14 @@
 
 namespace jstore {
 
-/// The word of errors for want of memory.
+/// The code of errors that report a lack of memory.
 inline constexpr const char* MemoryCode = "OutOfMemory";
 
-/// What to do, in a sentence, where the text is Java's about its OutOfMemoryError; empty for another text. Names the
-/// option for the heap unless it is memory of another kind that Java is short of.
+/// What to do, in a sentence, if the text reports Java's OutOfMemoryError; empty for other text. Names the option for
+/// the heap unless Java lacks memory of another kind.
 [[nodiscard]] std::optional<std::string> memoryHint(std::string_view javaText);
 
-/// The same for an error, which may be the library's own word for it, std::bad_alloc.
+/// The same for an error; the library's own is std::bad_alloc.
 [[nodiscard]] std::optional<std::string> memoryHint(const std::exception& error);
 
 }  // namespace jstore

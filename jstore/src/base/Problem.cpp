@@ -29,13 +29,13 @@ constexpr std::array<std::pair<ErrorCode, std::string_view>, 13> Meanings{{
     {ErrorCode::FolderNotEmpty, "the folder is not empty"},
     {ErrorCode::Cancelled, "it was cancelled"},
     {ErrorCode::NotSupported, "the back end does not support this"},
-    {ErrorCode::InvalidLocation, "it is not a valid location here"},
+    {ErrorCode::InvalidLocation, "the location is not valid here"},
     {ErrorCode::StorageFull, "no space is left"},
     {ErrorCode::InUse, "it is in use"},
     {ErrorCode::Unavailable, "the back end cannot be reached"},
 }};
 
-/// What adds nothing to a code, in lower case.
+/// Reasons that only repeat their code, in lower case.
 constexpr std::array<std::pair<std::string_view, std::string_view>, 14> Repetitions{{
     {"NotFound", "does not exist"},
     {"NotFound", "not found"},
@@ -64,7 +64,7 @@ bool repeatsItsCode(const std::string& code, std::string_view reason) {
 }
 
 bool sameLocation(const StorageIRI& left, const StorageIRI& right) {
-    // The error's location went through Java in its ASCII form; the normal forms see through that.
+    // The error's location went through Java in its ASCII form; normalizing removes the difference.
     return left == right || left.normalized() == right.normalized();
 }
 
@@ -84,13 +84,13 @@ std::string errorLine(const Problem& problem) {
     if (problem.location.empty()) {
         return fmt::format("jstore: {}", oneLine(problem.text));
     }
-    const auto more = oneLine(problem.text.empty() ? problem.reason : problem.text);
+    const std::string more = oneLine(problem.text.empty() ? problem.reason : problem.text);
     return fmt::format("jstore: {}: {}{}{}", problem.code, printable(problem.location), more.empty() ? "" : ": ", more);
 }
 
 void addReason(Problem& problem, std::string_view words) {
     constexpr std::size_t longest = 300;
-    auto reason = shortened(oneLine(words), longest);
+    std::string reason = shortened(oneLine(words), longest);
     if (!repeatsItsCode(problem.code, reason)) {
         problem.reason = std::move(reason);
     }
@@ -111,7 +111,7 @@ std::string messageOf(const Problem& problem) {
 Problem describe(const std::exception& error, const Location& subject) {
     const auto* reported = dynamic_cast<const provider::Exception*>(&error);
     if (reported == nullptr) {
-        if (const auto hint = memoryHint(error)) {
+        if (const std::optional<std::string> hint = memoryHint(error)) {
             return {MemoryCode, subject.text(), *hint, ExitCode::Failed};
         }
         return {"Internal", subject.text(), error.what(), ExitCode::Failed};

@@ -35,7 +35,7 @@ private:
 /// A wrong command line: "Usage" with exit code 2.
 [[nodiscard]] CommandError usageError(std::string text);
 
-/// An operation that jstore itself refuses, in the words of a back end's error with a hint.
+/// An error for an operation that jstore itself refuses: a back end's error code, and a hint.
 [[nodiscard]] CommandError refusal(const Location& location, foundation::storage::provider::ErrorCode code,
                                    std::string hint);
 
@@ -43,15 +43,15 @@ private:
 /// reason after it where there is one; or `jstore: text` when it concerns the whole command.
 [[nodiscard]] std::string errorLine(const Problem& problem);
 
-/// Adds what a back end gives as its reason: as one printable line, cut where it gets long. A reason that only repeats
-/// the code, as "does not exist" does after NotFound, is none.
+/// Adds the back end's reason as one printable line, shortened if it is long. Ignores a reason that only repeats the
+/// code, as "does not exist" repeats NotFound.
 void addReason(Problem& problem, std::string_view words);
 
 /// A sentence for people: the problem's text, its reason, or what its code means.
 [[nodiscard]] std::string messageOf(const Problem& problem);
 
-/// What an operation on `subject` was ended by. The location is the one the error names, spelled as the subject is
-/// when it is the same; the subject's when the error names none.
+/// The error that ended an operation on `subject`, as a problem. Its location is the one that the error names. If that
+/// is the subject, or the error names none, it is the subject in the user's spelling.
 [[nodiscard]] Problem describe(const std::exception& error, const Location& subject);
 
 }  // namespace jstore

@@ -31,7 +31,7 @@ char byteOf(std::string_view reserved) {
 
 /// Takes off one character, or one byte that is no part of any.
 std::string_view takeCharacter(std::string_view& bytes) {
-    auto taken = bytes.substr(0, lengthAfter(bytes.front()));
+    std::string_view taken = bytes.substr(0, lengthAfter(bytes.front()));
     if (!isUtf8(taken)) {
         taken = bytes.substr(0, 1);
     }
@@ -44,7 +44,7 @@ std::string_view takeCharacter(std::string_view& bytes) {
 std::u16string textOfName(std::string_view bytes) {
     std::u16string text;
     while (!bytes.empty()) {
-        const auto character = takeCharacter(bytes);
+        const std::string_view character = takeCharacter(bytes);
         if (isUtf8(character) && !isReserved(character)) {
             text += fl::i18n::to_ustring(character);
             continue;
@@ -68,7 +68,7 @@ bool standsForBytes(std::string_view name) {
 std::string bytesOfShownName(std::string_view name) {
     std::string bytes;
     while (!name.empty()) {
-        const auto character = takeCharacter(name);
+        const std::string_view character = takeCharacter(name);
         if (isReserved(character)) {
             bytes += byteOf(character);
         } else {

@@ -27,15 +27,15 @@ bool startsEscape(std::u16string_view text) noexcept {
 /// Adds the bytes of a character as they stand in a URI.
 void appendEncoded(std::u16string& out, char16_t unit) {
     for (const char byte : fl::i18n::to_string(std::u16string(1, unit))) {
-        const auto escape = fmt::format("%{:02X}", static_cast<unsigned char>(byte));
+        const std::string escape = fmt::format("%{:02X}", static_cast<unsigned char>(byte));
         out.append(escape.begin(), escape.end());
     }
 }
 
-/// The text with those units percent-encoded that `isEncoded` wants to be; it sees what is left of the text.
+/// Percent-encodes each unit for which `isEncoded` returns true. It is passed the text from that unit on.
 template <class Condition>
 std::string encoded(std::string_view text, const Condition& isEncoded) {
-    const auto units = fl::i18n::to_ustring(text);
+    const std::u16string units = fl::i18n::to_ustring(text);
     std::u16string line;
     for (std::size_t at = 0; at < units.size(); ++at) {
         if (isEncoded(std::u16string_view(units).substr(at))) {
@@ -94,7 +94,7 @@ std::string printableJson(std::string_view json) {
     std::u16string line;
     for (const char16_t unit : fl::i18n::to_ustring(json)) {
         if (isUnsafe(unit)) {
-            const auto escape = fmt::format("\\u{:04x}", static_cast<unsigned>(unit));
+            const std::string escape = fmt::format("\\u{:04x}", static_cast<unsigned>(unit));
             line.append(escape.begin(), escape.end());
         } else {
             line += unit;

@@ -8,13 +8,13 @@ namespace jstore {
 /// Whether the bytes are well-formed UTF-8.
 [[nodiscard]] bool isUtf8(std::string_view bytes);
 
-/// Whether a terminal may take the character for something else than a part of text: control characters (C0, DEL, C1),
-/// line and paragraph separators, and what changes the direction of writing.
+/// Whether a terminal may treat the character as a command and not as text: control characters (C0, DEL, C1), line and
+/// paragraph separators, and characters that change the direction of writing.
 [[nodiscard]] bool isUnsafe(char32_t character) noexcept;
 
-/// The text as one line of UTF-8: line breaks, tabs and other control characters with the blanks around them become one
-/// blank, leading and trailing ones go, what changes the direction of writing is percent-encoded, and bytes that are
-/// not UTF-8 become U+FFFD.
+/// The text as one line of UTF-8. Each run of spaces, line breaks, tabs and other control characters becomes one space,
+/// and none remains at the beginning and end. Characters that change the direction of writing are percent-encoded.
+/// Bytes that are not UTF-8 become U+FFFD.
 [[nodiscard]] std::string oneLine(std::string_view text);
 
 /// A location as one line of UTF-8 that leads to the same place: unsafe characters are percent-encoded, and bytes that

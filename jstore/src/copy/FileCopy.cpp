@@ -4,10 +4,10 @@
 
 #include "base/Problem.h"
 #include "copy/HoleWriter.h"
-#include "copy/OpenFile.h"
-#include "copy/PartialFile.h"
-#include "copy/Replacing.h"
+#include "copy/ReadAll.h"
+#include "copy/ReplacementChecks.h"
 #include "foundation/storage/provider/Exception.h"
+#include "foundation/storage/provider/ScratchFile.h"
 
 namespace jstore {
 
@@ -15,13 +15,13 @@ using namespace foundation::storage::provider;
 
 namespace {
 
-/// Refuses before any byte is copied; the move that ends the copy is what decides.
-void requireRoom(const IProvider& provider, const Location& source, const CopyTarget& target, MadeHere& made) {
+/// Refuses before any byte is copied. The move that ends the copy has the last word.
+void requireRoom(const IProvider& provider, const Location& source, const CopyTarget& target, WrittenTargets& written) {
     if (target.inNewFolder) {
         return;
     }
-    const auto& location = target.location;
-    const auto present = provider.existsExtended(location.iri());
+    const Location& location = target.location;
+    const std::optional<EntryType> present = provider.existsExtended(location.iri());
     if (!present) {
         return;
     }
@@ -34,7 +34,7 @@ void requireRoom(const IProvider& provider, const Location& source, const CopyTa
     if (target.inOwnFolder) {
         throw refuseOwn(location);
     }
-    requireReplaceable(provider, source, location, made);
+    requireReplaceable(provider, source, location, written);
 }
 
 void requireCount(const Location& location, const char* what, std::uint64_t expected, std::uint64_t count) {
@@ -43,47 +43,47 @@ void requireCount(const Location& location, const char* what, std::uint64_t expe
     }
 }
 
-std::uint64_t copyBytes(const IProvider& provider, const Location& source, const StorageIRI& hidden,
-                        Progress& progress) {
-    constexpr ByteStreamOpenOptions alone{.sharing = ByteStreamOpenOptions::Sharing::Exclusive};
-    OpenFile from(provider.openReadOnlyByteStream(source.iri()), source.iri());
-    OpenFile to(provider.openByteStream(hidden, alone), hidden);
-    HoleWriter writer(to);
-    const auto count = from.readAll([&](std::string_view bytes) {
-        writer.write(bytes);
-        progress.advance(bytes.size());
+std::uint64_t fill(ScratchFile& file, const IProvider& provider, const Location& source, Progress& progress) {
+    const ClosingStream from(provider.openReadOnlyByteStream(source.iri()));
+    std::uint64_t count = 0;
+    file.fill([&](StreamEnd to) {
+        HoleWriter writer(to);
+        count = readAll({*from, source.iri()}, [&](std::string_view bytes) {
+            writer.write(bytes);
+            progress.advance(bytes.size());
+        });
+        writer.finish();
     });
-    writer.finish();
-    to.close();
     return count;
 }
 
-/// A file that grows meanwhile gives more than it claims, and some that are made as they are read claim to be empty.
+/// More bytes than claimed are no error: a file may grow during the copy, and some files, whose content is made when it
+/// is read, claim to be empty.
 void requireWhole(const Location& source, const std::optional<std::uint64_t>& claimed, std::uint64_t count) {
     if (claimed && count < *claimed) {
-        requireCount(source, "could read", *claimed, count);
+        requireCount(source, "could read only", *claimed, count);
     }
 }
 
 }  // namespace
 
 std::uint64_t copyOneFile(const IProvider& provider, const Location& source, const CopyTarget& target,
-                          Progress& progress, MadeHere& made) {
-    const auto attributes = provider.getFileAttributes(source.iri());
+                          Progress& progress, WrittenTargets& written) {
+    const FileAttributes attributes = provider.getFileAttributes(source.iri());
     progress.atFile(source, attributes.size());
-    requireRoom(provider, source, target, made);
-    PartialFile file(provider, target.location.iri());
-    const auto count =
-        file.use([&](const StorageIRI& hidden) { return copyBytes(provider, source, hidden, progress); });
+    requireRoom(provider, source, target, written);
+    ScratchFile file = ScratchFile::beside(provider, target.location.iri());
+    const std::uint64_t count = fill(file, provider, source, progress);
     requireWhole(source, attributes.size(), count);
-    const auto written = file.use([&](const StorageIRI& hidden) { return provider.getFileAttributes(hidden).size(); });
-    if (written) {
-        requireCount(target.location, "the storage took", count, *written);
-    }
-    file.use([&](const StorageIRI& hidden) { keepTime(provider, hidden, attributes.lastModified()); });
-    file.takePlace(target.mayReplace() ? ReplacementPolicy::ReplaceExistingFile : ReplacementPolicy::KeepExisting);
+    file.named([&] {
+        if (const std::optional<std::uint64_t> taken = provider.getFileAttributes(file.location()).size()) {
+            requireCount(target.location, "the storage took only", count, *taken);
+        }
+        keepTime(provider, file.location(), attributes.lastModified());
+    });
+    file.replaceTarget(target.mayReplace() ? ReplacementPolicy::ReplaceExistingFile : ReplacementPolicy::KeepExisting);
     if (target.mayReplace()) {
-        made.add(target.location.iri());
+        written.add(target.location.iri());
     }
     progress.countItem();
     return count;

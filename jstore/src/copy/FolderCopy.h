@@ -6,24 +6,24 @@
 #include <vector>
 
 #include "copy/FileCopy.h"
-#include "copy/MadeHere.h"
+#include "copy/WrittenTargets.h"
 #include "work/TreeWalk.h"
 
 namespace jstore {
 
-/// Copies a folder with all it holds. What fails in it is reported, and the rest follows; a full storage ends the
+/// Copies a folder with all it holds. A failure in it is reported and the copy continues; a full storage ends the
 /// command.
 class FolderCopy final : public TreeWalk {
 public:
-    /// What it puts in place is noted in `made`, which must outlive it.
-    FolderCopy(Context& context, const Location& target, bool replace, MadeHere& made);
+    /// Adds what it puts in place to `written`, which must outlive it.
+    FolderCopy(Context& context, const Location& target, bool replace, WrittenTargets& written);
 
     [[nodiscard]] std::uint64_t bytes() const noexcept { return m_bytes; }
 
 protected:
     void enter(const Entry& folder, const std::vector<Entry>& entries) override;
     void visit(const Entry& entry) override;
-    void approach(const Entry& folder, const Facts& facts) override;
+    void approach(const Entry& folder, const NodeInfo& info) override;
     void passLink(const Entry& entry) override;
     void leave(const Entry& folder) override;
 
@@ -31,10 +31,10 @@ private:
     [[nodiscard]] CopyTarget targetOf(const Entry& entry) const;
     [[nodiscard]] CopyTarget opened(CopyTarget target) const;
 
-    MadeHere& m_made;
-    /// The targets of the folders along the present path.
+    WrittenTargets& m_written;
+    /// The targets of the folders along the current path.
     std::vector<CopyTarget> m_targets;
-    /// That of the folder to which all goes, once it was asked for.
+    /// The identity of the folder that receives everything, once it is known.
     std::optional<std::string> m_identity;
     std::uint64_t m_bytes = 0;
 };

@@ -1,8 +1,6 @@
 #include "copy/HoleWriter.h"
 
-#include <algorithm>
 #include <cstring>
-#include <string>
 
 #include "foundation/storage/provider/Exception.h"
 
@@ -13,7 +11,7 @@ using foundation::storage::provider::Exception;
 
 namespace {
 
-/// Bytes that are all like their neighbour are all like the first. Data is told by its first few bytes, mostly.
+/// Whether the first byte is zero and each byte equals the next one. Data mostly differs within its first few bytes.
 bool isZero(std::string_view bytes) {
     return bytes.front() == '\0' && std::memcmp(bytes.data(), bytes.data() + 1, bytes.size() - 1) == 0;
 }
@@ -26,8 +24,7 @@ void HoleWriter::write(std::string_view bytes) {
     }
     if (!isZero(bytes)) {
         endHole(m_end);
-        m_file.write(bytes);
-        m_written += bytes.size();
+        append(bytes);
     }
     m_end += bytes.size();
 }
@@ -35,25 +32,27 @@ void HoleWriter::write(std::string_view bytes) {
 void HoleWriter::finish() {
     if (m_written < m_end) {
         endHole(m_end - 1);
-        m_file.write({"\0", 1});
-        m_written = m_end;
+        append({"\0", 1});
     }
 }
 
+void HoleWriter::append(std::string_view bytes) {
+    writeAll(m_to, bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    m_written += bytes.size();
+}
+
+/// Moves to the end of the hole, or fills it where the back end cannot move.
 void HoleWriter::endHole(std::uint64_t end) {
     if (m_written == end) {
         return;
     }
     try {
-        m_file.moveTo(end);
+        m_to.stream.seek(static_cast<std::streamoff>(end), std::ios_base::beg);
     } catch (const Exception& error) {
         if (error.code() != ErrorCode::NotSupported) {
             throw;
         }
-        const std::string zeros(static_cast<std::size_t>(std::min<std::uint64_t>(end - m_written, 65536)), '\0');
-        for (auto left = end - m_written; left > 0; left -= std::min<std::uint64_t>(left, zeros.size())) {
-            m_file.write(std::string_view(zeros).substr(0, static_cast<std::size_t>(left)));
-        }
+        writeZeros(m_to, end - m_written);
     }
     m_written = end;
 }

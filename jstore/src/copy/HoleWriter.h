@@ -3,25 +3,26 @@
 #include <cstdint>
 #include <string_view>
 
-#include "copy/OpenFile.h"
+#include "foundation/storage/provider/StreamCopy.h"
 
 namespace jstore {
 
-/// Writes a new file from its beginning, and passes over portions of nothing but zeros, so that a storage that knows
-/// holes leaves them out and a sparse file stays one. Uses the file, which must outlive it.
+/// Writes a new file from its beginning and skips portions that are all zeros. A storage that supports holes leaves
+/// them out, so a sparse file stays sparse. Uses the stream, which must outlive it.
 class HoleWriter {
 public:
-    explicit HoleWriter(OpenFile& file) : m_file(file) {}
+    explicit HoleWriter(foundation::storage::provider::StreamEnd to) : m_to(to) {}
 
-    /// Writes a portion, or notes that it is a hole. Fails as OpenFile::write() does.
+    /// Writes a portion, or notes that it is a hole. Throws as writeAll() does.
     void write(std::string_view bytes);
-    /// Gives the file its length if it ends in a hole. Fails as write() does; to be called last.
+    /// Gives the file its length if it ends in a hole. Throws as write() does. Call it last.
     void finish();
 
 private:
+    void append(std::string_view bytes);
     void endHole(std::uint64_t end);
 
-    OpenFile& m_file;
+    foundation::storage::provider::StreamEnd m_to;
     std::uint64_t m_written = 0;  ///< how far the file is written
     std::uint64_t m_end = 0;      ///< how far it goes; a hole lies between
 };

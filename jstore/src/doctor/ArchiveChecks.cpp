@@ -6,9 +6,8 @@
 #include "base/Text.h"
 #include "doctor/ArchiveMaking.h"
 #include "doctor/Checks.h"
-#include "java/ArchiveSeal.h"
+#include "java/ArchiveChecksum.h"
 #include "java/ClassArchive.h"
-#include "java/JavaVersion.h"
 
 namespace jstore::doctor {
 
@@ -18,27 +17,27 @@ using storage::jvm::JavaCandidate;
 namespace {
 
 constexpr const char* Subject = "archive";
-constexpr const char* NoVersion = "none, since the Java home's file \"release\" states no version";
+constexpr const char* NoVersion = "none: the file \"release\" in the Java home states no version";
 
 const char* whyUnused(const fs::path& file) {
     if (::access(file.c_str(), F_OK) != 0) {
-        return "not there";
+        return "does not exist";
     }
     if (::access(file.c_str(), R_OK) != 0) {
-        return "may not be read";
+        return "cannot be read";
     }
-    return isSealed(file) ? "not used: Java, its options or the jars are others"
-                          : "not used: it is damaged, or was made by another version of jstore";
+    return hasValidChecksum(file) ? "not used: Java, its options or the jars have changed"
+                                  : "not used: damaged, or made by another version of jstore";
 }
 
 }  // namespace
 
 Check archive(const Options& options, const JavaCandidate& java) {
-    const auto file = classArchiveOf(options, java);
+    const fs::path file = classArchiveOf(options, java);
     if (file.empty()) {
         return {Mark::Ok, Subject, NoVersion, {}};
     }
-    const auto name = printable(file.string());
+    const std::string name = printable(file.string());
     if (isMapped(file)) {
         return {Mark::Ok, Subject, name + ": used", {}};
     }
@@ -46,24 +45,25 @@ Check archive(const Options& options, const JavaCandidate& java) {
         return {Mark::Ok, Subject, "not used with --class-path or JSTORE_CLASS_PATH", {}};
     }
     return {Mark::Warning, Subject, name + ": " + whyUnused(file),
-            "commands start faster after jstore doctor --make-archive"};
+            "run jstore doctor --make-archive; commands then start faster"};
 }
 
 Check makeArchive(const Options& options, const JavaCandidate& java) {
     constexpr int oldest = 13;
-    const auto& version = java.version;
-    if (majorOf(version) < oldest) {
-        return {Mark::Failure, Subject, version.empty() ? NoVersion : "Java " + version + " cannot make one",
-                fmt::format("name Java {} or newer with --java-home", oldest)};
+    const std::string& version = java.version;
+    if (storage::jvm::majorVersion(version) < oldest) {
+        return {Mark::Failure, Subject,
+                version.empty() ? NoVersion : "Java " + version + " cannot make a class archive",
+                fmt::format("use Java {} or newer, by --java-home", oldest)};
     }
-    const auto file = classArchiveOf(options, java);
+    const fs::path file = classArchiveOf(options, java);
     try {
-        makeClassArchive(options, file);
-        const auto detail = fmt::format("{}: made, {} KiB", printable(file.string()), fs::file_size(file) >> 10);
+        makeClassArchive(options, java, file);
+        const std::string detail = fmt::format("{}: made, {} KiB", printable(file.string()), fs::file_size(file) >> 10);
         return {Mark::Ok, Subject, detail, {}};
     } catch (const std::exception& error) {
-        const auto detail = fmt::format("{}: not made: {}", printable(file.string()), printable(error.what()));
-        return {Mark::Failure, Subject, detail, "whoever may write into the installation makes the archive"};
+        const std::string detail = fmt::format("{}: not made: {}", printable(file.string()), printable(error.what()));
+        return {Mark::Failure, Subject, detail, "run --make-archive as a user who may write to the installation"};
     }
 }
 

@@ -15,7 +15,7 @@
 #include "base/Location.h"
 #include "base/Problem.h"
 #include "foundation/storage/provider/Exception.h"
-#include "java/ArchiveSeal.h"
+#include "java/ArchiveChecksum.h"
 #include "java/BackEnd.h"
 #include "java/Session.h"
 #include "process/ChildProcess.h"
@@ -29,6 +29,7 @@ namespace fs = std::filesystem;
 using foundation::storage::provider::Exception;
 using foundation::storage::provider::IProvider;
 using foundation::storage::provider::ReplacementPolicy;
+using storage::jvm::EmbeddedJVM;
 
 namespace {
 
@@ -38,14 +39,14 @@ namespace {
 class ScratchFolder {
 public:
     ScratchFolder() {
-        auto name = (fs::temp_directory_path() / "jstore-XXXXXX").string();
+        std::string name = (fs::temp_directory_path() / "jstore-XXXXXX").string();
         if (::mkdtemp(name.data()) == nullptr) {
             fail(name);
         }
         m_path = name;
     }
     ~ScratchFolder() {
-        std::error_code ignored;  // Nobody is left to tell.
+        std::error_code ignored;  // Nobody is left to report it to.
         fs::remove_all(m_path, ignored);
     }
     ScratchFolder(const ScratchFolder&) = delete;
@@ -57,7 +58,7 @@ private:
     fs::path m_path;
 };
 
-/// Does what the verbs do, once: what Java loads meanwhile is what it archives.
+/// Does what the verbs do, once. Java archives the classes that it loads for that.
 void exercise(const IProvider& provider) {
     const ScratchFolder scratch;
     std::ofstream(scratch.path() / "file") << "content";
@@ -76,28 +77,28 @@ void exercise(const IProvider& provider) {
     try {
         provider.removeFile(at("file"));
     } catch (const Exception&) {
-        // That it fails is the point: errors have classes of their own.
+        // The failure is intended: it loads the classes for errors.
     }
     provider.removeFolderRecursive(at("moved"));
 }
 
-/// Uses a back end as commands do, and ends the machine, which writes the archive then. A full disk ends the process in
-/// the midst of that.
-void leaveArchive(const Options& options) {
-    const auto jvm = startJava(options);
+/// Uses a back end as commands do, and ends the machine, which then writes the archive. A full disk ends the process
+/// while it writes.
+void leaveArchive(const Options& options, const storage::jvm::JavaCandidate& java) {
+    const std::shared_ptr<EmbeddedJVM> jvm = startJava(options, {java});
     {
         const storage::jvm::ThreadAttachment attachment(jvm);
         BackEnd backEnd(jvm, options);
         exercise(backEnd.provider());
-        if (const auto problem = backEnd.end()) {
+        if (const std::optional<Problem> problem = backEnd.end()) {
             throw CommandError(*problem);
         }
     }
     jvm->shutdown();
 }
 
-/// Has everyone read the file, and the disk hold it: half an archive, as a power failure may leave it, would end each
-/// command.
+/// Makes the file readable for everyone, and writes it to the disk: half an archive, which a power failure could leave,
+/// would end each command.
 void complete(const fs::path& file) {
     constexpr mode_t readable = 0644;
     const Descriptor descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC), file.string());
@@ -108,8 +109,8 @@ void complete(const fs::path& file) {
 
 }  // namespace
 
-void makeClassArchive(const Options& options, const fs::path& archive) {
-    const auto folder = archive.parent_path();
+void makeClassArchive(const Options& options, const storage::jvm::JavaCandidate& java, const fs::path& archive) {
+    const fs::path folder = archive.parent_path();
     fs::create_directories(folder);
     const Descriptor lock(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC), folder.string());
     if (::flock(lock.get(), LOCK_EX) != 0 || ::access(folder.c_str(), W_OK) != 0) {
@@ -119,11 +120,12 @@ void makeClassArchive(const Options& options, const fs::path& archive) {
     Options making = options;
     making.newArchive = archive.string() + ".tmp";
     try {
-        const auto end = runInChild([&making] { leaveArchive(making); });
+        const ChildEnd end = runInChild([&] { leaveArchive(making, java); });
         if (!end.well || !fs::exists(making.newArchive)) {
-            throw std::runtime_error(end.words.empty() ? "Java ended without a word; is the disk full?" : end.words);
+            throw std::runtime_error(end.words.empty() ? "Java ended without a message; the disk may be full"
+                                                       : end.words);
         }
-        seal(making.newArchive);
+        appendChecksum(making.newArchive);
         complete(making.newArchive);
         fs::rename(making.newArchive, archive);
     } catch (...) {

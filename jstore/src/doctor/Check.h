@@ -10,7 +10,7 @@ enum class Mark { Ok, Warning, Failure };
 /// One finding of `jstore doctor`.
 struct Check {
     Mark mark;
-    std::string subject;  ///< what was looked at: "java home", "class path", "mount a", …
+    std::string subject;  ///< what was checked: "java home", "class path", "mount a", …
     std::string detail;   ///< what was found
     std::string hint;     ///< what to do about it; empty when nothing is wrong
 };

@@ -13,21 +13,22 @@
 /// what the findings are for.
 namespace jstore::doctor {
 
-/// Each place where Java was looked for. One failure when none is usable; a place passed over is a warning only where
-/// somebody named it (JAVA_HOME).
+/// Each place where Java was looked for. One failure when none is usable; an unusable place is a warning only if
+/// somebody named it (--java-home, JAVA_HOME or PATH).
 [[nodiscard]] Checks javaHomes(const std::vector<storage::jvm::JavaCandidate>& candidates);
 
 /// Each entry of the class path, then where the contract and the provider's class are.
 [[nodiscard]] Checks classPath(const Options& options);
 
-/// Each mount and whether its target is there: what can be said without Java.
+/// Each mount and whether its target is there, as far as that can be found out without Java.
 [[nodiscard]] Checks mounts(const Options& options);
 
-/// Each mount, opened by the provider as an operation would, with the words that an operation's error line has. What
-/// mounts() finds wrong is not tried. As mounts() where the provider is not the one that reads mounts.
+/// Each mount, after the provider has opened it as for an operation. A failure has the words of an operation's error
+/// line. A mount with which mounts() finds something wrong is not opened. Only the default provider reads mounts; with
+/// any other, this returns what mounts() returns.
 [[nodiscard]] Checks openedMounts(const std::shared_ptr<storage::jvm::EmbeddedJVM>& jvm, const Options& options);
 
-/// The process's character encoding. Says what Java uses when `env`, its environment, is not null.
+/// The process's character encoding, and that of Java unless `env` is null.
 [[nodiscard]] Check locale(JNIEnv* env);
 
 /// What the running machine says about itself.
@@ -36,13 +37,13 @@ namespace jstore::doctor {
 /// Whose signal handlers are installed, now that Java runs.
 [[nodiscard]] Checks signals();
 
-/// Whether the running machine, which is this Java's, uses the class archive.
+/// Whether the running machine uses the class archive of this Java.
 [[nodiscard]] Check archive(const Options& options, const storage::jvm::JavaCandidate& java);
 
-/// Makes the class archive for a Java. To be called before this process starts one.
+/// Makes the class archive for this Java. Call it before this process starts Java.
 [[nodiscard]] Check makeArchive(const Options& options, const storage::jvm::JavaCandidate& java);
 
-/// Makes the provider and gives it back.
+/// Creates the provider and disposes of it.
 [[nodiscard]] Check provider(const std::shared_ptr<storage::jvm::EmbeddedJVM>& jvm, const Options& options);
 
 }  // namespace jstore::doctor

@@ -12,26 +12,24 @@
 #include "foundation/storage/provider/Exception.h"
 #include "java/ClassPath.h"
 #include "java/JavaProperty.h"
-#include "java/JavaVersion.h"
 #include "java/MachineOptions.h"
 #include "java/Session.h"
 
 namespace jstore::doctor {
 
 using storage::jvm::JavaCandidate;
+using storage::jvm::OldestJava;
 
 namespace {
 
-/// The home's version as an addition to a line; empty when it states none.
+/// The home's version, to end a line with; empty if the home states none.
 std::string versionNote(const JavaCandidate& candidate) {
     return candidate.version.empty() ? "" : " (Java " + candidate.version + ")";
 }
 
-constexpr int OldestJava = 11;
-
 Check checkOf(const JavaCandidate& candidate, const JavaCandidate* chosen) {
     if (candidate.problem.empty()) {
-        const auto* const role = &candidate == chosen ? ": used" : ": not needed";
+        const char* const role = &candidate == chosen ? ": used" : ": not needed";
         return {Mark::Ok, "java home", describe(candidate) + versionNote(candidate) + role, {}};
     }
     const bool named = !candidate.home.empty() && candidate.origin != "distribution folder";
@@ -62,7 +60,7 @@ std::string namesOf(const std::vector<int>& signals, bool javas) {
     return names;
 }
 
-/// The finding about a mount that seemed well, after the provider has opened it.
+/// The finding about a mount without a known problem, after the provider has opened it.
 Check opened(const BackEnd& backEnd, const Mount& mount, Check seemed) {
     using foundation::storage::provider::Exception;
     const Location root(foundation::storage::provider::StorageIRI(fl::i18n::to_ustring("java://" + mount.name + "/")));
@@ -70,16 +68,16 @@ Check opened(const BackEnd& backEnd, const Mount& mount, Check seemed) {
         static_cast<void>(backEnd.provider().folderExists(root.iri()));
         return {Mark::Ok, std::move(seemed.subject), mount.uri, {}};
     } catch (const Exception& error) {
-        auto problem = describe(error, root);
+        Problem problem = describe(error, root);
         addReason(problem, backEnd.reasonOf(error));
-        return {Mark::Failure, std::move(seemed.subject), messageOf(problem), "correct the mount, or what it leads to"};
+        return {Mark::Failure, std::move(seemed.subject), messageOf(problem), "correct the mount or its target"};
     }
 }
 
 }  // namespace
 
 Checks openedMounts(const std::shared_ptr<storage::jvm::EmbeddedJVM>& jvm, const Options& options) {
-    auto checks = mounts(options);
+    Checks checks = mounts(options);
     if (checks.empty() || slashed(options.provider) != slashed(DefaultProvider)) {
         return checks;
     }
@@ -97,14 +95,14 @@ Checks openedMounts(const std::shared_ptr<storage::jvm::EmbeddedJVM>& jvm, const
 }
 
 Checks javaHomes(const std::vector<JavaCandidate>& candidates) {
-    const auto* const chosen = usable(candidates);
+    const JavaCandidate* const chosen = usable(candidates);
     Checks checks;
-    for (const auto& candidate : candidates) {
+    for (const JavaCandidate& candidate : candidates) {
         checks.push_back(checkOf(candidate, chosen));
     }
     if (chosen == nullptr) {
         checks.push_back({Mark::Failure, "java", "no usable Java was found",
-                          "install a Java 11 or newer, set JAVA_HOME, or use --java-home"});
+                          "install Java 11 or newer, set JAVA_HOME, or use --java-home"});
     } else {
         checks.push_back({Mark::Ok, "libjvm", chosen->libjvm.string(), {}});
     }
@@ -112,24 +110,24 @@ Checks javaHomes(const std::vector<JavaCandidate>& candidates) {
 }
 
 Checks runningJava(JNIEnv* env, const storage::jvm::EmbeddedJVM& jvm) {
-    const auto version = javaProperty(env, "java.version").value_or("unknown");
-    const auto name = javaProperty(env, "java.vm.name").value_or("unknown machine");
-    const auto home = javaProperty(env, "java.home").value_or("unknown home");
-    const auto* const origin = jvm.startedHere() ? "started" : "found running";
-    const auto detail = fmt::format("{}, {}, from {}: {}", version, name, home, origin);
-    if (majorOf(version) < OldestJava) {
+    const std::string version = javaProperty(env, "java.version").value_or("unknown");
+    const std::string name = javaProperty(env, "java.vm.name").value_or("unknown machine");
+    const std::string home = javaProperty(env, "java.home").value_or("unknown home");
+    const char* const origin = jvm.startedHere() ? "started" : "found running";
+    const std::string detail = fmt::format("{}, {}, from {}: {}", version, name, home, origin);
+    if (storage::jvm::majorVersion(version) < OldestJava) {
         return {{Mark::Failure, "java version", detail, fmt::format("use Java {} or newer", OldestJava)}};
     }
     return {{Mark::Ok, "java version", detail, {}}};
 }
 
 Checks signals() {
-    const auto caught = namesOf({SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGPIPE}, /*javas=*/true);
-    const auto taken = namesOf({SIGINT, SIGTERM, SIGHUP, SIGQUIT}, /*javas=*/true);
-    const auto free = namesOf({SIGINT, SIGTERM, SIGHUP, SIGQUIT}, /*javas=*/false);
+    const std::string caught = namesOf({SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGPIPE}, /*javas=*/true);
+    const std::string taken = namesOf({SIGINT, SIGTERM, SIGHUP, SIGQUIT}, /*javas=*/true);
+    const std::string free = namesOf({SIGINT, SIGTERM, SIGHUP, SIGQUIT}, /*javas=*/false);
     Checks checks{{Mark::Ok, "signals", "handled by Java: " + caught, {}}};
     if (taken.empty()) {
-        checks.push_back({Mark::Ok, "signals", "left alone by Java: " + free, {}});
+        checks.push_back({Mark::Ok, "signals", "left to jstore: " + free, {}});
     } else {
         checks.push_back(
             {Mark::Failure, "signals", "taken by Java: " + taken, "leave out --jvm-option -XX:-ReduceSignalUsage"});
@@ -138,17 +136,18 @@ Checks signals() {
 }
 
 Check provider(const std::shared_ptr<storage::jvm::EmbeddedJVM>& jvm, const Options& options) {
-    const auto start = std::chrono::steady_clock::now();
+    const std::chrono::steady_clock::time_point start = std::chrono::steady_clock::now();
     try {
         BackEnd backEnd(jvm, options);
-        if (const auto problem = backEnd.end()) {
+        if (const std::optional<Problem> problem = backEnd.end()) {
             throw CommandError(*problem);
         }
     } catch (const CommandError& error) {
         return {Mark::Failure, "provider", messageOf(error.problem()), "check --provider and --class-path"};
     }
     const auto time = std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start);
-    return {Mark::Ok, "provider", fmt::format("{} made and disposed in {} ms", options.provider, time.count()), {}};
+    return {
+        Mark::Ok, "provider", fmt::format("{} created and disposed of in {} ms", options.provider, time.count()), {}};
 }
 
 }  // namespace jstore::doctor

@@ -16,6 +16,7 @@
 
 namespace jstore {
 
+using foundation::storage::provider::ExtendedFeature;
 using foundation::storage::provider::IConfigurableProvider;
 using foundation::storage::provider::IProvider;
 using storage::jvm::EmbeddedJVM;
@@ -25,7 +26,7 @@ namespace {
 
 std::string classPathText(const Options& options) {
     std::string text;
-    for (const auto& entry : classPathOf(options)) {
+    for (const ClassPathEntry& entry : classPathOf(options)) {
         text += (text.empty() ? "" : ":") + entry.path.string();
     }
     return text;
@@ -34,10 +35,10 @@ std::string classPathText(const Options& options) {
 /// Java says "java.lang.NoClassDefFoundError: com/example/Nope" for a class that is nowhere, and the same with
 /// "(wrong name: …)" after it for a file that holds another class.
 std::string reason(const std::string& javaText, const Options& options) {
-    if (auto hint = memoryHint(javaText)) {
+    if (std::optional<std::string> hint = memoryHint(javaText)) {
         return *hint;
     }
-    const auto missing = "java.lang.NoClassDefFoundError: " + slashed(options.provider);
+    const std::string missing = "java.lang.NoClassDefFoundError: " + slashed(options.provider);
     if (oneLine(javaText) == missing) {
         return fmt::format("class not found on the class path ({})", classPathText(options));
     }
@@ -45,7 +46,7 @@ std::string reason(const std::string& javaText, const Options& options) {
 }
 
 CommandError unusable(const Options& options, const std::string& why) {
-    const auto text = fmt::format("cannot use provider {}: {}", dotted(options.provider), reason(why, options));
+    const std::string text = fmt::format("cannot use provider {}: {}", dotted(options.provider), reason(why, options));
     return CommandError({"Provider", {}, text, ExitCode::Failed});
 }
 
@@ -56,33 +57,32 @@ void configure(IProvider& provider, const Options& options) {
     try {
         dynamic_cast<IConfigurableProvider&>(provider).configure(treeOf(options.settings));
     } catch (const foundation::storage::provider::Exception& error) {
-        const auto& last = options.settings.back();
-        throw usageError(
-            fmt::format("--config {}={}: the back end refuses it ({})", last.key, last.value, toString(error.code())));
+        const Setting& last = options.settings.back();
+        throw usageError(fmt::format("--config {}={}: the back end refuses this value ({})", last.key, last.value,
+                                     toString(error.code())));
     } catch (const std::exception& error) {
-        const auto why = memoryHint(error).value_or(error.what());
-        const auto text = fmt::format("cannot configure {}: {}", dotted(options.provider), why);
+        const std::string why = memoryHint(error).value_or(error.what());
+        const std::string text = fmt::format("cannot configure {}: {}", dotted(options.provider), why);
         throw CommandError({"Provider", {}, text, ExitCode::Failed});
     }
 }
 
-/// Keeps what Java code prints off the terminal: an archive that cannot be written prints stack traces about what it
-/// throws as well.
+/// Keeps what Java code prints off the terminal. If an archive cannot be written, Java prints stack traces.
 void silenceErrors(JNIEnv* env) {
-    auto* const stream = env->FindClass("java/io/OutputStream");
-    auto* const print = env->FindClass("java/io/PrintStream");
-    auto* const system = env->FindClass("java/lang/System");
+    const jclass stream = env->FindClass("java/io/OutputStream");
+    const jclass print = env->FindClass("java/io/PrintStream");
+    const jclass system = env->FindClass("java/lang/System");
     if (stream == nullptr || print == nullptr || system == nullptr) {
         env->ExceptionClear();
         return;
     }
-    auto* const nothing = env->GetStaticMethodID(stream, "nullOutputStream", "()Ljava/io/OutputStream;");
-    auto* const sink = env->CallStaticObjectMethod(stream, nothing);
+    const jmethodID nothing = env->GetStaticMethodID(stream, "nullOutputStream", "()Ljava/io/OutputStream;");
+    const jobject sink = env->CallStaticObjectMethod(stream, nothing);
     if (env->ExceptionCheck() == JNI_TRUE) {
         env->ExceptionClear();
         return;
     }
-    auto* const printer = env->NewObject(print, env->GetMethodID(print, "<init>", "(Ljava/io/OutputStream;)V"), sink);
+    const jobject printer = env->NewObject(print, env->GetMethodID(print, "<init>", "(Ljava/io/OutputStream;)V"), sink);
     if (printer != nullptr) {
         env->CallStaticVoidMethod(system, env->GetStaticMethodID(system, "setErr", "(Ljava/io/PrintStream;)V"),
                                   printer);
@@ -92,9 +92,9 @@ void silenceErrors(JNIEnv* env) {
 
 /// A global reference to a new object; null with a Java exception pending.
 jobject newObject(JNIEnv* env, const std::string& className) {
-    auto* const type = env->FindClass(className.c_str());
-    auto* const constructor = type == nullptr ? nullptr : env->GetMethodID(type, "<init>", "()V");
-    auto* const object = constructor == nullptr ? nullptr : env->NewObject(type, constructor);
+    const jclass type = env->FindClass(className.c_str());
+    const jmethodID constructor = type == nullptr ? nullptr : env->GetMethodID(type, "<init>", "()V");
+    const jobject object = constructor == nullptr ? nullptr : env->NewObject(type, constructor);
     return object == nullptr ? nullptr : env->NewGlobalRef(object);
 }
 
@@ -103,11 +103,11 @@ jobject newObject(JNIEnv* env, const std::string& className) {
 BackEnd::BackEnd(std::shared_ptr<EmbeddedJVM> jvm, const Options& options)
     : m_jvm(std::move(jvm)), m_quiet(options.logLevel == LogLevel::Off) {
     JVMWrapper attached(m_jvm->getJavaVM());
-    auto* const env = attached.getEnv();
+    JNIEnv* const env = attached.getEnv();
     m_object = newObject(env, slashed(options.provider));
     if (m_object == nullptr) {
-        const auto error = takeJavaError(env);
-        throw unusable(options, error ? error->text : "no memory is left in Java");
+        const std::optional<JavaError> error = takeJavaError(env);
+        throw unusable(options, error ? error->text : "Java is out of memory");
     }
     try {
         m_provider.reset(storage::javaprovider::buildProvider(m_jvm, m_object));
@@ -136,16 +136,24 @@ void BackEnd::release() {
     attached.getEnv()->DeleteGlobalRef(m_object);
 }
 
+bool BackEnd::hasFeature(ExtendedFeature feature) const {
+    const bool has = m_provider->hasFeature(feature);
+    // The provider leaves an exception that Java threw at the question pending.
+    JVMWrapper attached(m_jvm->getJavaVM());
+    attached.getEnv()->ExceptionClear();
+    return has;
+}
+
 std::string BackEnd::reasonOf(const foundation::storage::provider::Exception& error) const {
     JVMWrapper attached(m_jvm->getJavaVM());
-    const auto last = takeLastFailure(attached.getEnv(), m_object);
+    const std::optional<LastFailure> last = takeLastFailure(attached.getEnv(), m_object);
     return last && last->isReportedBy(error) ? last->reason : std::string();
 }
 
 std::optional<Problem> BackEnd::closeObject() {
     JVMWrapper attached(m_jvm->getJavaVM());
-    auto* const env = attached.getEnv();
-    auto* const closeable = env->FindClass("java/lang/AutoCloseable");
+    JNIEnv* const env = attached.getEnv();
+    const jclass closeable = env->FindClass("java/lang/AutoCloseable");
     if (m_quiet) {
         silenceErrors(env);
     }
@@ -156,11 +164,11 @@ std::optional<Problem> BackEnd::closeObject() {
 }
 
 std::optional<Problem> BackEnd::end() {
-    auto problem = closeObject();
+    std::optional<Problem> problem = closeObject();
     m_provider.reset();
-    // The provider does not look for an exception there, so one that was thrown is still pending on this thread.
+    // The provider does not check for an exception there, so one that dispose() threw is still pending.
     JVMWrapper attached(m_jvm->getJavaVM());
-    auto thrown = problemOf(takeJavaError(attached.getEnv()));
+    std::optional<Problem> thrown = problemOf(takeJavaError(attached.getEnv()));
     attached.getEnv()->DeleteGlobalRef(m_object);
     return problem ? problem : thrown;
 }

@@ -18,7 +18,7 @@ bool takesClassArchive(const Options& options) {
 
 bool isMapped(const fs::path& file) {
     std::error_code ignored;  // What is not there is not mapped.
-    const auto suffix = " " + fs::weakly_canonical(file, ignored).string();
+    const std::string suffix = " " + fs::weakly_canonical(file, ignored).string();
     std::ifstream maps("/proc/self/maps");
     for (std::string line; std::getline(maps, line);) {
         if (line.ends_with(suffix)) {

@@ -5,12 +5,12 @@
 #include "options/Options.h"
 #include "storage/jvm/EmbeddedJVM.h"
 
-/// An archive of classes that Java maps into memory, instead of reading, checking and linking them one by one, which
-/// takes longer than all that a short command does.
+/// An archive of classes that Java maps into memory. Reading, checking and linking them one by one would take longer
+/// than everything else that a short command does.
 ///
-/// It is good for the very Java, jars and places of jars that it was made with. Java itself compares them, and passes
-/// over an archive that does not fit in silence. It looks at the head only: what is damaged further on is found by the
-/// seal (see ArchiveSeal.h).
+/// It is valid only for the Java, the jars and the places of the jars that it was made with. Java itself compares them,
+/// and silently ignores an archive that does not fit. Java checks only the beginning of the archive; the checksum finds
+/// damage further on (see ArchiveChecksum.h).
 namespace jstore {
 
 /// Where the archive for a Java is, or would be; empty when its home states no version.

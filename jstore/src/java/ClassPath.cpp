@@ -17,7 +17,7 @@ namespace {
 
 void addEntries(std::string_view list, const char* origin, std::vector<ClassPathEntry>& entries) {
     while (!list.empty()) {
-        const auto colon = std::min(list.find(':'), list.size());
+        const std::size_t colon = std::min(list.find(':'), list.size());
         if (colon > 0) {
             entries.push_back({fs::path(list.substr(0, colon)), origin});
         }
@@ -38,11 +38,11 @@ std::string problemOfJar(const fs::path& path) {
 
 std::vector<ClassPathEntry> classPathOf(const Options& options) {
     std::vector<ClassPathEntry> entries;
-    for (const auto& list : options.classPath) {
+    for (const std::string& list : options.classPath) {
         addEntries(list, "--class-path", entries);
     }
     addEntries(options.environmentClassPath, "JSTORE_CLASS_PATH", entries);
-    for (const auto* const jar : {"storage-provider-api.jar", "storage-backends.jar"}) {
+    for (const char* const jar : {"storage-provider-api.jar", "storage-backends.jar"}) {
         entries.push_back({options.installedJars / jar, "installation"});
     }
     return entries;
@@ -50,7 +50,7 @@ std::vector<ClassPathEntry> classPathOf(const Options& options) {
 
 std::string problemOf(const ClassPathEntry& entry) {
     std::error_code error;
-    const auto status = fs::status(entry.path, error);
+    const fs::file_status status = fs::status(entry.path, error);
     if (!fs::exists(status)) {
         return "cannot be found: " + error.message();
     }
@@ -61,7 +61,7 @@ std::string problemOf(const ClassPathEntry& entry) {
 }
 
 bool holdsClass(const ClassPathEntry& entry, const std::string& className) {
-    const auto member = slashed(className) + ".class";
+    const std::string member = slashed(className) + ".class";
     std::error_code error;
     if (fs::is_directory(entry.path, error)) {
         return fs::is_regular_file(entry.path / member, error);

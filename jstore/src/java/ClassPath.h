@@ -14,15 +14,14 @@ struct ClassPathEntry {
     std::string origin;  ///< "--class-path", "JSTORE_CLASS_PATH" or "installation"
 };
 
-/// The class path of the virtual machine, in order: the option's entries, the environment's, the jars that come with
-/// the program. Empty entries drop out.
+/// The class path of the virtual machine, in order: the entries of the option, those of the environment, the jars that
+/// come with the program. Empty entries drop out.
 [[nodiscard]] std::vector<ClassPathEntry> classPathOf(const Options& options);
 
-/// Why Java could not use the entry: missing, not readable, neither a folder nor a jar, a damaged jar. Empty when it
-/// can.
+/// Why Java cannot use the entry: missing, not readable, neither a folder nor a jar, a damaged jar. Empty if it can.
 [[nodiscard]] std::string problemOf(const ClassPathEntry& entry);
 
-/// Whether the entry, one without a problem, holds the class (its name with dots or slashes).
+/// Whether the entry holds the class, named with dots or slashes. Only for an entry without a problem.
 [[nodiscard]] bool holdsClass(const ClassPathEntry& entry, const std::string& className);
 
 /// The class name as JNI wants it: with slashes.

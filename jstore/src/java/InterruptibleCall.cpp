@@ -20,10 +20,10 @@ namespace {
 
 /// A global reference to the java.lang.Thread of the calling thread; null if Java gives none.
 jobject currentThread(JNIEnv* env) {
-    auto* const type = env->FindClass("java/lang/Thread");
-    auto* const method =
+    const jclass type = env->FindClass("java/lang/Thread");
+    const jmethodID method =
         type == nullptr ? nullptr : env->GetStaticMethodID(type, "currentThread", "()Ljava/lang/Thread;");
-    auto* const thread = method == nullptr ? nullptr : env->CallStaticObjectMethod(type, method);
+    const jobject thread = method == nullptr ? nullptr : env->CallStaticObjectMethod(type, method);
     if (env->ExceptionCheck() == JNI_TRUE || thread == nullptr) {
         env->ExceptionClear();
         return nullptr;
@@ -31,10 +31,10 @@ jobject currentThread(JNIEnv* env) {
     return env->NewGlobalRef(thread);
 }
 
-/// The present thread is interrupted in Java no more.
+/// Clears the interruption of the current thread in Java.
 void clearInterruption(JNIEnv* env) {
-    auto* const type = env->FindClass("java/lang/Thread");
-    auto* const method = type == nullptr ? nullptr : env->GetStaticMethodID(type, "interrupted", "()Z");
+    const jclass type = env->FindClass("java/lang/Thread");
+    const jmethodID method = type == nullptr ? nullptr : env->GetStaticMethodID(type, "interrupted", "()Z");
     if (method != nullptr) {
         static_cast<void>(env->CallStaticBooleanMethod(type, method));
     }
@@ -57,7 +57,7 @@ InterruptibleCall::InterruptibleCall(std::shared_ptr<EmbeddedJVM> jvm) : m_jvm(s
         m_end = std::make_unique<EventFile>();
         m_watcher = std::thread([this] { watch(); });
     } catch (const std::system_error&) {
-        // The call is made all the same.
+        // The call is made without the watcher.
     }
 }
 
@@ -87,9 +87,9 @@ void InterruptibleCall::watch() const {
 void InterruptibleCall::interruptCaller() const {
     try {
         JVMWrapper attached(m_jvm->getJavaVM());
-        auto* const env = attached.getEnv();
-        auto* const type = env->GetObjectClass(m_caller);
-        auto* const method = env->GetMethodID(type, "interrupt", "()V");
+        JNIEnv* const env = attached.getEnv();
+        const jclass type = env->GetObjectClass(m_caller);
+        const jmethodID method = env->GetMethodID(type, "interrupt", "()V");
         if (method != nullptr) {
             env->CallVoidMethod(m_caller, method);
         }

@@ -13,11 +13,11 @@
 
 namespace jstore {
 
-/// A scope of the main thread in which the first signal that stops jstore interrupts the thread in Java too, so that
-/// one call that takes long, such as the move of a folder to another disk, is given up where it stands.
+/// A scope of the main thread in which the first signal that stops jstore also interrupts the thread in Java. It ends a
+/// call that takes long, such as the move of a folder to another disk.
 ///
-/// A thread of its own waits for the signal. It enters Java only then. At the end of the scope the Java thread is not
-/// interrupted any more. Where no such thread can be had, a signal waits for the end of the call.
+/// A second thread waits for the signal and enters Java only then. At the end of the scope the interruption in Java is
+/// cleared. If no second thread can be started, a signal takes effect only after the call.
 class InterruptibleCall {
 public:
     explicit InterruptibleCall(std::shared_ptr<storage::jvm::EmbeddedJVM> jvm);
@@ -36,11 +36,11 @@ private:
     std::thread m_watcher;
 };
 
-/// Whether a failure with this code is what a call ends with when its Java thread was interrupted.
+/// Whether a call whose Java thread was interrupted may fail with this code.
 [[nodiscard]] bool mayBeInterruption(foundation::storage::provider::ErrorCode code) noexcept;
 
-/// Does something in Java that may take long. Throws Interruption when it fails because of a signal, else what the
-/// action throws. An action that comes to its end in spite of the signal is done.
+/// Does something in Java that may take long. Throws Interruption if it fails because of a signal, else what the action
+/// throws. An action that completes despite the signal counts as done.
 template <class Action>
 void interruptibly(const std::shared_ptr<storage::jvm::EmbeddedJVM>& jvm, const Action& action) {
     try {

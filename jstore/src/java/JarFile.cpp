@@ -66,12 +66,13 @@ private:
     std::uint64_t m_size = 0;
 };
 
-/// What the record at the archive's end says. Other bytes may stand before an archive, such as a program that unpacks
-/// it: as Java does, the table of contents is looked for right before its end, wherever it is said to begin.
+/// What the record at the archive's end says. Other bytes may come before an archive, such as a program that unpacks
+/// it. So this searches for the table of contents where Java does: directly before the record, wherever the record says
+/// that it begins.
 struct End {
     std::uint64_t position;  ///< of the record, and so the end of the table of contents
     std::uint64_t size;      ///< of the table of contents
-    std::uint64_t offset;    ///< of the table of contents in the archive without what stands before it
+    std::uint64_t offset;    ///< of the table of contents in the archive, not counting bytes before it
     bool needsSecond;        ///< the numbers are in a second record
 
     /// Throws when the table of contents or the archive would begin before the file.
@@ -89,12 +90,12 @@ End secondEnd(Reader& file, const End& first) {
     if (first.position < End64LocatorSize) {
         return first;
     }
-    const auto locator = file.read(first.position - End64LocatorSize, End64LocatorSize);
-    const auto position = number(locator, 8, 8);
+    const std::string locator = file.read(first.position - End64LocatorSize, End64LocatorSize);
+    const std::uint64_t position = number(locator, 8, 8);
     if (!locator.starts_with(End64LocatorSignature) || position > first.position) {
         return first;
     }
-    const auto end = file.read(position, std::min<std::uint64_t>(End64Size, file.size() - position));
+    const std::string end = file.read(position, std::min<std::uint64_t>(End64Size, file.size() - position));
     if (end.size() < End64Size || !end.starts_with(End64Signature)) {
         return first;
     }
@@ -106,7 +107,7 @@ bool leadsToMembers(Reader& file, const End& end) {
     if (end.size > end.position || end.offset > end.position - end.size) {
         return false;
     }
-    const auto begin = end.position - end.size;
+    const std::uint64_t begin = end.position - end.size;
     return file.read(begin, EntrySignature.size()) == EntrySignature &&
            file.read(begin - end.offset, MemberSignature.size()) == MemberSignature;
 }
@@ -114,11 +115,11 @@ bool leadsToMembers(Reader& file, const End& end) {
 /// The last record that closes an archive: its comment reaches to the end of the file, or, where bytes were added after
 /// the archive, it leads to members. A member or a comment may hold bytes that look like a record.
 End findEnd(Reader& file) {
-    const auto tailSize = std::min<std::uint64_t>(file.size(), EndSize + LongestComment);
-    const auto tail = file.read(file.size() - tailSize, tailSize);
-    auto from = tail.size() < EndSize ? std::string::npos : tail.size() - EndSize;
+    const std::uint64_t tailSize = std::min<std::uint64_t>(file.size(), EndSize + LongestComment);
+    const std::string tail = file.read(file.size() - tailSize, tailSize);
+    std::size_t from = tail.size() < EndSize ? std::string::npos : tail.size() - EndSize;
     while (from != std::string::npos) {
-        const auto at = tail.rfind(EndSignature, from);
+        const std::size_t at = tail.rfind(EndSignature, from);
         if (at == std::string::npos) {
             break;
         }
@@ -134,7 +135,7 @@ End findEnd(Reader& file) {
 }
 
 Directory findDirectory(Reader& file) {
-    const auto end = findEnd(file);
+    const End end = findEnd(file);
     return (end.needsSecond ? secondEnd(file, end) : end).directory();
 }
 
@@ -142,15 +143,15 @@ Directory findDirectory(Reader& file) {
 
 JarFile::JarFile(const std::filesystem::path& path) {
     Reader file(path);
-    const auto place = findDirectory(file);
-    const auto directory = file.read(place.offset, place.size);
+    const Directory place = findDirectory(file);
+    const std::string directory = file.read(place.offset, place.size);
     std::string_view rest = directory;
     while (!rest.empty()) {
         if (rest.size() < EntrySize || !rest.starts_with(EntrySignature)) {
             throw damaged();
         }
-        const auto nameSize = number(rest, 28, 2);
-        const auto entrySize = EntrySize + nameSize + number(rest, 30, 2) + number(rest, 32, 2);
+        const std::uint64_t nameSize = number(rest, 28, 2);
+        const std::uint64_t entrySize = EntrySize + nameSize + number(rest, 30, 2) + number(rest, 32, 2);
         if (rest.size() < entrySize) {
             throw damaged();
         }

@@ -7,14 +7,14 @@
 
 namespace jstore {
 
-/// The table of contents of a jar, read to report a broken file before Java silently passes over it. Archives with
-/// other bytes before or after them count, as they do for Java.
+/// The table of contents of a jar. Reading it reports a broken file, which Java would silently ignore. As in Java, an
+/// archive may have other bytes before and after it.
 ///
 /// An immutable value. The members' bytes are not read or checked.
 class JarFile {
 public:
-    /// Reads the table of contents. Throws std::runtime_error with the reason: it cannot be opened or read, it is no
-    /// zip archive, its table of contents is damaged.
+    /// Reads the table of contents. Throws std::runtime_error with the reason: the file cannot be opened or read, is no
+    /// zip archive, or its table of contents is damaged.
     explicit JarFile(const std::filesystem::path& path);
 
     /// Whether the jar holds a member of that name, for example "com/example/Provider.class".

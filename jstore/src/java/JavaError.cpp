@@ -6,6 +6,7 @@
 #include "fl/i18n/text.h"
 #include "java/JavaText.h"
 #include "java/LastFailure.h"
+#include "storage/javaprovider/ErrorNumbers.h"
 
 namespace jstore {
 
@@ -14,16 +15,17 @@ using foundation::storage::provider::ErrorCode;
 namespace {
 
 void readProviderException(JNIEnv* env, jthrowable throwable, JavaError& error) {
-    auto* const type = env->FindClass("com/corvallen/storage/provider/ProviderException");
+    const jclass type = env->FindClass("com/corvallen/storage/provider/ProviderException");
     if (type == nullptr) {
-        env->ExceptionClear();  // Without the contract on the class path it is none of those.
+        env->ExceptionClear();  // Without the contract on the class path, it is not a ProviderException.
         return;
     }
     if (env->IsInstanceOf(throwable, type) == JNI_TRUE) {
-        error.code = errorCodeOf(env->CallIntMethod(throwable, env->GetMethodID(type, "getErrorCodeNumber", "()I")));
+        const jint number = env->CallIntMethod(throwable, env->GetMethodID(type, "getErrorCodeNumber", "()I"));
+        error.code = storage::javaprovider::errorCodeOf(number).value_or(ErrorCode::Unknown);
         error.location = fl::i18n::to_string(callForText(env, throwable, "getLocationString"));
-        // The number was asked for, so it is this one that is remembered.
-        const auto last = takeLastFailure(env, throwable);
+        // Asking for the number has made this exception the last failure.
+        const std::optional<LastFailure> last = takeLastFailure(env, throwable);
         error.reason = last ? last->reason : std::string();
     }
 }
@@ -31,7 +33,7 @@ void readProviderException(JNIEnv* env, jthrowable throwable, JavaError& error) 
 }  // namespace
 
 std::optional<JavaError> takeJavaError(JNIEnv* env) {
-    auto* const throwable = env->ExceptionOccurred();
+    const jthrowable throwable = env->ExceptionOccurred();
     if (throwable == nullptr) {
         return std::nullopt;
     }
@@ -49,7 +51,7 @@ std::optional<Problem> problemOf(const std::optional<JavaError>& error) {
     const auto code = std::string(toString(error->code));
     constexpr const char* loss = "what was written may be lost";
     if (error->location.empty()) {
-        if (const auto hint = memoryHint(error->text)) {
+        if (const std::optional<std::string> hint = memoryHint(error->text)) {
             return Problem{MemoryCode, {}, fmt::format("{}: {}", loss, *hint), ExitCode::Failed};
         }
         return Problem{code, {}, fmt::format("{}: {}: {}", code, loss, error->text), exitCodeOf(error->code)};

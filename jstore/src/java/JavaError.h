@@ -19,12 +19,12 @@ struct JavaError {
     std::string reason;  ///< a ProviderException's message without code and location; empty when it says no more
 };
 
-/// The exception that is pending on this thread, which it is no more afterwards; empty if there is none.
+/// Takes the pending exception off this thread. Empty if there is none.
 ///
-/// Blocks in Java. Needs a local frame of the caller's; leaves no exception pending.
+/// Blocks in Java. The caller provides a local frame.
 [[nodiscard]] std::optional<JavaError> takeJavaError(JNIEnv* env);
 
-/// An error of a back end's end as a problem: what was written may be lost. Empty for none.
+/// The problem for an error at a back end's end: what was written may be lost. Empty if there was no error.
 [[nodiscard]] std::optional<Problem> problemOf(const std::optional<JavaError>& error);
 
 }  // namespace jstore

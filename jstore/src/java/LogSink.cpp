@@ -31,7 +31,7 @@ constexpr const char* Channel = "storage::javaprovider";
 constexpr std::uint32_t bit(Severity severity) { return static_cast<std::uint32_t>(severity); }
 
 std::uint32_t maskOf(LogLevel level) {
-    constexpr auto failures = bit(Severity::Failure) | bit(Severity::Caught);
+    constexpr std::uint32_t failures = bit(Severity::Failure) | bit(Severity::Caught);
     switch (level) {
         case LogLevel::Failures:
             return failures;

@@ -13,6 +13,7 @@
 namespace jstore {
 
 using storage::jvm::EmbeddedJVM;
+using storage::jvm::JavaCandidate;
 
 namespace {
 
@@ -20,9 +21,9 @@ CommandError failed(std::string code, std::string text, ExitCode exitCode = Exit
     return CommandError({std::move(code), {}, std::move(text), exitCode});
 }
 
-std::string placesTried(const std::vector<storage::jvm::JavaCandidate>& candidates) {
+std::string placesTried(const std::vector<JavaCandidate>& candidates) {
     std::string places;
-    for (const auto& candidate : candidates) {
+    for (const JavaCandidate& candidate : candidates) {
         places += (places.empty() ? "" : "; ") + describe(candidate);
     }
     return places.empty() ? "no place to look in" : places;
@@ -31,38 +32,35 @@ std::string placesTried(const std::vector<storage::jvm::JavaCandidate>& candidat
 }  // namespace
 
 void checkClassPath(const Options& options) {
-    for (const auto& entry : classPathOf(options)) {
-        const auto problem = problemOf(entry);
+    for (const ClassPathEntry& entry : classPathOf(options)) {
+        const std::string problem = problemOf(entry);
         if (!problem.empty()) {
-            const auto path = printable(entry.path.string());
+            const std::string path = printable(entry.path.string());
             throw failed("ClassPath", fmt::format("class path entry {} ({}): {}", path, entry.origin, problem));
         }
     }
 }
 
-std::shared_ptr<EmbeddedJVM> startJava(const Options& options) {
-    const auto candidates = javaCandidates(options);
-    const auto* const java = usable(candidates);
+std::shared_ptr<EmbeddedJVM> startJava(const Options& options, std::vector<JavaCandidate> candidates) {
+    const JavaCandidate* const promising = usable(candidates);
+    const std::string library = promising == nullptr ? std::string() : printable(promising->libjvm.string());
+    const JavaCandidate* const java = storage::jvm::loadJava(candidates);
     if (java == nullptr) {
-        throw failed("NoJava", "no Java found: " + placesTried(candidates), ExitCode::NoJava);
+        const bool given = !options.javaHome.empty() && !library.empty();
+        const std::string why =
+            given ? library + " cannot be loaded" : placesTried(candidates) + " (see jstore doctor)";
+        throw failed("NoJava", "no Java found: " + why, ExitCode::NoJava);
     }
-    std::shared_ptr<EmbeddedJVM> jvm;
     try {
-        jvm = EmbeddedJVM::start(virtualMachineOptions(options, *java));
+        return EmbeddedJVM::start(virtualMachineOptions(options, *java));
     } catch (const std::exception& error) {
         throw failed("Java", fmt::format("Java does not start: {}", error.what()));
     }
-    // The start goes on to the next place when a library cannot be loaded; a home that was given is meant alone.
-    if (!options.javaHome.empty() && jvm->libjvm() != candidates.front().libjvm) {
-        const auto library = printable(candidates.front().libjvm.string());
-        throw failed("NoJava", fmt::format("no Java found: {} cannot be loaded", library), ExitCode::NoJava);
-    }
-    return jvm;
 }
 
 Session::Session(const Options& options) {
     checkClassPath(options);
-    m_jvm = startJava(options);
+    m_jvm = startJava(options, javaCandidates(options));
     m_attachment.emplace(m_jvm);
     m_backEnd.emplace(m_jvm, options);
 }

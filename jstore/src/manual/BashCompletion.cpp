@@ -8,8 +8,8 @@ namespace {
 
 constexpr const char* BashStart = R"(# Completion of jstore's command lines for bash. Made by: jstore completion bash
 
-# Files and folders; also those of java:///path, of which bash has cut off "java" and ":". Names that are spelled
-# differently in a location are left out.
+# Files and folders, after java:// too; there bash has cut off "java" and ":". Names that a location spells differently
+# are left out.
 _jstore_files() {
     local name
     while IFS= read -r name; do
@@ -28,7 +28,7 @@ _jstore_words() {
     mapfile -t COMPREPLY < <(compgen -W "$2" -- "$1")
 }
 
-# The value of an option; fails when it takes none. The verb is "" for the common options.
+# Completes the value of an option; fails if the option takes none. The verb is "" for the common options.
 _jstore_value() {
     case $1$2 in
 )";
@@ -73,13 +73,13 @@ std::string joined(const std::vector<std::string>& words, const char* separator)
 
 std::string names(const std::vector<Option>& options) {
     std::string all;
-    for (const auto& option : options) {
+    for (const Option& option : options) {
         all += (all.empty() ? "" : " ") + joined(option.names, " ");
     }
     return all;
 }
 
-/// How a value is completed, as a command on "$3".
+/// The command that completes a value, which is "$3".
 std::string bashAction(const Option& option) {
     if (!option.words.empty()) {
         return fmt::format("_jstore_words \"$3\" '{}'", joined(option.words, " "));
@@ -93,10 +93,10 @@ std::string bashAction(const Option& option) {
 
 std::string values(const std::string& verb, const std::vector<Option>& options) {
     std::string cases;
-    for (const auto& option : options) {
+    for (const Option& option : options) {
         if (!option.value.empty()) {
             std::vector<std::string> patterns;
-            for (const auto& name : option.names) {
+            for (const std::string& name : option.names) {
                 patterns.push_back(verb + name);
             }
             cases += fmt::format("        {}) {} ;;\n", joined(patterns, "|"), bashAction(option));
@@ -107,7 +107,7 @@ std::string values(const std::string& verb, const std::vector<Option>& options) 
 
 std::string bashCase(const Verb& verb) {
     std::string arguments = ":";
-    for (const auto& argument : verb.arguments) {
+    for (const Option& argument : verb.arguments) {
         arguments = argument.words.empty()
                         ? "_jstore_files \"$current\""
                         : fmt::format("_jstore_words \"$current\" '{}'", joined(argument.words, " "));
@@ -117,10 +117,10 @@ std::string bashCase(const Verb& verb) {
         verb.name, names(verb.options), arguments);
 }
 
-/// The options that a value follows in a word of its own.
+/// The options whose value is a word of its own.
 std::string valued(const Grammar& grammar) {
     std::vector<std::string> patterns;
-    for (const auto& option : grammar.options) {
+    for (const Option& option : grammar.options) {
         if (!option.value.empty()) {
             patterns.insert(patterns.end(), option.names.begin(), option.names.end());
         }
@@ -134,7 +134,7 @@ std::string bashCompletion(const Grammar& grammar) {
     std::string script = BashStart + values("", grammar.options);
     std::string cases;
     std::vector<std::string> verbs;
-    for (const auto& verb : grammar.verbs) {
+    for (const Verb& verb : grammar.verbs) {
         script += values(verb.name, verb.options);
         cases += bashCase(verb);
         verbs.push_back(verb.name);

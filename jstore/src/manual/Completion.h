@@ -6,11 +6,11 @@
 
 namespace jstore::manual {
 
-/// A script for bash that completes jstore's command lines: verbs, options, their values, and local files, also after
-/// `java://`. Nothing of it runs jstore.
+/// A script for bash that completes jstore's command lines: verbs, options, their values, and local files, after
+/// `java://` too. The script never runs jstore.
 [[nodiscard]] std::string bashCompletion(const Grammar& grammar);
 
-/// The same for zsh, as a function to be found in its fpath under the name _jstore.
+/// The same for zsh, as the function _jstore for a folder of fpath.
 [[nodiscard]] std::string zshCompletion(const Grammar& grammar);
 
 }  // namespace jstore::manual

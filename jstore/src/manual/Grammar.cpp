@@ -1,52 +1,52 @@
 #include "manual/Grammar.h"
 
-#include "options/HelpText.h"
-
 namespace jstore::manual {
 
 namespace {
 
-Option optionOf(const CLI::Option& option) {
-    Option result;
-    for (const auto& name : option.get_snames()) {
-        result.names.push_back('-' + name);
+std::vector<std::string> namesOf(const CLI::Option& option) {
+    if (option.get_positional()) {
+        return {option.get_name(/*positional=*/true)};
     }
-    for (const auto& name : option.get_lnames()) {
-        result.names.push_back("--" + name);
+    std::vector<std::string> names;
+    for (const std::string& name : option.get_snames()) {
+        names.push_back('-' + name);
     }
-    result.value = option.get_type_name();
-    result.help = option.get_description();
-    result.words = wordsOf(option);
-    return result;
+    for (const std::string& name : option.get_lnames()) {
+        names.push_back("--" + name);
+    }
+    return names;
 }
 
-Option argumentsOf(const CLI::Option& option) {
-    auto result = optionOf(option);
-    result.names = {option.get_name(/*positional=*/true)};
-    return result;
-}
-
-Verb verbOf(const CLI::App& app) {
-    const auto parts = helpParts(app.get_footer());
-    Verb verb{app.get_name(), app.get_description(), parts.text, parts.examples, {}, {}};
-    for (const auto* option : app.get_options()) {
-        if (option->get_positional()) {
-            verb.arguments.push_back(argumentsOf(*option));
-        } else {
-            verb.options.push_back(optionOf(*option));
+Option optionOf(const CLI::Option& option, const Words& words) {
+    Option result{namesOf(option), option.get_type_name(), option.get_description(), {}};
+    for (const std::string& name : result.names) {
+        const auto found = words.find(name);
+        if (found != words.end()) {
+            result.words = found->second;
         }
     }
-    return verb;
+    return result;
+}
+
+std::vector<Option> optionsOf(const CLI::App& command, const Words& words, bool positional) {
+    std::vector<Option> options;
+    for (const CLI::Option* option : command.get_options()) {
+        if (option->get_positional() == positional) {
+            options.push_back(optionOf(*option, words));
+        }
+    }
+    return options;
 }
 
 }  // namespace
 
-Grammar grammarOf(const CLI::App& commandLine) {
-    Grammar grammar;
-    grammar.help = commandLine.get_description();
-    grammar.options = verbOf(commandLine).options;
-    for (const auto* verb : commandLine.get_subcommands([](const CLI::App*) { return true; })) {
-        grammar.verbs.push_back(verbOf(*verb));
+Grammar grammarOf(const CLI::App& commandLine, const Words& words, const std::map<std::string, VerbHelp>& helps) {
+    Grammar grammar{commandLine.get_description(), optionsOf(commandLine, words, /*positional=*/false), {}};
+    for (const CLI::App* verb : commandLine.get_subcommands([](const CLI::App*) { return true; })) {
+        const VerbHelp& help = helps.at(verb->get_name());
+        grammar.verbs.push_back({verb->get_name(), help, optionsOf(*verb, help.words, /*positional=*/false),
+                                 optionsOf(*verb, help.words, /*positional=*/true)});
     }
     return grammar;
 }

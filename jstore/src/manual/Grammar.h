@@ -2,24 +2,25 @@
 
 #include <CLI/App.hpp>
 
+#include <map>
 #include <string>
 #include <vector>
 
+#include "options/VerbHelp.h"
+
 namespace jstore::manual {
 
-/// What is to be known of an option, or of a verb's arguments, by whoever explains or completes command lines.
+/// An option, or the arguments of a verb, as manual pages and completions describe them.
 struct Option {
-    std::vector<std::string> names;  ///< "-r", "--recursive"; of arguments the one word that stands for them
-    std::string value;               ///< the word for its value; empty for one without
+    std::vector<std::string> names;  ///< "-r", "--recursive"; for arguments, the one word that stands for them
+    std::string value;               ///< the word for its value; empty if it takes none
     std::string help;
     std::vector<std::string> words;  ///< the values it takes; empty when it may be anything
 };
 
 struct Verb {
     std::string name;
-    std::string help;  ///< a line
-    std::string text;  ///< further lines; may be empty
-    std::vector<std::string> examples;
+    VerbHelp help;
     std::vector<Option> options;
     std::vector<Option> arguments;
 };
@@ -27,11 +28,13 @@ struct Verb {
 /// The command line as data.
 struct Grammar {
     std::string help;
-    std::vector<Option> options;  ///< those that all verbs have
+    std::vector<Option> options;  ///< the common options of all verbs
     std::vector<Verb> verbs;
 };
 
-/// Reads the parser's grammar, so that what is made of it is never out of date.
-[[nodiscard]] Grammar grammarOf(const CLI::App& commandLine);
+/// Reads the parser's grammar, so that the manual page and the completions are never out of date. `words` are the
+/// values of the common options, `helps` the help of each verb, by its name.
+[[nodiscard]] Grammar grammarOf(const CLI::App& commandLine, const Words& words,
+                                const std::map<std::string, VerbHelp>& helps);
 
 }  // namespace jstore::manual

@@ -9,7 +9,7 @@ namespace {
 constexpr const char* ZshStart = R"(#compdef jstore
 # Completion of jstore's command lines for zsh. Made by: jstore completion zsh
 
-# Files and folders; also those of java:///path. Names that are spelled differently in a location are left out.
+# Files and folders, after java:// too. Names that a location spells differently are left out.
 _jstore_files() {
   if [[ $PREFIX == java:///* ]]; then
     compset -P 'java://'
@@ -25,7 +25,7 @@ _jstore() {
   local -a common verbs
 )";
 
-/// Text between apostrophes, in which _arguments and _describe read brackets and colons.
+/// Text for a place between apostrophes, where _arguments and _describe interpret brackets and colons.
 std::string quoted(const std::string& text) {
     std::string result;
     for (const char c : text) {
@@ -51,14 +51,14 @@ std::string zshAction(const Option& option) {
     return option.value == "P" || option.value == "NAME=URI" ? "_files" : " ";
 }
 
-/// What `_arguments` is told, a line for each name; an option may be given again.
+/// The specifications for `_arguments`, a line for each name; an option may be given again.
 std::string specifications(const std::vector<Option>& options, const char* indent) {
     std::string text;
-    for (const auto& option : options) {
-        for (const auto& name : option.names) {
+    for (const Option& option : options) {
+        for (const std::string& name : option.names) {
             const bool isLong = name.starts_with("--");
-            const auto* const valueMark = option.value.empty() ? "" : isLong ? "=" : "+";
-            const auto value =
+            const char* const valueMark = option.value.empty() ? "" : isLong ? "=" : "+";
+            const std::string value =
                 option.value.empty() ? "" : fmt::format(":{}:{}", quoted(option.value), zshAction(option));
             text += fmt::format("{}'*{}{}[{}]{}'\n", indent, name, valueMark, quoted(option.help), value);
         }
@@ -67,10 +67,10 @@ std::string specifications(const std::vector<Option>& options, const char* inden
 }
 
 std::string zshCase(const Verb& verb) {
-    auto text =
+    std::string text =
         fmt::format("        {})\n          specs+=(\n{}", verb.name, specifications(verb.options, "            "));
-    for (const auto& argument : verb.arguments) {
-        const auto how = argument.words.empty() ? "_jstore_files" : zshAction(argument);
+    for (const Option& argument : verb.arguments) {
+        const std::string how = argument.words.empty() ? "_jstore_files" : zshAction(argument);
         text += fmt::format("            '*:{}:{}'\n", quoted(argument.names.front()), how);
     }
     return text + "          ) ;;\n";
@@ -79,10 +79,11 @@ std::string zshCase(const Verb& verb) {
 }  // namespace
 
 std::string zshCompletion(const Grammar& grammar) {
-    auto script = ZshStart + fmt::format("  common=(\n{}  )\n  verbs=(\n", specifications(grammar.options, "    "));
+    std::string script =
+        ZshStart + fmt::format("  common=(\n{}  )\n  verbs=(\n", specifications(grammar.options, "    "));
     std::string cases;
-    for (const auto& verb : grammar.verbs) {
-        script += fmt::format("    '{}:{}'\n", verb.name, quoted(verb.help));
+    for (const Verb& verb : grammar.verbs) {
+        script += fmt::format("    '{}:{}'\n", verb.name, quoted(verb.help.summary));
         cases += zshCase(verb);
     }
     script +=

@@ -7,9 +7,8 @@ namespace jstore {
 
 namespace {
 
-// The parser splits "[a,b]" into two values, takes an empty value and "%%" for a separator and "++" for the end of a
-// verb, and forgets "--" when it goes back from a verb to the program's options. A leading character that none of these
-// begins with hides all that.
+// The parser splits "[a,b]" into two values, reads an empty value and "%%" as separators and "++" as the end of a verb,
+// and forgets "--" when it returns from a verb to the program's options. A leading mark hides all that from it.
 constexpr char Mark = '\x01';
 
 bool misread(std::string_view argument) {
@@ -46,13 +45,17 @@ std::string withoutMarks(std::string text) {
     return text;
 }
 
-CLI::Option& addArguments(CLI::App& verb, const std::string& name, std::vector<std::string>& target,
+CLI::Option& addArguments(CLI::App& command, const std::string& name, std::vector<std::string>& target,
                           const std::string& help, int fewest) {
     const auto take = [&target](const std::vector<std::string>& values) {
         std::transform(values.begin(), values.end(), std::back_inserter(target), unmarked);
     };
-    auto* const option = verb.add_option_function<std::vector<std::string>>(name, take, help);
+    CLI::Option* const option = command.add_option_function<std::vector<std::string>>(name, take, help);
     return *option->required()->expected(fewest, CLI::detail::expected_max_vector_size)->type_name("");
+}
+
+void addHuman(CLI::App& command, bool& human) {
+    command.add_flag("-H,--human", human, "Show sizes as 1.5K, 20.0M and so on");
 }
 
 }  // namespace jstore

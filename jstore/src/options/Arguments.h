@@ -7,18 +7,21 @@
 
 namespace jstore {
 
-/// The program's arguments, last first, as the command-line parser takes them, with those marked that it would
-/// misread: names in brackets, empty ones, and everything after `--`.
+/// The program's arguments, last first, as the command-line parser takes them. Arguments that the parser would misread
+/// are marked: those that begin with a bracket, empty ones, `%%`, `++`, and everything after `--`.
 [[nodiscard]] std::vector<std::string> markedArguments(int argc, const char* const* argv);
 
-/// An argument that markedArguments() may have marked, as the user wrote it.
+/// The argument as the user wrote it, whether markedArguments() has marked it or not.
 [[nodiscard]] std::string unmarked(std::string argument);
 
-/// Text of the parser's that may quote marked arguments, without the marks.
+/// A text from the parser, without the marks of the arguments that it quotes.
 [[nodiscard]] std::string withoutMarks(std::string text);
 
 /// Adds a verb's positional arguments, at least `fewest`, read into `target` as the user wrote them.
-CLI::Option& addArguments(CLI::App& verb, const std::string& name, std::vector<std::string>& target,
+CLI::Option& addArguments(CLI::App& command, const std::string& name, std::vector<std::string>& target,
                           const std::string& help, int fewest = 1);
+
+/// Adds the flag by which a verb shows sizes for people.
+void addHuman(CLI::App& command, bool& human);
 
 }  // namespace jstore

@@ -19,7 +19,7 @@ std::string HelpFormatter::make_usage(const CLI::App* app, std::string name) con
 }
 
 std::string HelpFormatter::make_option_opts(const CLI::Option* option) const {
-    const auto value = option->get_type_name();
+    const std::string value = option->get_type_name();
     return option->get_positional() || value.empty() ? std::string() : ' ' + value;
 }
 

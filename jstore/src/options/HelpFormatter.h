@@ -7,7 +7,7 @@
 
 namespace jstore {
 
-/// The look of --help: option names with their one value, positional arguments spelled as the verb names them.
+/// The layout of --help: option names with their one value, and arguments spelled as the verb names them.
 class HelpFormatter final : public CLI::Formatter {
 public:
     HelpFormatter();

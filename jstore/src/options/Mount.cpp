@@ -32,7 +32,7 @@ std::string decoded(std::string_view text) {
     std::string plain;
     for (std::size_t at = 0; at < text.size(); ++at) {
         unsigned value = 0;
-        const auto* const digits = text.data() + at + 1;
+        const char* const digits = text.data() + at + 1;
         if (text[at] == '%' && at + 2 < text.size() &&
             std::from_chars(digits, digits + 2, value, 16).ptr == digits + 2) {
             plain += static_cast<char>(value);
@@ -47,15 +47,15 @@ std::string decoded(std::string_view text) {
 }  // namespace
 
 Mount parseMount(std::string_view argument) {
-    const auto equals = argument.find('=');
-    const auto name = argument.substr(0, equals);
+    const std::size_t equals = argument.find('=');
+    const std::string_view name = argument.substr(0, equals);
     if (equals == std::string_view::npos || !isName(name)) {
-        const auto* const rule = "expected NAME=URI with letters, digits, '-', '.' and '_' in NAME";
+        const char* const rule = "expected NAME=URI; NAME may hold letters, digits, '-', '.' and '_'";
         throw usageError(fmt::format("--mount {}: {}", argument, rule));
     }
-    const auto target = argument.substr(equals + 1);
+    const std::string_view target = argument.substr(equals + 1);
     if (target.empty()) {
-        throw usageError(fmt::format("--mount {}: nothing after the '='", argument));
+        throw usageError(fmt::format("--mount {}: expected a folder or a URI after the '='", argument));
     }
     if (schemeOf(target).empty()) {
         return {std::string(name), fileUri(target)};

@@ -10,10 +10,10 @@
 
 namespace jstore {
 
-/// What is written to standard error beside error lines.
+/// What goes to standard error besides error lines.
 enum class LogLevel { Off, Failures, Progress, Trace };
 
-/// The back end of whoever names no other: any file system that Java itself knows, by mounts.
+/// The back end unless the user names another: any file system that Java supports, by mounts.
 inline constexpr const char* DefaultProvider = "com.corvallen.storage.backend.nio.NioProvider";
 
 /// What the options before or after the verb say; the same for every verb.
@@ -24,14 +24,14 @@ struct Options {
     std::string environmentClassPath;     ///< JSTORE_CLASS_PATH
     std::filesystem::path installedJars;  ///< the folder of the jars that come with this program
     std::filesystem::path archives;       ///< the folder of the class archives
-    std::filesystem::path newArchive;     ///< where Java leaves a class archive when it ends; empty: nowhere
+    std::filesystem::path newArchive;     ///< where Java writes a class archive when it ends; empty: nowhere
     std::vector<Mount> mounts;
     std::vector<Setting> settings;
     std::vector<std::string> jvmOptions;
     std::filesystem::path javaHome;  ///< exactly this Java; empty: search for one
     LogLevel logLevel = LogLevel::Off;
     bool json = false;
-    bool progress = true;  ///< whether a line may tell how far a long command is
+    bool progress = true;  ///< whether a line may show the progress of a long command
 };
 
 }  // namespace jstore

@@ -9,7 +9,7 @@ namespace jstore {
 
 namespace {
 
-/// The one setting that reaches a back end; the bridge passes over all others.
+/// The only setting that reaches a back end; the bridge ignores all others.
 constexpr std::string_view ContentCache = "gds.enableContentCache";
 
 }  // namespace
@@ -18,20 +18,20 @@ Setting parseSetting(std::string_view argument) {
     if (!isUtf8(argument)) {
         throw usageError(fmt::format("--config {}: not UTF-8", printable(argument)));
     }
-    const auto equals = argument.find('=');
+    const std::size_t equals = argument.find('=');
     if (equals == std::string_view::npos) {
         throw usageError(fmt::format("--config {}: expected KEY=VALUE", argument));
     }
-    const auto key = argument.substr(0, equals);
+    const std::string_view key = argument.substr(0, equals);
     if (key != ContentCache) {
-        throw usageError(fmt::format("--config {}: there is no such setting; there is {}", argument, ContentCache));
+        throw usageError(fmt::format("--config {}: unknown setting; the only one is {}", argument, ContentCache));
     }
     return {std::string(key), std::string(argument.substr(equals + 1))};
 }
 
 boost::property_tree::ptree treeOf(const std::vector<Setting>& settings) {
     boost::property_tree::ptree tree;
-    for (const auto& setting : settings) {
+    for (const Setting& setting : settings) {
         tree.put(setting.key, setting.value);
     }
     return tree;

@@ -8,8 +8,7 @@
 
 namespace jstore {
 
-/// A setting of the provider, such as "gds.enableContentCache" and "true". What a value means is the back end's
-/// business.
+/// A setting of the provider, such as "gds.enableContentCache" and "true". The back end decides what a value means.
 struct Setting {
     std::string key;
     std::string value;
@@ -17,8 +16,8 @@ struct Setting {
 
 /// Reads `KEY=VALUE`; the value may be empty, and hold further `=`.
 ///
-/// Throws CommandError, exit code 2: no `=`, not UTF-8, or a key that the bridge to Java does not pass on, which would
-/// otherwise be without effect and without a word.
+/// Throws CommandError, exit code 2: no `=`, not UTF-8, or a key that the bridge to Java would silently
+/// ignore.
 [[nodiscard]] Setting parseSetting(std::string_view argument);
 
 /// The settings as the tree that providers are configured with: the dots of a key separate its levels. Of two values

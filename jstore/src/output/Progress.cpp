@@ -58,7 +58,7 @@ void Progress::startDrawing() {
     try {
         m_drawer = std::thread([this] { drawUntilEnd(); });
     } catch (const std::system_error&) {
-        // A command that can do its work without a line does it.
+        // The command does its work without a progress line.
     }
 }
 
@@ -69,7 +69,7 @@ void Progress::at(const Location& location) {
 }
 
 void Progress::atFile(const Location& file, std::optional<std::uint64_t> size) {
-    auto name = m_enabled ? printableName(fl::i18n::to_string(file.iri().getName())) : std::string();
+    std::string name = m_enabled ? printableName(fl::i18n::to_string(file.iri().getName())) : std::string();
     const std::lock_guard lock(m_mutex);
     m_state.name = std::move(name);
     m_fileSize = size;
@@ -93,7 +93,7 @@ std::string Progress::counted() const {
     if (m_state.unit.empty()) {
         return {};
     }
-    const auto bytes = m_countedBytes == 0 ? std::string() : ", " + sizeText(m_countedBytes, /*human=*/true);
+    const std::string bytes = m_countedBytes == 0 ? std::string() : ", " + sizeText(m_countedBytes, /*human=*/true);
     return fmt::format("{} {}{}", m_state.items, m_state.unit, bytes);
 }
 
@@ -125,7 +125,7 @@ void Progress::drawUntilEnd() {
 }
 
 ProgressView Progress::view() const {
-    auto view = m_state;
+    ProgressView view = m_state;
     const bool sized = m_fileSize && *m_fileSize > 0;
     if (sized && m_single) {
         view.totalBytes = m_fileSize;
@@ -143,9 +143,9 @@ void Progress::draw() {
     if (!Terminal::inForeground()) {
         return;
     }
-    const auto columns = Terminal::columns();
+    const std::size_t columns = Terminal::columns();
     // The last column stays free: some terminals begin a new line as soon as it is taken.
-    const auto line = columns > 1 ? progressLine(view(), columns - 1) : std::string();
+    const std::string line = columns > 1 ? progressLine(view(), columns - 1) : std::string();
     if (Terminal::show(line)) {
         m_visible = !line.empty();
     }

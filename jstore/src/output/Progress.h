@@ -13,12 +13,12 @@
 
 namespace jstore {
 
-/// A line on a terminal that tells how far a long command is.
+/// A line on a terminal that shows the progress of a long command.
 ///
-/// The main thread says what happens; a thread of this object's own, which never enters Java, draws: first when a
-/// command has taken half a second, then ten times a second, also while an operation blocks. Where nothing can be
-/// drawn there is no such thread. Drawing never waits for the terminal: what one that was stopped cannot take is left
-/// out. Else the line is gone after pause() and after the destructor.
+/// The main thread reports what happens. A thread of this object, which never enters Java, draws: first after half a
+/// second, then ten times a second, even while an operation blocks. Where nothing can be drawn there is no such thread.
+/// Drawing never waits for the terminal: a stopped one may miss an update, or keep the line. Otherwise the line is gone
+/// after pause() and after the destructor.
 class Progress {
 public:
     /// Draws only if that is wanted and the terminal allows it.
@@ -28,10 +28,10 @@ public:
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
 
-    /// Something that may take long begins. Items are counted under the name `unit`; `single` means that the one file
-    /// that comes is everything, so that its size is the total.
+    /// Starts to show the progress of something that may take long. Items are counted under the name `unit`. `single`
+    /// means that only one file follows, so that its size is the total.
     void begin(const char* unit, bool single = false);
-    /// The same for what is never drawn: the items are only counted.
+    /// Only counts the items and draws nothing.
     void count(const char* unit);
 
     /// What is being worked on.
@@ -41,10 +41,10 @@ public:
     void advance(std::uint64_t bytes);
     /// An item is done, with the bytes reported since atFile().
     void countItem();
-    /// What was done so far: "12 copied, 1.5M"; empty for a command that counts nothing. Not only where lines are
+    /// What was done so far: "12 copied, 1.5M". Empty for a command that counts nothing. Holds even where nothing is
     /// drawn.
     [[nodiscard]] std::string counted() const;
-    /// Everything is done but the end of the back end.
+    /// Only the end of the back end is left to do.
     void finishing();
 
     /// Clears the line and keeps it away for as long as the lock lives, so that others may write to the terminal.

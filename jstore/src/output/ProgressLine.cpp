@@ -28,7 +28,7 @@ using Parts = std::vector<Part>;
 
 std::size_t widthOf(const Parts& parts) {
     std::size_t width = 0;
-    for (const auto& part : parts) {
+    for (const Part& part : parts) {
         width += part.text.size() + (width == 0 ? 0 : Gap);
     }
     return width;
@@ -46,7 +46,7 @@ Parts fitting(Parts parts, std::size_t columns) {
 
 std::string joined(const Parts& parts) {
     std::string line;
-    for (const auto& part : parts) {
+    for (const Part& part : parts) {
         line += (line.empty() ? "" : std::string(Gap, ' ')) + part.text;
     }
     return line;
@@ -65,8 +65,8 @@ int percentOf(std::uint64_t done, std::uint64_t total) {
 }
 
 std::string bar(int percent, std::size_t columns) {
-    const auto inner = columns - 2;
-    const auto filled = inner * static_cast<std::size_t>(percent) / 100;
+    const std::size_t inner = columns - 2;
+    const std::size_t filled = inner * static_cast<std::size_t>(percent) / 100;
     std::string text(filled, '=');
     if (filled < inner) {
         text += '>';
@@ -81,18 +81,18 @@ std::string named(const std::string& name, std::size_t room) {
 
 std::string knownTotal(const ProgressView& view, std::size_t columns) {
     const int percent = percentOf(view.bytes, *view.totalBytes);
-    const auto parts = fitting({{0, fmt::format("{:>3}%", percent)},
-                                {3, sizeText(view.bytes, true) + '/' + sizeText(view.totalBytes, true)},
-                                {2, rateText(view)},
-                                {1, view.left ? clockText(*view.left) + " left" : ""}},
-                               columns);
-    auto line = joined(parts);
-    const auto room = columns - line.size();
-    // A short name is shown before a bar is; then they share what there is.
-    const auto name = room < Gap ? "" : named(view.name, std::max(room / 2, std::min(room - Gap, ShortestName)));
-    const auto nameColumns = name.empty() ? 0 : displayWidth(name) + Gap;
+    const Parts parts = fitting({{0, fmt::format("{:>3}%", percent)},
+                                 {3, sizeText(view.bytes, true) + '/' + sizeText(view.totalBytes, true)},
+                                 {2, rateText(view)},
+                                 {1, view.left ? clockText(*view.left) + " left" : ""}},
+                                columns);
+    std::string line = joined(parts);
+    const std::size_t room = columns - line.size();
+    // A short name takes precedence over a bar. Beyond that they share the room.
+    const std::string name = room < Gap ? "" : named(view.name, std::max(room / 2, std::min(room - Gap, ShortestName)));
+    const std::size_t nameColumns = name.empty() ? 0 : displayWidth(name) + Gap;
     if (room >= nameColumns + 1 + ShortestBar && !parts.empty()) {
-        const auto end = parts.front().text.size();
+        const std::size_t end = parts.front().text.size();
         line.insert(end, ' ' + bar(percent, std::min(room - nameColumns - 1, LongestBar)));
     }
     return name.empty() ? line : name + std::string(Gap, ' ') + line;
@@ -100,21 +100,21 @@ std::string knownTotal(const ProgressView& view, std::size_t columns) {
 
 std::string unknownTotal(const ProgressView& view, std::size_t columns) {
     const bool moves = view.bytes > 0;
-    auto line = joined(fitting({{0, view.unit.empty() ? "" : fmt::format("{} {}", view.items, view.unit)},
-                                {1, moves ? sizeText(view.bytes, true) : ""},
-                                {2, moves ? rateText(view) : ""},
-                                {3, clockText(view.elapsed)}},
-                               columns));
-    const auto percent = view.namePercent ? fmt::format(" {}%", *view.namePercent) : "";
-    const auto taken = line.size() + Gap + percent.size();
-    const auto name = columns < taken ? "" : named(view.name, columns - taken);
+    std::string line = joined(fitting({{0, view.unit.empty() ? "" : fmt::format("{} {}", view.items, view.unit)},
+                                       {1, moves ? sizeText(view.bytes, true) : ""},
+                                       {2, moves ? rateText(view) : ""},
+                                       {3, clockText(view.elapsed)}},
+                                      columns));
+    const std::string percent = view.namePercent ? fmt::format(" {}%", *view.namePercent) : "";
+    const std::size_t taken = line.size() + Gap + percent.size();
+    const std::string name = columns < taken ? "" : named(view.name, columns - taken);
     return name.empty() ? line : line + std::string(Gap, ' ') + name + percent;
 }
 
 }  // namespace
 
 std::string clockText(std::chrono::seconds time) {
-    const auto seconds = time.count();
+    const std::int64_t seconds = time.count();
     if (seconds < 3600) {
         return fmt::format("{}:{:02}", seconds / 60, seconds % 60);
     }

@@ -40,7 +40,7 @@ std::optional<double> RateEstimator::rate() const {
 }
 
 std::optional<std::chrono::seconds> RateEstimator::timeLeft(std::uint64_t total) const {
-    const auto speed = rate();
+    const std::optional<double> speed = rate();
     if (total <= m_done) {
         return std::chrono::seconds(0);
     }

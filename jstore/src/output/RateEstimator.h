@@ -6,8 +6,8 @@
 
 namespace jstore {
 
-/// How fast something grows, with the last seconds weighing most, and how long the rest takes at that speed. Knows no
-/// clock: it is told the time.
+/// How fast something grows, with the last seconds weighing most, and how long the rest takes at that speed. Reads no
+/// clock: the caller passes the time.
 class RateEstimator {
 public:
     using Time = std::chrono::steady_clock::time_point;
@@ -27,7 +27,7 @@ private:
     Time m_start;
     Time m_last;
     std::uint64_t m_done = 0;
-    double m_average = 0;  ///< weighs what was before the start as standstill, which rate() takes out
+    double m_average = 0;  ///< counts the time before the start as standstill; rate() corrects that
 };
 
 }  // namespace jstore

@@ -44,13 +44,13 @@ void Reporter::done(const Location& location, const Fields& more) {
 
 void Reporter::failed(const Location& location, const Problem& problem, const Fields& more) {
     writeError(problem);
-    auto fields = subjectFields(location, more, /*ok=*/false);
+    Fields fields = subjectFields(location, more, /*ok=*/false);
     fields["error"] = errorFields(problem, location.text());
     object(fields);
 }
 
 void Reporter::denied(const Location& location, const Problem& problem) {
-    auto fields = subjectFields(location, Fields::object(), /*ok=*/false);
+    Fields fields = subjectFields(location, Fields::object(), /*ok=*/false);
     fields["error"] = errorFields(problem, location.text());
     object(fields);
 }
@@ -69,12 +69,12 @@ void Reporter::note(std::string_view text) {
 std::unique_lock<std::mutex> Reporter::pause() const { return m_pause ? m_pause() : std::unique_lock<std::mutex>(); }
 
 void Reporter::write(std::string_view text) const {
-    const auto lock = pause();
+    const std::unique_lock<std::mutex> lock = pause();
     writeOutput(text);
 }
 
 void Reporter::writeError(const Problem& problem) const {
-    const auto lock = pause();
+    const std::unique_lock<std::mutex> lock = pause();
     writeErrorLine(problem);
 }
 
@@ -90,7 +90,7 @@ void Reporter::object(const Fields& fields) {
     }
     Fields object = {{"verb", m_verb}};
     object.update(fields);
-    const auto text = object.dump(-1, ' ', /*ensure_ascii=*/false, Fields::error_handler_t::replace);
+    const std::string text = object.dump(-1, ' ', /*ensure_ascii=*/false, Fields::error_handler_t::replace);
     write(printableJson(text) + '\n');
 }
 
@@ -105,8 +105,8 @@ void writeOutput(std::string_view text) {
 }
 
 void writeErrorLine(const Problem& problem) {
-    const auto line = errorLine(problem) + '\n';
-    // At once, so that lines of several processes do not mix.
+    const std::string line = errorLine(problem) + '\n';
+    // In one write, so that lines of several processes do not mix.
     static_cast<void>(writePatiently(STDERR_FILENO, line));
 }
 

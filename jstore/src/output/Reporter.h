@@ -27,8 +27,8 @@ private:
 
 /// Writes what a verb has to say: results to standard output, one line for each problem to standard error.
 ///
-/// Without JSON success is silent. With it, every operation is one object on a line of its own, written at once. Used
-/// by the main thread alone. What writes to standard output throws OutputError.
+/// Without JSON success is silent. With JSON every operation is one object on a line of its own, written at once. Used
+/// only by the main thread. Functions that write to standard output throw OutputError.
 class Reporter {
 public:
     /// Fields of one object, in the order in which they appear.
@@ -36,7 +36,7 @@ public:
 
     explicit Reporter(bool json) : m_json(json) {}
 
-    /// What is asked for leave before each line is written, and gives it back when the line stands.
+    /// Called before each line; the lock that it returns is released once the line is written.
     void setPause(std::function<std::unique_lock<std::mutex>()> pause) { m_pause = std::move(pause); }
 
     /// The verb that the objects name.
@@ -46,12 +46,12 @@ public:
     void done(const Location& location, const Fields& more = Fields::object());
     /// An operation on the location failed: an object, and the error line in any case.
     void failed(const Location& location, const Problem& problem, const Fields& more = Fields::object());
-    /// The same without an error line, for a verb whose answer it is that something is not so.
+    /// The same without an error line, for a verb that was asked whether something is so.
     void denied(const Location& location, const Problem& problem);
     /// The command as a whole failed: an object without a location, and the error line.
     void failed(const Problem& problem);
 
-    /// A line for people on standard error that tells of no failure; not written with JSON.
+    /// A line for people on standard error that reports no failure; not written with JSON.
     void note(std::string_view text);
     /// A line for people; not written with JSON.
     void line(std::string_view text);

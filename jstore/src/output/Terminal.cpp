@@ -28,7 +28,8 @@ int ownTerminal() {
     return descriptor;
 }
 
-/// A terminal that was stopped takes nothing. It could be stopped right after the answer, which ownTerminal() survives.
+/// A terminal that was stopped takes nothing. It could be stopped directly after this answer; a write to ownTerminal()
+/// then fails instead of blocking.
 bool takesText(int terminal) {
     pollfd state{terminal, POLLOUT, 0};
     return ::poll(&state, 1, 0) == 1;
@@ -50,19 +51,19 @@ std::size_t Terminal::columns() {
 }
 
 bool Terminal::inForeground() {
-    const auto group = ::tcgetpgrp(STDERR_FILENO);
+    const pid_t group = ::tcgetpgrp(STDERR_FILENO);
     return group == -1 || group == ::getpgrp();  // -1: it controls no processes.
 }
 
 bool Terminal::show(std::string_view text) {
-    const auto line = "\r\x1B[K" + std::string(text);
+    const std::string line = "\r\x1B[K" + std::string(text);
     const int terminal = ownTerminal();
     if (terminal < 0 && !takesText(STDERR_FILENO)) {
         return false;
     }
     std::string_view rest = line;
     while (!rest.empty()) {
-        const auto written = ::write(terminal < 0 ? STDERR_FILENO : terminal, rest.data(), rest.size());
+        const ssize_t written = ::write(terminal < 0 ? STDERR_FILENO : terminal, rest.data(), rest.size());
         if (written < 0 && errno != EINTR) {
             return false;  // A line that cannot be drawn is no error of the command.
         }

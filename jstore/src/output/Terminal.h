@@ -8,8 +8,8 @@ namespace jstore {
 /// Standard error as a terminal with one line that comes and goes. Knows nothing of what others write.
 class Terminal {
 public:
-    /// Whether a line may be drawn at all: standard error is a terminal that moves its cursor, and standard output does
-    /// not go into a pipe, whose reader may be drawing on the same terminal.
+    /// Whether a line may be drawn at all: standard error is a terminal that can move its cursor, and standard output
+    /// is not a pipe, whose reader might draw on the same terminal.
     [[nodiscard]] static bool canDraw();
 
     /// The columns of a line; asked anew each time, since people resize windows.
@@ -19,8 +19,8 @@ public:
     [[nodiscard]] static bool inForeground();
 
     /// Puts the text into the line, instead of what is there. Text that is empty clears it. Never waits: false when the
-    /// terminal does not take it now, because somebody has stopped it, and the line is as it was or in part the new
-    /// one.
+    /// terminal does not take it now, because somebody has stopped it. The line is then the old one or a part of the
+    /// new one.
     [[nodiscard]] static bool show(std::string_view text);
 };
 

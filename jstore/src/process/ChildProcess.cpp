@@ -21,7 +21,7 @@ namespace jstore::doctor {
 
 namespace {
 
-/// Takes back what this program does with a signal; one that the parent process chose to ignore stays ignored.
+/// Undoes what this program has set for a signal; one that the parent process chose to ignore stays ignored.
 void endBy(int signal) {
     struct sigaction present = {};
     if (::sigaction(signal, nullptr, &present) == 0 && present.sa_handler != SIG_IGN) {
@@ -50,7 +50,7 @@ std::string readAll(int descriptor) {
     std::string text;
     std::array<char, 4096> buffer{};
     while (true) {
-        const auto count = ::read(descriptor, buffer.data(), buffer.size());
+        const ssize_t count = ::read(descriptor, buffer.data(), buffer.size());
         if (count > 0) {
             text.append(buffer.data(), static_cast<std::size_t>(count));
         } else if (count == 0 || errno != EINTR) {

@@ -85,7 +85,7 @@ std::vector<std::string> environmentWith(const Command::Variables& variables) {
         }
     }
     for (const auto& [name, value] : variables) {
-        environment.push_back(name + '=' + value);
+        environment.emplace_back(name).append("=").append(value);
     }
     return environment;
 }
@@ -116,9 +116,10 @@ std::string Command::run(const Variables& variables) const {
     settings.keepOnly(inheritedDescriptors());
     settings.blockNoSignal();
     keepEndsOfChildren();
-    auto environment = environmentWith(variables);
+    std::vector<std::string> environment = environmentWith(variables);
     std::vector<char*> pointers;
-    for (auto& assignment : environment) {
+    pointers.reserve(environment.size() + 1);
+    for (std::string& assignment : environment) {
         pointers.push_back(assignment.data());
     }
     pointers.push_back(nullptr);

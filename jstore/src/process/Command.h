@@ -6,7 +6,7 @@
 
 namespace jstore {
 
-/// A shell command that is run again and again. Used by the main thread alone.
+/// A shell command that is run again and again. Used only by the main thread.
 class Command {
 public:
     using Variables = std::vector<std::pair<std::string, std::string>>;
@@ -17,10 +17,9 @@ public:
     Command(std::string text, Output output) : m_text(std::move(text)), m_output(output) {}
 
     /// Runs `/bin/sh -c TEXT` with this process's environment and the variables, and waits for its end. Its standard
-    /// input is empty; of file descriptors it has the other standard streams and those that the parent of this process
+    /// input is empty. It inherits the other standard streams and the file descriptors that the parent of this process
     /// passed on. No signal is blocked. What the parent ignores stays ignored, except SIGCHLD and the signals that Java
-    /// handles, such as SIGPIPE. The text is never changed: whatever is in the variables, the shell takes it for a
-    /// value.
+    /// handles, such as SIGPIPE. The variables are never put into the text: the shell sees them only as values.
     ///
     /// Returns what went wrong ("ended with 3", "was killed by signal 9", "cannot be run: …"); empty when it ended
     /// with 0.

@@ -11,7 +11,7 @@ namespace jstore {
 /// An open file descriptor, closed at the end of the scope.
 class Descriptor {
 public:
-    /// Takes what a system call gave; throws std::system_error naming the subject when the call failed.
+    /// Takes the result of a system call. Throws std::system_error naming the subject if the call failed.
     Descriptor(int descriptor, const std::string& subject) : m_descriptor(descriptor) {
         if (descriptor < 0) {
             throw std::system_error(errno, std::generic_category(), subject);

@@ -14,14 +14,14 @@ void EventFile::signal() const noexcept {
     const int before = errno;
     const std::uint64_t one = 1;
     // It fails only when the counter is full, and then the descriptor is readable already.
-    [[maybe_unused]] const auto written = ::write(descriptor(), &one, sizeof one);
+    [[maybe_unused]] const ssize_t written = ::write(descriptor(), &one, sizeof one);
     errno = before;
 }
 
 void EventFile::clear() const noexcept {
     std::uint64_t count = 0;
     // It fails only when nothing was signalled.
-    [[maybe_unused]] const auto read = ::read(descriptor(), &count, sizeof count);
+    [[maybe_unused]] const ssize_t read = ::read(descriptor(), &count, sizeof count);
 }
 
 }  // namespace jstore

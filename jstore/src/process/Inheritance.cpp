@@ -19,13 +19,13 @@ std::vector<int>& noted() {
     return descriptors;
 }
 
-/// Those that are open now, one of which may be the look at the folder itself.
+/// The descriptors that are open now; one may be that of the folder itself.
 std::vector<int> numbersInFolder() {
     std::vector<int> numbers;
     std::error_code error;
     for (std::filesystem::directory_iterator entry("/proc/self/fd", error), end; !error && entry != end;
          entry.increment(error)) {
-        const auto name = entry->path().filename().string();
+        const std::string name = entry->path().filename().string();
         int number = -1;
         std::from_chars(name.data(), name.data() + name.size(), number);
         numbers.push_back(number);
@@ -36,7 +36,7 @@ std::vector<int> numbersInFolder() {
 }  // namespace
 
 void noteInheritedDescriptors() {
-    auto numbers = numbersInFolder();
+    std::vector<int> numbers = numbersInFolder();
     std::erase_if(numbers, [](int number) { return number <= STDERR_FILENO || ::fcntl(number, F_GETFD) == -1; });
     std::sort(numbers.begin(), numbers.end());
     noted() = std::move(numbers);

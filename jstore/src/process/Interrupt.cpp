@@ -25,7 +25,7 @@ const EventFile* interruptEvent = nullptr;
 void handle(int signal, void (*handler)(int)) {
     struct sigaction action = {};
     action.sa_handler = handler;
-    // A read or write that Java is in continues.
+    // Lets a read or write in Java continue.
     action.sa_flags = SA_RESTART;
     ::sigemptyset(&action.sa_mask);
     for (const int other : Signals) {

@@ -6,7 +6,7 @@
 
 namespace jstore {
 
-/// Leaves an operation that a signal has stopped. Nothing is reported about it; the command ends with
+/// Thrown to leave an operation that a signal has stopped. It is not reported as a failure; the command ends with
 /// interruptionCode().
 class Interruption final : public std::exception {
 public:
@@ -21,21 +21,22 @@ void watchInterrupt();
 /// Whether one of the signals has arrived.
 [[nodiscard]] bool interrupted() noexcept;
 
-/// How a command ends that a signal has stopped: Interrupted, Terminated or HungUp. Interrupted before there is one.
+/// The exit code of a command that a signal has stopped: Interrupted, Terminated or HungUp. Interrupted if no signal
+/// has arrived.
 [[nodiscard]] ExitCode interruptionCode() noexcept;
 
 /// Whether the exit code is one of those.
 [[nodiscard]] bool isInterruption(ExitCode code) noexcept;
 
-/// A file descriptor that becomes readable when one of the signals arrives, for code that waits for something else as
-/// well; -1 when all are ignored. Valid until the process ends.
+/// A file descriptor that becomes readable when one of the signals arrives, for code that also waits for something
+/// else. -1 if all are ignored. Valid until the process ends.
 [[nodiscard]] int interruptDescriptor() noexcept;
 
 /// Throws Interruption when one of the signals has arrived.
 void stopIfInterrupted();
 
-/// Ends the process the way a program ends whose reader has gone: by SIGPIPE. The virtual machine catches that signal,
-/// so this puts the default back first.
+/// Ends the process by SIGPIPE, as other programs end when nobody reads their output any more. The virtual machine
+/// catches that signal, so this restores the default first.
 [[noreturn]] void endByBrokenPipe();
 
 }  // namespace jstore

@@ -14,7 +14,7 @@ namespace jstore {
 
 namespace {
 
-/// A pipe that is ready takes this much without waiting. Whatever is larger could block where no signal is seen.
+/// A pipe that is ready takes this much without blocking. A larger write could block and miss a signal.
 std::size_t portionFor(int descriptor) noexcept {
     struct stat status = {};
     const bool regular = ::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
@@ -26,19 +26,19 @@ bool waitUntilReady(int descriptor) noexcept {
     std::array<pollfd, 2> sources{{{descriptor, POLLOUT, 0}, {interruptDescriptor(), POLLIN, 0}}};
     while (::poll(sources.data(), sources.size(), -1) < 0 && errno == EINTR) {
     }
-    // Also when poll() itself failed: then the write reports what is wrong.
+    // True even if poll() failed: the write then reports what is wrong.
     return sources[0].revents != 0 || sources[1].revents == 0;
 }
 
 }  // namespace
 
 int writePatiently(int descriptor, std::string_view text) noexcept {
-    const auto portion = portionFor(descriptor);
+    const std::size_t portion = portionFor(descriptor);
     while (!text.empty()) {
         if (!waitUntilReady(descriptor)) {
             return ECANCELED;
         }
-        const auto count = ::write(descriptor, text.data(), text.size() < portion ? text.size() : portion);
+        const ssize_t count = ::write(descriptor, text.data(), text.size() < portion ? text.size() : portion);
         if (count < 0 && errno != EINTR && errno != EAGAIN) {
             return errno;
         }

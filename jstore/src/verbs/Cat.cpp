@@ -1,34 +1,40 @@
 #include <unistd.h>
 
-#include "copy/OpenFile.h"
+#include "copy/ReadAll.h"
+#include "foundation/storage/provider/ClosingStream.h"
 #include "options/Arguments.h"
-#include "options/HelpText.h"
 #include "verbs/Base64.h"
 #include "verbs/Verb.h"
 #include "work/ForEachLocation.h"
 
 namespace jstore {
 
+using foundation::storage::provider::ClosingStream;
+using foundation::storage::provider::IProvider;
+
 namespace {
 
 class Cat final : public Verb {
 public:
-    CLI::App& declare(CLI::App& commandLine) override {
-        auto& verb = *commandLine.add_subcommand("cat", "Write the bytes of files to standard output");
-        addArguments(verb, "FILE...", m_arguments, "The files, one after the other");
-        verb.footer(helpText(
-            "The bytes are written as they are. With --json each portion is an object that holds them in base64,\n"
-            "and an object with their number follows the last.",
-            {"jstore cat report.txt",
-             "jstore --mount \"zip=jar:file://$PWD/archive.zip\" cat java://zip/META-INF/MANIFEST.MF"}));
-        return verb;
+    [[nodiscard]] std::string name() const override { return "cat"; }
+
+    [[nodiscard]] VerbHelp help() const override {
+        return {.summary = "Write the bytes of files to standard output",
+                .text =
+                    "Bytes are written unchanged. With --json, each portion of a file is an object with the bytes\n"
+                    "in base64; a last object gives the number of bytes in the file.",
+                .examples = {"jstore cat report.txt",
+                             "jstore --mount \"zip=jar:file://$PWD/archive.zip\" cat java://zip/META-INF/MANIFEST.MF"}};
+    }
+
+    void declare(CLI::App& command) override {
+        addArguments(command, "FILE...", m_arguments, "Files to write, one after the other");
     }
 
     ExitCode run(Context& context) override {
-        const auto locations = toLocations(m_arguments);
-        static_cast<void>(context.provider());
+        const std::vector<Location> locations = startWith(context, m_arguments);
         context.progress().count("written");
-        // A line would stand in the middle of what a terminal shows.
+        // A progress line would appear in the middle of the file that a terminal shows.
         if (::isatty(STDOUT_FILENO) == 0) {
             context.progress().begin("written");
         }
@@ -41,12 +47,12 @@ public:
 
 private:
     static void write(Context& context, const Location& file) {
-        const auto& provider = context.provider();
-        auto& reporter = context.reporter();
-        OpenFile from(provider.openReadOnlyByteStream(file.iri()), file.iri());
+        const IProvider& provider = context.provider();
+        Reporter& reporter = context.reporter();
+        const ClosingStream from(provider.openReadOnlyByteStream(file.iri()));
         context.progress().atFile(file, std::nullopt);
         std::uint64_t offset = 0;
-        const auto count = from.readAll([&](std::string_view bytes) {
+        const std::uint64_t count = readAll({*from, file.iri()}, [&](std::string_view bytes) {
             if (reporter.json()) {
                 reporter.done(file, {{"offset", offset}, {"content", base64(bytes)}});
             } else {

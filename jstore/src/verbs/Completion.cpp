@@ -1,6 +1,7 @@
 #include "manual/Completion.h"
 
-#include "options/HelpText.h"
+#include <utility>
+
 #include "output/Reporter.h"
 #include "verbs/Verb.h"
 
@@ -10,32 +11,39 @@ namespace {
 
 class Completion final : public Verb {
 public:
-    CLI::App& declare(CLI::App& commandLine) override {
-        m_commandLine = &commandLine;
-        auto& verb =
-            *commandLine.add_subcommand("completion", "Print a script that completes command lines in a shell");
-        verb.add_option("SHELL", m_shell, "bash or zsh")->required()->type_name("")->check(oneOf({"bash", "zsh"}));
-        verb.footer(
-            helpText("For bash: source <(jstore completion bash). For zsh: put the script into a folder of fpath as\n"
-                     "_jstore. What is installed has both in place. No Java is started, neither here nor by them. The\n"
-                     "script is text; --json does not change it.",
-                     {"jstore completion bash > jstore.bash", "jstore completion zsh > _jstore"}));
-        return verb;
+    explicit Completion(std::function<manual::Grammar()> grammar) : m_grammar(std::move(grammar)) {}
+
+    [[nodiscard]] std::string name() const override { return "completion"; }
+
+    [[nodiscard]] VerbHelp help() const override {
+        return {.summary = "Print a script that completes command lines in a shell",
+                .text =
+                    "For bash: source <(jstore completion bash). For zsh: save the script as _jstore in a folder of\n"
+                    "fpath. The installation puts both in place. Neither this verb nor the scripts start Java.\n"
+                    "--json does not change the script.",
+                .examples = {"jstore completion bash > jstore.bash", "jstore completion zsh > _jstore"},
+                .words = {{"SHELL", {"bash", "zsh"}}}};
+    }
+
+    void declare(CLI::App& command) override {
+        command.add_option("SHELL", m_shell, "bash or zsh")->required()->type_name("");
     }
 
     ExitCode run(Context& /*context*/) override {
-        const auto grammar = manual::grammarOf(*m_commandLine);
+        const manual::Grammar grammar = m_grammar();
         writeOutput(m_shell == "bash" ? manual::bashCompletion(grammar) : manual::zshCompletion(grammar));
         return ExitCode::Done;
     }
 
 private:
-    const CLI::App* m_commandLine = nullptr;
+    std::function<manual::Grammar()> m_grammar;
     std::string m_shell;
 };
 
 }  // namespace
 
-std::unique_ptr<Verb> makeCompletion() { return std::make_unique<Completion>(); }
+std::unique_ptr<Verb> makeCompletion(std::function<manual::Grammar()> grammar) {
+    return std::make_unique<Completion>(std::move(grammar));
+}
 
 }  // namespace jstore

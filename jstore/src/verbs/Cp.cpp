@@ -1,9 +1,8 @@
-#include "base/Facts.h"
+#include "base/NodeInfo.h"
 #include "base/Problem.h"
 #include "copy/FileCopy.h"
 #include "copy/FolderCopy.h"
 #include "options/Arguments.h"
-#include "options/HelpText.h"
 #include "verbs/Verb.h"
 #include "work/Destination.h"
 #include "work/Entry.h"
@@ -18,61 +17,66 @@ namespace {
 
 class Cp final : public Verb {
 public:
-    CLI::App& declare(CLI::App& commandLine) override {
-        auto& verb = *commandLine.add_subcommand("cp", "Copy files and folders");
-        addArguments(verb, "SOURCE... DESTINATION", m_arguments, "What to copy, and where to", /*fewest=*/2);
-        verb.add_flag("-r,-R,--recursive", m_recursive, "Copy folders too, with all they hold");
-        verb.add_flag("--replace", m_replace, "Replace files at the destination, and add to folders there");
-        verb.footer(helpText(
-            "A destination that is a folder takes the sources in under their own names; for several sources it\n"
-            "must be one. What is at the destination already is kept, and the copy fails with 4, unless\n"
-            "--replace is given. Bytes and times of modification are copied. A file is written under a hidden\n"
-            "name and moved into place when it is complete: after an error or Ctrl-C its target is as it was.\n"
-            "\n"
-            "--replace writes through links to files and keeps permissions and attributes of what it replaces,\n"
-            "as far as the back end can. It replaces no folder, pipe or device, adds to no folder through a link,\n"
-            "and replaces nothing that this command has put there itself. A full storage ends the command.",
-            {"jstore cp report.txt backup", "jstore cp -r photos backup",
-             "jstore --mount store=backup cp -r photos java://store/2026"}));
-        return verb;
+    [[nodiscard]] std::string name() const override { return "cp"; }
+
+    [[nodiscard]] VerbHelp help() const override {
+        return {.summary = "Copy files and folders",
+                .text =
+                    "If DESTINATION is a folder, sources are copied into it under their own names. With several\n"
+                    "sources, it must be a folder. Without --replace, the copy fails with exit code 4 if its target\n"
+                    "exists. Bytes and modification times are copied. Each file is written under a hidden name and\n"
+                    "moved into place when it is complete: after an error or Ctrl-C, the target is unchanged.\n"
+                    "\n"
+                    "With --replace, a link to a file stays, and the file that it leads to is replaced. A replaced\n"
+                    "file keeps its permissions and attributes if the back end can keep them. --replace never\n"
+                    "replaces a folder, a pipe, a device, or anything that the same command has put there. It never\n"
+                    "adds to a folder through a link. If the storage is full, the command ends.",
+                .examples = {"jstore cp report.txt backup", "jstore cp -r photos backup",
+                             "jstore --mount store=backup cp -r photos java://store/2026"}};
+    }
+
+    void declare(CLI::App& command) override {
+        addArguments(command, "SOURCE... DESTINATION", m_arguments, "What to copy, and where to", /*fewest=*/2);
+        command.add_flag("-r,-R,--recursive", m_recursive, "Copy folders too, with everything in them");
+        command.add_flag("--replace", m_replace, "Replace files at the destination, and add to folders there");
     }
 
     ExitCode run(Context& context) override {
-        auto sources = toLocations(m_arguments);
-        auto last = sources.back();
+        std::vector<Location> sources = startWith(context, m_arguments);
+        Location last = sources.back();
         sources.pop_back();
-        MadeHere made(context.provider());
+        WrittenTargets written(context.provider());
         const Destination destination(context, std::move(last), sources.size());
         return forEachLocation(context, sources, [&](const Location& source) {
-            return copy(context, source, destination.targetOf(source, "copied into a folder"), made);
+            return copy(context, source, destination.targetOf(source, "copied into a folder"), written);
         });
     }
 
 private:
     [[nodiscard]] ExitCode copy(Context& context, const Location& source, const Location& target,
-                                MadeHere& made) const {
-        const auto& provider = context.provider();
+                                WrittenTargets& written) const {
+        const IProvider& provider = context.provider();
         if (!entryAt(provider, source).isFolder()) {
-            return copyFile(context, source, target, made);
+            return copyFile(context, source, target, written);
         }
         if (!m_recursive) {
-            throw refusal(source, ErrorCode::NotAFile, "it is a folder; use cp -r to copy it with all it holds");
+            throw refusal(source, ErrorCode::NotAFile, "it is a folder; use cp -r to copy it");
         }
         if (isInside(provider, target.iri(), source.iri())) {
             throw refusal(target, ErrorCode::InvalidLocation, "a folder cannot be copied into itself");
         }
         context.progress().begin("copied");
-        FolderCopy folder(context, target, m_replace, made);
-        const auto code = folder.run(source);
+        FolderCopy folder(context, target, m_replace, written);
+        const ExitCode code = folder.run(source);
         return code == ExitCode::Done ? done(context, source, target, folder.bytes()) : code;
     }
 
     [[nodiscard]] ExitCode copyFile(Context& context, const Location& source, const Location& target,
-                                    MadeHere& made) const {
+                                    WrittenTargets& written) const {
         const bool single = m_arguments.size() == 2;
         context.progress().begin("copied", single);
         const auto action = [&] {
-            return copyOneFile(context.provider(), source, {target, m_replace}, context.progress(), made);
+            return copyOneFile(context.provider(), source, {target, m_replace}, context.progress(), written);
         };
         return done(context, source, target, single ? action() : unlessFull(context, source, action));
     }

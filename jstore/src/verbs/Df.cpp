@@ -6,12 +6,12 @@
 #include "base/Format.h"
 #include "base/Text.h"
 #include "options/Arguments.h"
-#include "options/HelpText.h"
 #include "verbs/Verb.h"
 #include "work/ForEachLocation.h"
 
 namespace jstore {
 
+using foundation::storage::provider::IProvider;
 using foundation::storage::provider::ProviderStorageInfo;
 
 namespace {
@@ -28,26 +28,30 @@ Bytes freeOf(const ProviderStorageInfo& info) {
 
 class Df final : public Verb {
 public:
-    CLI::App& declare(CLI::App& commandLine) override {
-        auto& verb = *commandLine.add_subcommand("df", "Tell how full the storage behind each location is");
-        addArguments(verb, "LOCATION...", m_arguments, "Files or folders in the storage");
-        verb.add_flag("-H,--human", m_human, "Show sizes as 1.5K, 20.0M and so on");
-        verb.footer(
-            helpText("Sizes are bytes. A size that the back end does not know is shown as -.", {"jstore df -H ."}));
-        return verb;
+    [[nodiscard]] std::string name() const override { return "df"; }
+
+    [[nodiscard]] VerbHelp help() const override {
+        return {.summary = "Show how full the storage of each location is",
+                .text = "Sizes are in bytes. A - stands for a size that the back end does not know.",
+                .examples = {"jstore df -H ."}};
+    }
+
+    void declare(CLI::App& command) override {
+        addArguments(command, "LOCATION...", m_arguments, "Files or folders in the storage");
+        addHuman(command, m_human);
     }
 
     ExitCode run(Context& context) override {
-        const auto locations = toLocations(m_arguments);
-        const auto& provider = context.provider();
+        const std::vector<Location> locations = startWith(context, m_arguments);
+        const IProvider& provider = context.provider();
         bool headed = false;
         return forEachLocation(context, locations, [&](const Location& location) {
-            const auto info = provider.getProviderStorageInfo(location.iri());
+            const ProviderStorageInfo info = provider.getProviderStorageInfo(location.iri());
             if (!headed) {
                 context.reporter().line(fmt::format(Columns, "capacity", "occupied", "free", "location"));
                 headed = true;
             }
-            tell(context.reporter(), location, info);
+            show(context.reporter(), location, info);
             return ExitCode::Done;
         });
     }
@@ -55,8 +59,8 @@ public:
 private:
     static constexpr const char* Columns = "{:>20}  {:>20}  {:>20}  {}";
 
-    void tell(Reporter& reporter, const Location& location, const ProviderStorageInfo& info) const {
-        const auto free = freeOf(info);
+    void show(Reporter& reporter, const Location& location, const ProviderStorageInfo& info) const {
+        const Bytes free = freeOf(info);
         reporter.line(fmt::format(Columns, sizeText(info.storageCapacity(), m_human),
                                   sizeText(info.spaceOccupied(), m_human), sizeText(free, m_human),
                                   printable(location.text())));

@@ -4,7 +4,6 @@
 #include "doctor/Checks.h"
 #include "java/ClassArchive.h"
 #include "java/MachineOptions.h"
-#include "options/HelpText.h"
 #include "process/Interrupt.h"
 #include "storage/jvm/JVMWrapper.h"
 #include "verbs/Verb.h"
@@ -14,6 +13,7 @@ namespace jstore {
 using doctor::Check;
 using doctor::Checks;
 using doctor::Mark;
+using storage::jvm::JavaCandidate;
 
 namespace {
 
@@ -30,26 +30,31 @@ const char* markWord(Mark mark) {
 
 class Doctor final : public Verb {
 public:
-    CLI::App& declare(CLI::App& commandLine) override {
-        auto& verb = *commandLine.add_subcommand("doctor", "Tell what jstore found on this machine and what is wrong");
-        verb.add_flag("--make-archive", m_makeArchive,
-                      "Archive the classes that commands load, for this Java: they start faster");
-        verb.footer(
-            helpText("Ends with 0 when jstore can be used as it was called, 7 when there is no Java, else 1.\n"
-                     "The installation makes an archive for the Java that it finds. Where Java or the jars have\n"
-                     "become others, or jstore was moved, it is passed over until it is made again.",
-                     {"jstore doctor", "jstore --mount store=backup doctor"}));
-        return verb;
+    [[nodiscard]] std::string name() const override { return "doctor"; }
+
+    [[nodiscard]] VerbHelp help() const override {
+        return {.summary = "Show what jstore found on this machine and what is wrong",
+                .text =
+                    "The exit code is 0 if jstore works with these options, 7 without a usable Java, otherwise 1.\n"
+                    "\n"
+                    "The installation makes a class archive for the Java that it finds. When Java, the jars or\n"
+                    "jstore's folder change, commands ignore the archive until it is made again.",
+                .examples = {"jstore doctor", "jstore --mount store=backup doctor"}};
+    }
+
+    void declare(CLI::App& command) override {
+        command.add_flag("--make-archive", m_makeArchive,
+                         "Archive jstore's classes for this Java, so that commands start faster");
     }
 
     ExitCode run(Context& context) override {
         m_context = &context;
-        const auto& options = context.options();
+        const Options& options = context.options();
         if (m_makeArchive) {
             requireDefaults(options);
         }
-        const auto candidates = javaCandidates(options);
-        const auto* const java = usable(candidates);
+        const std::vector<JavaCandidate> candidates = javaCandidates(options);
+        const JavaCandidate* const java = usable(candidates);
         show(doctor::javaHomes(candidates));
         show(doctor::classPath(options));
         if (java == nullptr) {
@@ -58,31 +63,32 @@ public:
             return ExitCode::NoJava;
         }
         if (m_makeArchive) {
-            const auto made = doctor::makeArchive(options, *java);
+            const Check made = doctor::makeArchive(options, *java);
             if (interrupted()) {
                 return interruptionCode();
             }
             show({made});
         }
-        const auto running = showRunning(*java);
+        const ExitCode running = showRunning(candidates, *java);
         return running == ExitCode::Done && !m_usable ? ExitCode::Failed : running;
     }
 
 private:
-    /// An archive for other classes or another kind of machine would be of no use to any other command.
+    /// No other command could use an archive for other classes or another kind of machine.
     static void requireDefaults(const Options& options) {
         if (!takesClassArchive(options) || !options.jvmOptions.empty()) {
-            throw usageError("doctor: --make-archive goes without --class-path, JSTORE_CLASS_PATH and --jvm-option");
+            throw usageError(
+                "doctor: --make-archive cannot be used with --class-path, JSTORE_CLASS_PATH or --jvm-option");
         }
     }
 
-    /// Starts the machine and looks at it from inside; Done unless it does not start.
-    ExitCode showRunning(const storage::jvm::JavaCandidate& java) {
+    /// Starts the machine and shows what it finds there; Done unless the machine does not start.
+    ExitCode showRunning(const std::vector<JavaCandidate>& candidates, const JavaCandidate& java) {
         std::shared_ptr<storage::jvm::EmbeddedJVM> jvm;
         try {
-            jvm = startJava(m_context->options());
+            jvm = startJava(m_context->options(), candidates);
         } catch (const CommandError& error) {
-            const auto* const hint = "check --jvm-option, --java-home and JAVA_HOME";
+            const char* const hint = "check --jvm-option, --java-home and JAVA_HOME";
             show({{Mark::Failure, "java", messageOf(error.problem()), hint}});
             show(doctor::mounts(m_context->options()));
             show({doctor::locale(nullptr)});
@@ -100,14 +106,14 @@ private:
 
     /// Prints the findings and notes whether one is a failure.
     void show(const Checks& checks) {
-        for (const auto& check : checks) {
+        for (const Check& check : checks) {
             print(check);
             m_usable = m_usable && check.mark != Mark::Failure;
         }
     }
 
     void print(const Check& check) {
-        auto& reporter = m_context->reporter();
+        Reporter& reporter = m_context->reporter();
         reporter.line(fmt::format("{:<4}  {:<12}  {}", markWord(check.mark), check.subject, oneLine(check.detail)));
         if (!check.hint.empty()) {
             reporter.line(fmt::format("{:<4}  {:<12}  -> {}", "", "", oneLine(check.hint)));

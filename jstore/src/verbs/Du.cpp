@@ -4,7 +4,6 @@
 #include "base/Text.h"
 #include "foundation/storage/provider/Exception.h"
 #include "options/Arguments.h"
-#include "options/HelpText.h"
 #include "verbs/Verb.h"
 #include "work/Entry.h"
 #include "work/ForEachLocation.h"
@@ -22,7 +21,7 @@ struct DuOptions {
     bool human = false;
 };
 
-void tell(Context& context, const Entry& entry, std::uint64_t bytes, const DuOptions& options) {
+void show(Context& context, const Entry& entry, std::uint64_t bytes, const DuOptions& options) {
     context.reporter().line(fmt::format("{}\t{}", sizeText(bytes, options.human), printable(entry.location.text())));
     context.reporter().done(entry.location, {{"type", wordFor(entry.type)}, {"size", bytes}});
 }
@@ -44,25 +43,25 @@ protected:
         if (entry.isFolder()) {
             return;
         }
-        const auto size = sizeOf(entry);
+        const std::uint64_t size = sizeOf(entry);
         m_sums[entry.depth - 1] += size;
         if (m_options.all && !m_options.summary) {
-            tell(context(), entry, size, m_options);
+            show(context(), entry, size, m_options);
         }
     }
 
     void leave(const Entry& folder) override {
-        const auto sum = m_sums[folder.depth];
+        const std::uint64_t sum = m_sums[folder.depth];
         if (folder.depth > 0) {
             m_sums[folder.depth - 1] += sum;
         }
         if (folder.depth == 0 || !m_options.summary) {
-            tell(context(), folder, sum, m_options);
+            show(context(), folder, sum, m_options);
         }
     }
 
 private:
-    /// What was listed and is not there takes no room: a link that leads nowhere, or removed since.
+    /// 0 for what was listed but is gone: a link that leads nowhere, or an entry removed since.
     [[nodiscard]] std::uint64_t sizeOf(const Entry& file) const {
         try {
             return attributesOf(provider(), file).size.value_or(0);
@@ -75,36 +74,39 @@ private:
     }
 
     const DuOptions& m_options;
-    /// The sums so far of the folders along the present path.
+    /// The sums so far, of each folder on the present path.
     std::vector<std::uint64_t> m_sums;
 };
 
 class Du final : public Verb {
 public:
-    CLI::App& declare(CLI::App& commandLine) override {
-        auto& verb = *commandLine.add_subcommand("du", "Add up the sizes of the files in folders");
-        addArguments(verb, "LOCATION...", m_arguments, "Folders, or files");
-        auto* const all = verb.add_flag("-a,--all", m_options.all, "Show files too");
-        verb.add_flag("-s,--summary", m_options.summary, "Show only the sum of each location")->excludes(all);
-        verb.add_flag("-H,--human", m_options.human, "Show sizes as 1.5K, 20.0M and so on");
-        verb.footer(helpText(
-            "Each folder has a line: the bytes in all files below it, a tab, and its location. Folders\n"
-            "themselves count nothing. Symbolic links to folders are not entered, those to files count as what\n"
-            "they lead to.",
-            {"jstore du -s -H photos"}));
-        return verb;
+    [[nodiscard]] std::string name() const override { return "du"; }
+
+    [[nodiscard]] VerbHelp help() const override {
+        return {.summary = "Add up the sizes of the files in folders",
+                .text =
+                    "Prints a line for each folder: the bytes in all files below it, a tab, and its location.\n"
+                    "Folders themselves add nothing. Symbolic links to folders are not followed; a link to a file\n"
+                    "counts as the file that it leads to.",
+                .examples = {"jstore du -s -H photos"}};
+    }
+
+    void declare(CLI::App& command) override {
+        addArguments(command, "LOCATION...", m_arguments, "Folders or files");
+        CLI::Option* const all = command.add_flag("-a,--all", m_options.all, "Show files too");
+        command.add_flag("-s,--summary", m_options.summary, "Show only the total of each location")->excludes(all);
+        addHuman(command, m_options.human);
     }
 
     ExitCode run(Context& context) override {
-        const auto locations = toLocations(m_arguments);
-        static_cast<void>(context.provider());
+        const std::vector<Location> locations = startWith(context, m_arguments);
         context.progress().begin("found");
         return forEachLocation(context, locations, [&](const Location& location) {
-            const auto entry = entryAt(context.provider(), location);
+            const Entry entry = entryAt(context.provider(), location);
             if (entry.isFolder()) {
                 return SizeWalk(context, m_options).run(location);
             }
-            tell(context, entry, attributesOf(context.provider(), entry).size.value_or(0), m_options);
+            show(context, entry, attributesOf(context.provider(), entry).size.value_or(0), m_options);
             return ExitCode::Done;
         });
     }

@@ -20,8 +20,8 @@ constexpr std::int64_t Longest = std::chrono::duration_cast<milliseconds>(std::c
 
 std::optional<milliseconds> parseDuration(std::string_view text) {
     std::uint64_t number = 0;
-    const auto* const end = text.data() + text.size();
-    const auto read = std::from_chars(text.data(), end, number);
+    const char* const end = text.data() + text.size();
+    const std::from_chars_result read = std::from_chars(text.data(), end, number);
     if (read.ec != std::errc() || number > static_cast<std::uint64_t>(Longest)) {
         return std::nullopt;
     }

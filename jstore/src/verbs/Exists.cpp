@@ -2,13 +2,13 @@
 
 #include "base/Text.h"
 #include "options/Arguments.h"
-#include "options/HelpText.h"
 #include "verbs/Verb.h"
 #include "work/ForEachLocation.h"
 
 namespace jstore {
 
 using foundation::storage::provider::EntryType;
+using foundation::storage::provider::IProvider;
 
 namespace {
 
@@ -21,19 +21,23 @@ const char* answerFor(const std::optional<EntryType>& found) {
 
 class Exists final : public Verb {
 public:
-    CLI::App& declare(CLI::App& commandLine) override {
-        auto& verb = *commandLine.add_subcommand("exists", "Tell whether something is at each location");
-        addArguments(verb, "LOCATION...", m_arguments, "What to look for");
-        verb.footer(
-            helpText("Prints file, folder or missing; with several locations each line has the word, a tab and the\n"
-                     "location. Ends with 0 when all are there, 3 when none is, 6 when some are.",
-                     {"jstore exists report.txt photos"}));
-        return verb;
+    [[nodiscard]] std::string name() const override { return "exists"; }
+
+    [[nodiscard]] VerbHelp help() const override {
+        return {.summary = "Show whether anything is at each location",
+                .text =
+                    "Prints file, folder or missing. With several locations, each line has that word, a tab and the\n"
+                    "location. The exit code is 0 if all exist, 3 if none does, and 6 if only some do.",
+                .examples = {"jstore exists report.txt photos"}};
+    }
+
+    void declare(CLI::App& command) override {
+        addArguments(command, "LOCATION...", m_arguments, "Locations to check");
     }
 
     ExitCode run(Context& context) override {
-        const auto locations = toLocations(m_arguments);
-        const auto& provider = context.provider();
+        const std::vector<Location> locations = startWith(context, m_arguments);
+        const IProvider& provider = context.provider();
         return forEachLocation(context, locations, [&](const Location& location) {
             return answer(context.reporter(), location, provider.existsExtended(location.iri()));
         });
@@ -42,7 +46,7 @@ public:
 private:
     [[nodiscard]] ExitCode answer(Reporter& reporter, const Location& location,
                                   const std::optional<EntryType>& found) const {
-        const auto* const word = answerFor(found);
+        const char* const word = answerFor(found);
         reporter.line(m_arguments.size() == 1 ? word : fmt::format("{}\t{}", word, printable(location.text())));
         if (found) {
             reporter.done(location, {{"type", word}});

@@ -5,9 +5,7 @@
 #include <utility>
 
 #include "foundation/storage/provider/Exception.h"
-#include "java/Feature.h"
 #include "options/Arguments.h"
-#include "options/HelpText.h"
 #include "verbs/Verb.h"
 #include "work/ForEachLocation.h"
 
@@ -28,15 +26,16 @@ constexpr std::array<std::pair<ExtendedFeature, const char*>, 8> Names{{
     {ExtendedFeature::AllowsMovesAndDeletesWhenOpenReadOnly, "AllowsMovesAndDeletesWhenOpenReadOnly"},
 }};
 
-void tell(Reporter& reporter, const IProvider& provider, const std::optional<Location>& location) {
+void show(Context& context, const std::optional<Location>& location) {
+    Reporter& reporter = context.reporter();
     for (const auto& [feature, name] : Names) {
-        const bool supported = hasFeature(provider, feature);
+        const bool supported = context.hasFeature(feature);
         reporter.line(fmt::format("{:<37}  {}", name, supported ? "yes" : "no"));
         const Reporter::Fields fields = {{"feature", name}, {"supported", supported}};
         if (location) {
             reporter.done(*location, fields);
         } else {
-            auto object = fields;
+            Reporter::Fields object = fields;
             object["ok"] = true;
             reporter.object(object);
         }
@@ -45,30 +44,34 @@ void tell(Reporter& reporter, const IProvider& provider, const std::optional<Loc
 
 class Features final : public Verb {
 public:
-    CLI::App& declare(CLI::App& commandLine) override {
-        auto& verb = *commandLine.add_subcommand("features", "Tell what the back end can do beyond the basic");
-        addArguments(verb, "LOCATION", m_arguments, "Something that has to be there", /*fewest=*/0)
+    [[nodiscard]] std::string name() const override { return "features"; }
+
+    [[nodiscard]] VerbHelp help() const override {
+        return {.summary = "List which optional features the back end has",
+                .text =
+                    "Prints each feature with yes or no. Features belong to the whole back end: they are the same\n"
+                    "for every mount and location. If LOCATION is given and nothing is there, the command fails.",
+                .examples = {"jstore features", "jstore --json features backup"}};
+    }
+
+    void declare(CLI::App& command) override {
+        addArguments(command, "LOCATION", m_arguments, "A location that must exist", /*fewest=*/0)
             .required(false)
             ->expected(0, 1);
-        verb.footer(helpText(
-            "Prints each feature with yes or no. They are the back end's as a whole, mounts included, and the\n"
-            "same for every location; one that is given is looked for first.",
-            {"jstore features", "jstore --json features backup"}));
-        return verb;
     }
 
     ExitCode run(Context& context) override {
-        const auto locations = toLocations(m_arguments);
-        const auto& provider = context.provider();
+        const std::vector<Location> locations = startWith(context, m_arguments);
+        const IProvider& provider = context.provider();
         if (locations.empty()) {
-            tell(context.reporter(), provider, std::nullopt);
+            show(context, std::nullopt);
             return ExitCode::Done;
         }
         return forEachLocation(context, locations, [&](const Location& location) {
             if (!provider.existsExtended(location.iri())) {
                 throw Exception(ErrorCode::NotFound, location.iri());
             }
-            tell(context.reporter(), provider, location);
+            show(context, location);
             return ExitCode::Done;
         });
     }

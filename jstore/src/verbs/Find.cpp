@@ -5,7 +5,6 @@
 #include "fl/i18n/text.h"
 #include "foundation/storage/provider/Wildcards.h"
 #include "options/Arguments.h"
-#include "options/HelpText.h"
 #include "verbs/Verb.h"
 #include "work/Entry.h"
 #include "work/ForEachLocation.h"
@@ -27,12 +26,12 @@ struct Filter {
     }
 };
 
-/// A pattern that is UTF-8 is text, in which names stand as lists show them; another one is bytes, as names are.
+/// A UTF-8 pattern matches names as lists show them. Any other pattern is bytes, and matches the bytes of names.
 std::u16string patternOf(const std::string& argument) {
     return isUtf8(argument) ? fl::i18n::to_ustring(argument) : textOfName(argument);
 }
 
-/// Tells what fits.
+/// Prints the entries that fit.
 class Search final : public TreeWalk {
 public:
     Search(Context& context, const Filter& filter) : TreeWalk(context), m_filter(filter) {}
@@ -59,25 +58,28 @@ private:
 
 class Find final : public Verb {
 public:
-    CLI::App& declare(CLI::App& commandLine) override {
-        auto& verb = *commandLine.add_subcommand("find", "Find files and folders below folders");
-        addArguments(verb, "FOLDER...", m_arguments, "Where to search");
-        verb.add_option("--name", m_name, "Names that fit, with * for any characters and ? for one")
+    [[nodiscard]] std::string name() const override { return "find"; }
+
+    [[nodiscard]] VerbHelp help() const override {
+        return {.summary = "Find files and folders below folders",
+                .text =
+                    "Prints the location of each match in the form that other verbs accept. FOLDER itself can match\n"
+                    "too. Finding nothing is not a failure. Symbolic links to folders are found but not followed.",
+                .examples = {"jstore find --name '*.jpg' photos", "jstore find --type d photos"},
+                .words = {{"--type", {"f", "file", "d", "folder"}}}};
+    }
+
+    void declare(CLI::App& command) override {
+        addArguments(command, "FOLDER...", m_arguments, "Where to search");
+        command.add_option("--name", m_name, "Find only names that match; * stands for any characters, ? for one")
             ->type_name("PATTERN");
-        verb.add_option("--type", m_type, "Only f or file, or only d or folder")
-            ->type_name("TYPE")
-            ->check(oneOf({"f", "file", "d", "folder"}));
-        verb.footer(helpText(
-            "Prints the location of each, as other verbs take it. The folder itself counts too. Finding nothing\n"
-            "is no failure. Symbolic links to folders are found and not entered.",
-            {"jstore find --name \x27*.jpg\x27 photos", "jstore find --type d photos"}));
-        return verb;
+        command.add_option("--type", m_type, "Find only files (f or file) or only folders (d or folder)")
+            ->type_name("TYPE");
     }
 
     ExitCode run(Context& context) override {
-        const auto locations = toLocations(m_arguments);
-        const auto filter = readFilter();
-        static_cast<void>(context.provider());
+        const Filter filter = readFilter();
+        const std::vector<Location> locations = startWith(context, m_arguments);
         context.progress().begin("searched");
         return forEachLocation(context, locations,
                                [&](const Location& folder) { return Search(context, filter).run(folder); });

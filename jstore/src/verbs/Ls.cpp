@@ -10,7 +10,6 @@
 #include "foundation/storage/provider/Exception.h"
 #include "foundation/storage/provider/Wildcards.h"
 #include "options/Arguments.h"
-#include "options/HelpText.h"
 #include "process/Interrupt.h"
 #include "verbs/Verb.h"
 #include "work/Entry.h"
@@ -32,7 +31,7 @@ struct LsOptions {
     bool human = false;
 };
 
-/// Prints entries, and counts what it says so that groups are kept apart by an empty line.
+/// Prints entries, with an empty line between the groups of two folders.
 class LsPrinter {
 public:
     LsPrinter(Context& context, const LsOptions& options) : m_context(context), m_options(options) {}
@@ -42,7 +41,7 @@ public:
         m_said = true;
     }
 
-    /// Prints the entry under the name. False when its attributes could not be read, which is reported then.
+    /// Prints the entry under the name. Reports attributes that cannot be read, and returns false then.
     [[nodiscard]] bool print(const Entry& entry, const std::string& name) {
         m_context.progress().countItem();
         m_said = true;
@@ -65,7 +64,7 @@ private:
         return {{"name", fl::i18n::to_string(entry.name)}, {"type", wordFor(entry.type)}};
     }
 
-    /// Empty for what was listed and is not there: a link that leads nowhere, or removed since.
+    /// Empty for what was listed but is gone: a link that leads nowhere, or an entry removed since.
     [[nodiscard]] std::optional<EntryAttributes> attributesUnlessGone(const Entry& entry) const {
         try {
             return attributesOf(m_context.provider(), entry);
@@ -78,7 +77,7 @@ private:
     }
 
     void printDetails(const Entry& entry, const std::string& name, const std::optional<EntryAttributes>& attributes) {
-        auto fields = fieldsOf(entry);
+        Reporter::Fields fields = fieldsOf(entry);
         const char type = entry.isFolder() ? 'd' : '-';
         if (!attributes) {
             m_context.reporter().line(fmt::format("{}?  {:>14}  {:<24}  {}", type, '-', '-', name));
@@ -107,7 +106,7 @@ private:
     bool m_said = false;
 };
 
-/// Lists a folder, and those below it when the options say so.
+/// Lists a folder, and with the option for it the folders below.
 class LsWalk final : public TreeWalk {
 public:
     LsWalk(Context& context, LsPrinter& printer, const LsOptions& options, bool headings,
@@ -118,7 +117,7 @@ public:
           m_headings(headings || options.recursive),
           m_wildcards(std::move(wildcards)) {}
 
-    /// Lists the folder alone. Throws as TreeWalk::run() does.
+    /// Lists only this folder. Throws as TreeWalk::run() does.
     [[nodiscard]] ExitCode runFlat(const Entry& folder) {
         return list(folder, entriesOf(provider(), folder)) ? ExitCode::Done : ExitCode::SomeFailed;
     }
@@ -146,7 +145,7 @@ private:
             m_printer.heading(folder.location);
             headed = true;
         }
-        for (const auto& entry : entries) {
+        for (const Entry& entry : entries) {
             stopIfInterrupted();
             if (!wants(entry)) {
                 continue;
@@ -170,28 +169,31 @@ private:
 
 class Ls final : public Verb {
 public:
-    CLI::App& declare(CLI::App& commandLine) override {
-        auto& verb = *commandLine.add_subcommand("ls", "List what folders hold");
-        addArguments(verb, "LOCATION...", m_arguments, "Folders to list, or files to name");
-        verb.add_flag("-l,--long", m_options.details, "With type, writability, size and time of modification (UTC)");
-        verb.add_flag("-R,--recursive", m_options.recursive, "List the folders below too");
-        auto* const files = verb.add_flag("--files", m_options.filesOnly, "List files alone");
-        verb.add_flag("--folders", m_options.foldersOnly, "List folders alone")->excludes(files);
-        verb.add_flag("-H,--human", m_options.human, "Show sizes as 1.5K, 20.0M and so on");
-        verb.footer(helpText(
-            "In the last name of a location that does not exist * stands for any characters and ? (in java://\n"
-            "locations %3F) for one; what fits is listed by name, folders too. Symbolic links to folders are\n"
-            "not entered with -R. -l shows d for a folder, w for what may be written, ? for what is gone.\n"
-            "Each name is one line: a line break in it is shown as %0A, other control characters likewise, and\n"
-            "a % before two hexadecimal digits as %25.",
-            {"jstore ls -l photos", "jstore ls -R --files photos", "jstore ls \x27photos/*.jpg\x27"}));
-        return verb;
+    [[nodiscard]] std::string name() const override { return "ls"; }
+
+    [[nodiscard]] VerbHelp help() const override {
+        return {.summary = "List the contents of folders",
+                .text =
+                    "If a location does not exist, * in its last name stands for any characters, and ? (%3F in a\n"
+                    "java:// location) for one. Matching files and folders are listed by name. -R does not follow\n"
+                    "symbolic links to folders. -l marks folders with d, writable entries with w, and entries that\n"
+                    "are gone with ?. Each name takes one line: a line break in it is shown as %0A, other control\n"
+                    "characters likewise, and a % before two hexadecimal digits as %25.",
+                .examples = {"jstore ls -l photos", "jstore ls -R --files photos", "jstore ls 'photos/*.jpg'"}};
+    }
+
+    void declare(CLI::App& command) override {
+        addArguments(command, "LOCATION...", m_arguments, "Folders or files to list");
+        command.add_flag("-l,--long", m_options.details, "Show type, write access, size and modification time (UTC)");
+        command.add_flag("-R,--recursive", m_options.recursive, "List the folders below too");
+        CLI::Option* const files = command.add_flag("--files", m_options.filesOnly, "List only files");
+        command.add_flag("--folders", m_options.foldersOnly, "List only folders")->excludes(files);
+        addHuman(command, m_options.human);
     }
 
     ExitCode run(Context& context) override {
-        const auto locations = toLocations(m_arguments);
+        const std::vector<Location> locations = startWith(context, m_arguments);
         LsPrinter printer(context, m_options);
-        static_cast<void>(context.provider());
         context.progress().begin("found");
         return forEachLocation(context, locations,
                                [&](const Location& location) { return list(context, printer, location); });
@@ -199,7 +201,7 @@ public:
 
 private:
     [[nodiscard]] ExitCode list(Context& context, LsPrinter& printer, const Location& location) const {
-        const auto found = context.provider().existsExtended(location.iri());
+        const std::optional<EntryType> found = context.provider().existsExtended(location.iri());
         if (!found) {
             return listFitting(context, printer, location);
         }
@@ -212,15 +214,15 @@ private:
     }
 
     [[nodiscard]] ExitCode listFitting(Context& context, LsPrinter& printer, const Location& location) const {
-        const auto pattern = location.iri().normalized().getName();
+        const std::u16string pattern = location.iri().normalized().getName();
         if (pattern.find_first_of(u"*?") == std::u16string::npos) {
             throw Exception(ErrorCode::NotFound, location.iri());
         }
         const Location folder(location.iri().normalized().getParent());
         LsWalk walk(context, printer, m_options, m_arguments.size() > 1, Wildcards(pattern));
-        const auto code = m_options.recursive ? walk.run(folder) : walk.runFlat({folder, {}, EntryType::Folder});
+        const ExitCode code = m_options.recursive ? walk.run(folder) : walk.runFlat({folder, {}, EntryType::Folder});
         if (walk.listed() == 0 && code == ExitCode::Done) {
-            throw refusal(location, ErrorCode::NotFound, "nothing fits");
+            throw refusal(location, ErrorCode::NotFound, "nothing matches");
         }
         return code;
     }

@@ -1,5 +1,4 @@
 #include "options/Arguments.h"
-#include "options/HelpText.h"
 #include "verbs/Verb.h"
 #include "work/ForEachLocation.h"
 
@@ -11,13 +10,17 @@ namespace {
 
 class Mkdir final : public Verb {
 public:
-    CLI::App& declare(CLI::App& commandLine) override {
-        auto& verb = *commandLine.add_subcommand("mkdir", "Create folders");
-        addArguments(verb, "FOLDER...", m_arguments, "The folders to create");
-        verb.add_flag("-p,--parents", m_parents,
-                      "Create missing folders above it too; a folder that exists is no error");
-        verb.footer(helpText("", {"jstore mkdir backup/2026", "jstore mkdir -p backup/2026/november"}));
-        return verb;
+    [[nodiscard]] std::string name() const override { return "mkdir"; }
+
+    [[nodiscard]] VerbHelp help() const override {
+        return {.summary = "Create folders",
+                .text = "",
+                .examples = {"jstore mkdir backup/2026", "jstore mkdir -p backup/2026/november"}};
+    }
+
+    void declare(CLI::App& command) override {
+        addArguments(command, "FOLDER...", m_arguments, "Folders to create");
+        command.add_flag("-p,--parents", m_parents, "Create missing parent folders too; accept a folder that exists");
     }
 
     ExitCode run(Context& context) override {

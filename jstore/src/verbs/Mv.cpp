@@ -1,10 +1,9 @@
-#include "base/Facts.h"
+#include "base/NodeInfo.h"
 #include "base/Problem.h"
-#include "copy/MadeHere.h"
-#include "copy/Replacing.h"
+#include "copy/ReplacementChecks.h"
+#include "copy/WrittenTargets.h"
 #include "java/InterruptibleCall.h"
 #include "options/Arguments.h"
-#include "options/HelpText.h"
 #include "verbs/Verb.h"
 #include "work/Destination.h"
 #include "work/ForEachLocation.h"
@@ -20,32 +19,35 @@ namespace {
 
 class Mv final : public Verb {
 public:
-    CLI::App& declare(CLI::App& commandLine) override {
-        auto& verb = *commandLine.add_subcommand("mv", "Move or rename files and folders");
-        addArguments(verb, "SOURCE... DESTINATION", m_arguments, "What to move, and where to", /*fewest=*/2);
-        verb.add_flag("--replace", m_replace, "Replace what is at the destination; a folder with all it holds");
-        verb.footer(helpText(
-            "A destination that is a folder takes the sources in under their own names; for several sources it\n"
-            "must be one. What is at the destination already is kept, and the move fails with 4, unless\n"
-            "--replace is given. A file never replaces a folder, nor a folder a file, and nothing replaces a\n"
-            "pipe, a device, a link to a folder, or what this command has put there itself. After Ctrl-C a\n"
-            "folder that moves to another disk is where it was.",
-            {"jstore mv report.txt final.txt", "jstore mv --replace report.txt photos backup"}));
-        return verb;
+    [[nodiscard]] std::string name() const override { return "mv"; }
+
+    [[nodiscard]] VerbHelp help() const override {
+        return {.summary = "Move or rename files and folders",
+                .text =
+                    "If DESTINATION is a folder, sources are moved into it under their own names. With several\n"
+                    "sources, it must be a folder. Without --replace, the move fails with exit code 4 if its target\n"
+                    "exists. A file never replaces a folder, nor a folder a file. Nothing replaces a pipe, a\n"
+                    "device, a link to a folder, or anything that the same command has put there. If Ctrl-C stops\n"
+                    "the move of a folder to another disk, the folder stays where it was.",
+                .examples = {"jstore mv report.txt final.txt", "jstore mv --replace report.txt photos backup"}};
+    }
+
+    void declare(CLI::App& command) override {
+        addArguments(command, "SOURCE... DESTINATION", m_arguments, "What to move, and where to", /*fewest=*/2);
+        command.add_flag("--replace", m_replace, "Replace what is at the destination; folders with everything in them");
     }
 
     ExitCode run(Context& context) override {
-        auto sources = toLocations(m_arguments);
-        auto last = sources.back();
+        std::vector<Location> sources = startWith(context, m_arguments);
+        Location last = sources.back();
         sources.pop_back();
-        const auto& provider = context.provider();
         const Destination destination(context, std::move(last), sources.size());
-        MadeHere made(provider);
+        WrittenTargets written(context.provider());
         context.progress().begin("moved");
         return forEachLocation(context, sources, [&](const Location& source) {
-            const auto target = destination.targetOf(source, "moved");
+            const Location target = destination.targetOf(source, "moved");
             context.progress().at(source);
-            move(context, source, target, made);
+            move(context, source, target, written);
             context.progress().countItem();
             context.reporter().done(source, {{"destination", target.text()}});
             return ExitCode::Done;
@@ -53,11 +55,11 @@ public:
     }
 
 private:
-    void move(Context& context, const Location& source, const Location& target, MadeHere& made) const {
-        const auto& provider = context.provider();
+    void move(Context& context, const Location& source, const Location& target, WrittenTargets& written) const {
+        const IProvider& provider = context.provider();
         const bool folder = provider.existsExtended(source.iri()) == EntryType::Folder;
         if (m_replace) {
-            requireRoom(provider, source, target, made);
+            requireRoom(provider, source, target, written);
         }
         interruptibly(context.jvm(), [&] {
             if (folder) {
@@ -67,21 +69,22 @@ private:
             }
         });
         if (m_replace) {
-            made.add(target.iri());
+            written.add(target.iri());
         }
     }
 
-    /// A move onto itself under the same name is nothing, and the back end's to decide.
-    static void requireRoom(const IProvider& provider, const Location& source, const Location& target, MadeHere& made) {
+    /// The back end decides what happens if something is moved onto itself under the same name.
+    static void requireRoom(const IProvider& provider, const Location& source, const Location& target,
+                            WrittenTargets& written) {
         if (source.iri().normalized() == target.iri().normalized()) {
             return;
         }
-        const auto present = provider.existsExtended(target.iri());
-        if (present == EntryType::Folder && factsOf(provider, target.iri()).link) {
-            throw refusal(target, ErrorCode::AlreadyExists, "a link to a folder is there, and is not replaced");
+        const std::optional<EntryType> present = provider.existsExtended(target.iri());
+        if (present == EntryType::Folder && nodeInfoOf(provider, target.iri()).link) {
+            throw refusal(target, ErrorCode::AlreadyExists, "a link to a folder is there; mv does not replace it");
         }
         if (present) {
-            requireReplaceable(provider, source, target, made);
+            requireReplaceable(provider, source, target, written);
         }
     }
 

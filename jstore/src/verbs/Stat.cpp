@@ -7,7 +7,6 @@
 #include "base/Text.h"
 #include "foundation/storage/provider/Exception.h"
 #include "options/Arguments.h"
-#include "options/HelpText.h"
 #include "verbs/Verb.h"
 #include "work/Entry.h"
 #include "work/ForEachLocation.h"
@@ -18,7 +17,7 @@ using namespace foundation::storage::provider;
 
 namespace {
 
-/// What the query gives; empty when the back end does not support it.
+/// The result of the query; empty when the back end does not support it.
 template <class Query>
 auto ifSupported(const Query& query) -> std::optional<decltype(query())> {
     try {
@@ -31,7 +30,7 @@ auto ifSupported(const Query& query) -> std::optional<decltype(query())> {
     }
 }
 
-/// The attributes whose values are text, which are all that a Java back end gives.
+/// The attributes whose values are text; those of a Java back end all are.
 std::map<std::string, std::string> textsOf(const ExtendedAttributes& attributes) {
     std::map<std::string, std::string> texts;
     for (const auto& [name, value] : attributes.all()) {
@@ -44,36 +43,42 @@ std::map<std::string, std::string> textsOf(const ExtendedAttributes& attributes)
 
 class Stat final : public Verb {
 public:
-    CLI::App& declare(CLI::App& commandLine) override {
-        auto& verb = *commandLine.add_subcommand("stat", "Tell everything that is known of files and folders");
-        addArguments(verb, "LOCATION...", m_arguments, "What to tell about");
-        verb.footer(
-            helpText("Prints type, size in bytes, time of modification (UTC), whether it may be written, capacity and\n"
-                     "occupied bytes of the storage, and the back end's further attributes. What it does not know is\n"
-                     "left out. Symbolic links are followed.",
-                     {"jstore stat report.txt", "jstore --json stat report.txt"}));
-        return verb;
+    [[nodiscard]] std::string name() const override { return "stat"; }
+
+    [[nodiscard]] VerbHelp help() const override {
+        return {.summary = "Show everything known about files and folders",
+                .text =
+                    "Prints the type, size in bytes, modification time (UTC), whether it is writable, the storage's\n"
+                    "capacity and occupied bytes, and further attributes from the back end. Values that the back\n"
+                    "end does not know are left out. Symbolic links are followed.",
+                .examples = {"jstore stat report.txt", "jstore --json stat report.txt"}};
+    }
+
+    void declare(CLI::App& command) override {
+        addArguments(command, "LOCATION...", m_arguments, "Files and folders to describe");
     }
 
     ExitCode run(Context& context) override {
-        const auto locations = toLocations(m_arguments);
-        static_cast<void>(context.provider());
+        const std::vector<Location> locations = startWith(context, m_arguments);
         bool first = true;
         return forEachLocation(context, locations, [&](const Location& location) {
-            tell(context, location, first);
+            show(context, location, first);
             first = false;
             return ExitCode::Done;
         });
     }
 
 private:
-    static void tell(Context& context, const Location& location, bool first) {
-        const auto& provider = context.provider();
-        const auto entry = entryAt(provider, location);
-        const auto attributes = attributesOf(provider, entry);
-        const auto storage = ifSupported([&] { return provider.getProviderStorageInfo(location.iri()); });
-        const auto extended = ifSupported([&] { return provider.getExtendedAttributes(location.iri()); });
-        const auto texts = extended ? textsOf(*extended) : std::map<std::string, std::string>();
+    static void show(Context& context, const Location& location, bool first) {
+        const IProvider& provider = context.provider();
+        const Entry entry = entryAt(provider, location);
+        const EntryAttributes attributes = attributesOf(provider, entry);
+        const std::optional<ProviderStorageInfo> storage =
+            ifSupported([&] { return provider.getProviderStorageInfo(location.iri()); });
+        const std::optional<ExtendedAttributes> extended =
+            ifSupported([&] { return provider.getExtendedAttributes(location.iri()); });
+        const std::map<std::string, std::string> texts =
+            extended ? textsOf(*extended) : std::map<std::string, std::string>();
         if (context.reporter().json()) {
             context.reporter().done(location, fieldsOf(entry, attributes, storage, texts));
             return;

@@ -1,14 +1,15 @@
 #include <optional>
 
 #include "base/Format.h"
+#include "base/Text.h"
 #include "foundation/storage/provider/Exception.h"
 #include "options/Arguments.h"
-#include "options/HelpText.h"
 #include "verbs/Verb.h"
 #include "work/ForEachLocation.h"
 
 namespace jstore {
 
+using boost::posix_time::ptime;
 using foundation::storage::provider::ErrorCode;
 using foundation::storage::provider::Exception;
 using foundation::storage::provider::IProvider;
@@ -19,7 +20,7 @@ void createUnlessThere(const IProvider& provider, const Location& file) {
     try {
         provider.createFile(file.iri());
     } catch (const Exception& error) {
-        // A link that leads nowhere takes the name, and yet no file is there.
+        // A link that leads nowhere occupies the name, though no file is there.
         if (error.code() != ErrorCode::AlreadyExists || !provider.exists(file.iri())) {
             throw;
         }
@@ -28,20 +29,24 @@ void createUnlessThere(const IProvider& provider, const Location& file) {
 
 class Touch final : public Verb {
 public:
-    CLI::App& declare(CLI::App& commandLine) override {
-        auto& verb = *commandLine.add_subcommand("touch", "Create empty files where nothing is; set times");
-        addArguments(verb, "FILE...", m_arguments, "The files to create");
-        verb.add_option("-d,--date", m_date, "Set the time of modification of files and folders")->type_name("TIME");
-        verb.footer(
-            helpText("Without -d what exists already stays exactly as it is, its times included. TIME is now,\n"
-                     "@SECONDS since 1970, or YYYY-MM-DD with HH:MM, :SS and a fraction behind it if wanted, such as\n"
-                     "2026-11-21T13:20:05.5Z; without Z or +HH:MM at the end it is the local time.",
-                     {"jstore touch new.txt", "jstore touch -d 2026-11-21T13:20:05Z report.txt"}));
-        return verb;
+    [[nodiscard]] std::string name() const override { return "touch"; }
+
+    [[nodiscard]] VerbHelp help() const override {
+        return {.summary = "Create empty files where nothing exists; set times",
+                .text =
+                    "Without -d, existing files and folders are left as they are. TIME is the word now, @SECONDS\n"
+                    "since 1970, or a date YYYY-MM-DD. THH:MM, :SS and a fraction may follow the date, as in\n"
+                    "2026-11-21T13:20:05.5Z. The time is local unless it ends in Z or +HH:MM.",
+                .examples = {"jstore touch new.txt", "jstore touch -d 2026-11-21T13:20:05Z report.txt"}};
+    }
+
+    void declare(CLI::App& command) override {
+        addArguments(command, "FILE...", m_arguments, "Files to create");
+        command.add_option("-d,--date", m_date, "Set the modification time of files and folders")->type_name("TIME");
     }
 
     ExitCode run(Context& context) override {
-        const auto time = readTime();
+        const std::optional<ptime> time = readTime();
         return forEachArgument(context, m_arguments, [&](const IProvider& provider, const Location& file) {
             createUnlessThere(provider, file);
             if (time) {
@@ -51,14 +56,14 @@ public:
     }
 
 private:
-    [[nodiscard]] std::optional<boost::posix_time::ptime> readTime() const {
+    [[nodiscard]] std::optional<ptime> readTime() const {
         if (!m_date) {
             return std::nullopt;
         }
-        const auto text = unmarked(*m_date);
-        auto time = parseTime(text);
+        const std::string text = unmarked(*m_date);
+        std::optional<ptime> time = parseTime(text);
         if (!time) {
-            throw usageError("touch: no time is written as " + text + " (see jstore touch --help)");
+            throw usageError("touch: -d " + printable(text) + ": not a time (see jstore touch --help)");
         }
         return time;
     }

@@ -3,7 +3,6 @@
 #include "base/Text.h"
 #include "foundation/storage/provider/Exception.h"
 #include "options/Arguments.h"
-#include "options/HelpText.h"
 #include "verbs/Verb.h"
 #include "work/Entry.h"
 #include "work/ForEachLocation.h"
@@ -13,7 +12,7 @@ namespace jstore {
 
 namespace {
 
-/// Draws each entry behind the branches that lead to it.
+/// Draws each entry after the branches that lead to it.
 class TreeDrawing final : public TreeWalk {
 public:
     explicit TreeDrawing(Context& context) : TreeWalk(context) {}
@@ -46,7 +45,7 @@ private:
         return text + (m_last.back() ? "└── " : "├── ");
     }
 
-    /// Of each name along the present path, whether it is the last of its folder.
+    /// For each name on the present path, whether it is the last in its folder.
     std::vector<bool> m_last;
     std::size_t m_folders = 0;
     std::size_t m_files = 0;
@@ -54,23 +53,24 @@ private:
 
 class Tree final : public Verb {
 public:
-    CLI::App& declare(CLI::App& commandLine) override {
-        auto& verb = *commandLine.add_subcommand("tree", "Draw what folders hold, with the folders below");
-        addArguments(verb, "FOLDER...", m_arguments, "The folders to draw");
-        verb.footer(helpText(
-            "The last line counts what was drawn. The drawing is UTF-8. Symbolic links to folders are drawn and\n"
-            "not entered.",
-            {"jstore tree photos"}));
-        return verb;
+    [[nodiscard]] std::string name() const override { return "tree"; }
+
+    [[nodiscard]] VerbHelp help() const override {
+        return {.summary = "Draw folders with everything below them",
+                .text =
+                    "The last line counts folders and files. The drawing is UTF-8. Symbolic links to folders are\n"
+                    "drawn but not followed.",
+                .examples = {"jstore tree photos"}};
     }
 
+    void declare(CLI::App& command) override { addArguments(command, "FOLDER...", m_arguments, "Folders to draw"); }
+
     ExitCode run(Context& context) override {
-        const auto locations = toLocations(m_arguments);
-        static_cast<void>(context.provider());
+        const std::vector<Location> locations = startWith(context, m_arguments);
         context.progress().begin("found");
         return forEachLocation(context, locations, [&](const Location& location) {
             TreeDrawing drawing(context);
-            const auto code = drawing.run(location);
+            const ExitCode code = drawing.run(location);
             context.reporter().line(fmt::format("\n{} folder{}, {} file{}", drawing.folders(),
                                                 drawing.folders() == 1 ? "" : "s", drawing.files(),
                                                 drawing.files() == 1 ? "" : "s"));

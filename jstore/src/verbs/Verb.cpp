@@ -1,8 +1,10 @@
 #include "verbs/Verb.h"
 
+#include <utility>
+
 namespace jstore {
 
-std::vector<std::unique_ptr<Verb>> allVerbs() {
+std::vector<std::unique_ptr<Verb>> allVerbs(std::function<manual::Grammar()> grammar) {
     std::vector<std::unique_ptr<Verb>> verbs;
     verbs.push_back(makeLs());
     verbs.push_back(makeTree());
@@ -20,7 +22,7 @@ std::vector<std::unique_ptr<Verb>> allVerbs() {
     verbs.push_back(makeWatch());
     verbs.push_back(makeFeatures());
     verbs.push_back(makeDoctor());
-    verbs.push_back(makeCompletion());
+    verbs.push_back(makeCompletion(std::move(grammar)));
     return verbs;
 }
 

@@ -2,16 +2,19 @@
 
 #include <CLI/App.hpp>
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "base/ExitCode.h"
+#include "manual/Grammar.h"
+#include "options/VerbHelp.h"
 #include "work/Context.h"
 
 namespace jstore {
 
-/// One verb of the command line. A verb is told its arguments by the parser, then runs once.
+/// One verb of the command line. The parser fills in its arguments, then it runs once.
 class Verb {
 public:
     virtual ~Verb() = default;
@@ -19,8 +22,13 @@ public:
     Verb(const Verb&) = delete;
     Verb& operator=(const Verb&) = delete;
 
-    /// Adds the verb, its options and its help to the command line; what the parser reads goes into this object.
-    virtual CLI::App& declare(CLI::App& commandLine) = 0;
+    [[nodiscard]] virtual std::string name() const = 0;
+
+    /// What a user needs to know about the verb besides its options.
+    [[nodiscard]] virtual VerbHelp help() const = 0;
+
+    /// Adds the verb's arguments and options to its command; what the parser reads goes into this object.
+    virtual void declare(CLI::App& command) = 0;
 
     /// Does the work and reports it. Throws CommandError when the command fails before its operations begin, and
     /// OutputError when standard output cannot be written.
@@ -30,11 +38,12 @@ protected:
     Verb() = default;
 };
 
-/// All verbs, in the order in which --help lists them.
-[[nodiscard]] std::vector<std::unique_ptr<Verb>> allVerbs();
+/// All verbs, in the order in which --help lists them. `grammar` returns the whole command line as data; the completion
+/// verb needs it.
+[[nodiscard]] std::vector<std::unique_ptr<Verb>> allVerbs(std::function<manual::Grammar()> grammar);
 
 [[nodiscard]] std::unique_ptr<Verb> makeCat();
-[[nodiscard]] std::unique_ptr<Verb> makeCompletion();
+[[nodiscard]] std::unique_ptr<Verb> makeCompletion(std::function<manual::Grammar()> grammar);
 [[nodiscard]] std::unique_ptr<Verb> makeCp();
 [[nodiscard]] std::unique_ptr<Verb> makeDf();
 [[nodiscard]] std::unique_ptr<Verb> makeDoctor();

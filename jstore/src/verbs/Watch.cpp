@@ -6,9 +6,9 @@
 
 #include "base/Text.h"
 #include "options/Arguments.h"
-#include "options/HelpText.h"
 #include "verbs/Duration.h"
 #include "verbs/Verb.h"
+#include "work/ForEachLocation.h"
 
 namespace jstore {
 
@@ -16,52 +16,55 @@ namespace {
 
 class Watch final : public Verb {
 public:
-    CLI::App& declare(CLI::App& commandLine) override {
-        auto& verb = *commandLine.add_subcommand("watch", "Tell what happens to files and folders, as it happens");
-        addArguments(verb, "LOCATION...", m_arguments, "The files and folders to watch");
-        verb.add_flag("-r,--recursive", m_options.recursive, "Tell of everything below a folder");
-        verb.add_flag("-t,--time", m_options.times, "Begin each line with the time (UTC)");
-        verb.add_option("--for", m_duration, "End after that time: 500ms, 10s, 2m, 1h")->type_name("TIME");
-        verb.add_option("--count", m_count, "End after N events")->type_name("N");
-        verb.add_option("--exec", m_options.command, "Run a shell command for each event")->type_name("CMD");
-        verb.footer(helpText(
-            "Once a location is watched, \"jstore: watching LOCATION\" appears on standard error; nothing is\n"
-            "missed from then on. Each event is a line: ChildAdded, ChildModified, ChildRemoved, SelfModified\n"
-            "or SelfRemoved, then file or folder, then the location. A rename is a removal and an addition.\n"
-            "\n"
-            "CMD finds JSTORE_EVENT, JSTORE_TYPE, JSTORE_LOCATION, JSTORE_WATCHED, JSTORE_TIME and\n"
-            "JSTORE_ORIGIN in its environment, as in --exec 'echo \"$JSTORE_LOCATION\"'. Commands run one at a\n"
-            "time, in order, while events queue up; one that fails is told of, and the watch goes on and\n"
-            "ends with 1.\n"
-            "\n"
-            "Ends with 0 after --for or --count, with 130 after Ctrl-C, with 3 when all that is watched is\n"
-            "gone, with 8 when the back end tells of no changes.",
-            {"jstore watch -r --for 1s photos",
-             "jstore watch --for 1s --exec 'echo \"$JSTORE_LOCATION\" >>changes' photos"}));
-        return verb;
+    [[nodiscard]] std::string name() const override { return "watch"; }
+
+    [[nodiscard]] VerbHelp help() const override {
+        return {.summary = "Report changes to files and folders as they happen",
+                .text =
+                    "Once a location is watched, \"jstore: watching LOCATION\" appears on standard error. From then\n"
+                    "on, each change is printed as a line: ChildAdded, ChildModified, ChildRemoved, SelfModified or\n"
+                    "SelfRemoved, then file or folder, then the location. A rename is reported as a removal and an\n"
+                    "addition.\n"
+                    "\n"
+                    "CMD finds the event in its environment: JSTORE_EVENT, JSTORE_TYPE, JSTORE_LOCATION,\n"
+                    "JSTORE_WATCHED, JSTORE_TIME and JSTORE_ORIGIN, as in --exec 'echo \"$JSTORE_LOCATION\"'.\n"
+                    "Commands run one at a time, in order; further events wait. A command that fails is reported;\n"
+                    "the watch goes on, and its exit code is then 1.\n"
+                    "\n"
+                    "The exit code is 0 after --for or --count, 130 after Ctrl-C, 3 when everything watched was\n"
+                    "removed, and 8 if the back end does not report changes.",
+                .examples = {"jstore watch -r --for 1s photos",
+                             "jstore watch --for 1s --exec 'echo \"$JSTORE_LOCATION\" >>changes' photos"}};
+    }
+
+    void declare(CLI::App& command) override {
+        addArguments(command, "LOCATION...", m_arguments, "Files and folders to watch");
+        command.add_flag("-r,--recursive", m_options.recursive, "Report everything below a folder");
+        command.add_flag("-t,--time", m_options.times, "Begin each line with the time (UTC)");
+        command.add_option("--for", m_duration, "End after this time: 500ms, 10s, 2m, 1h")->type_name("TIME");
+        command.add_option("--count", m_count, "End after N events")->type_name("N");
+        command.add_option("--exec", m_options.command, "Run a shell command for each event")->type_name("CMD");
     }
 
     ExitCode run(Context& context) override {
         readLimits();
-        const auto locations = toLocations(m_arguments);
-        static_cast<void>(context.provider());
-        return Watching(context, locations, m_options).run();
+        return Watching(context, startWith(context, m_arguments), m_options).run();
     }
 
 private:
     void readLimits() {
         if (m_duration) {
-            const auto text = unmarked(*m_duration);
+            const std::string text = unmarked(*m_duration);
             m_options.duration = parseDuration(text);
             if (!m_options.duration) {
                 throw usageError("watch: --for " + printable(text) + ": expected a time such as 500ms, 10s, 2m or 1h");
             }
         }
         if (m_count) {
-            const auto text = unmarked(*m_count);
+            const std::string text = unmarked(*m_count);
             m_options.count = parseCount(text);
             if (!m_options.count) {
-                throw usageError("watch: --count " + printable(text) + ": expected a number from 1 on");
+                throw usageError("watch: --count " + printable(text) + ": expected a whole number, 1 or more");
             }
         }
         if (m_options.command) {
@@ -71,8 +74,8 @@ private:
 
     static std::optional<std::uint64_t> parseCount(const std::string& text) {
         std::uint64_t count = 0;
-        const auto* const end = text.data() + text.size();
-        const auto read = std::from_chars(text.data(), end, count);
+        const char* const end = text.data() + text.size();
+        const std::from_chars_result read = std::from_chars(text.data(), end, count);
         const bool isCount = read.ec == std::errc() && read.ptr == end && count > 0;
         return isCount ? std::optional(count) : std::nullopt;
     }

@@ -10,7 +10,7 @@
 
 namespace jstore {
 
-/// A change as the back end told it, and when it did.
+/// A change as the back end reported it, and when.
 struct Event {
     foundation::storage::events::Kind kind{};
     foundation::storage::provider::StorageIRI watched;

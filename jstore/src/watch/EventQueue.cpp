@@ -11,7 +11,7 @@ void EventQueue::push(Event event) noexcept {
         return;
     }
     try {
-        // What follows a gap belongs behind it, so there is none before the gap has been taken.
+        // After a loss nothing is added until the batch has been taken: the loss is reported after its events.
         if (m_batch.lost == 0 && m_batch.events.size() < m_capacity) {
             m_batch.events.push_back(std::move(event));
         } else {

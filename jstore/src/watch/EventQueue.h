@@ -10,9 +10,9 @@
 
 namespace jstore {
 
-/// Takes events from the back end's threads to the main thread.
+/// Carries events from the back end's threads to the main thread.
 ///
-/// A back end is never kept waiting: when the queue is full, the event is lost and counted. push() and close() may be
+/// A back end never waits: if the queue is full, the event is lost and counted. push(), lose() and close() may be
 /// called on any thread, the rest on the main thread.
 class EventQueue {
 public:
@@ -29,7 +29,7 @@ public:
 
     /// Adds an event, unless the queue is closed.
     void push(Event event) noexcept;
-    /// An event that could not be made.
+    /// Counts an event as lost.
     void lose() noexcept;
     /// Takes all that has come so far.
     [[nodiscard]] Batch take();

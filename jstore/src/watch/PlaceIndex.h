@@ -9,8 +9,7 @@
 
 namespace jstore {
 
-/// Finds which of many places a location means, however either is spelled, in a time that does not grow with their
-/// number.
+/// Finds which of many places a location means, however either is spelled. The time does not grow with their number.
 class PlaceIndex {
 public:
     /// Adds a place under its number. Of several that are the same, the first counts.

@@ -1,5 +1,6 @@
 #include "watch/WatchedPlace.h"
 
+#include <algorithm>
 #include <string>
 #include <utility>
 #include <vector>
@@ -10,7 +11,7 @@ using foundation::storage::provider::StorageIRI;
 
 std::optional<WatchedPlace::Below> WatchedPlace::find(const StorageIRI& changed) const {
     std::vector<std::u16string> names;
-    // The parent of a normal form is one, and a root among them is the end in any case.
+    // The parents of a location in normal form are in normal form too, and one of them is a root.
     StorageIRI at = changed.normalized();
     while (at != m_normal) {
         if (at.isRoot()) {
@@ -20,8 +21,9 @@ std::optional<WatchedPlace::Below> WatchedPlace::find(const StorageIRI& changed)
         at = at.getParent();
     }
     StorageIRI spelled = m_location.iri();
-    for (auto name = names.rbegin(); name != names.rend(); ++name) {
-        spelled = spelled.getChild(*name);
+    std::ranges::reverse(names);
+    for (const auto& name : names) {
+        spelled = spelled.getChild(name);
     }
     return Below{Location(std::move(spelled)), names.size()};
 }

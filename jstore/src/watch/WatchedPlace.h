@@ -23,7 +23,7 @@ public:
         std::size_t depth;  ///< 0 for the place itself, 1 for what is directly in it
     };
 
-    /// What the back end means by `changed`; empty when it is neither the place nor below it.
+    /// Where `changed` lies; empty if it is neither the place nor below it.
     [[nodiscard]] std::optional<Below> find(const foundation::storage::provider::StorageIRI& changed) const;
 
 private:

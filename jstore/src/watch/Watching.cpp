@@ -13,7 +13,6 @@
 #include "base/Problem.h"
 #include "base/Text.h"
 #include "foundation/storage/provider/Exception.h"
-#include "java/Feature.h"
 #include "process/Interrupt.h"
 #include "work/Entry.h"
 #include "work/ReportFailure.h"
@@ -26,7 +25,7 @@ using std::chrono::milliseconds;
 
 namespace {
 
-/// Receives events on the back end's threads. Owns its share of the queue, since a back end may go on telling.
+/// Receives events on the back end's threads. Owns its share of the queue, since a back end may report later events.
 class Receiver {
 public:
     explicit Receiver(std::shared_ptr<EventQueue> queue) : m_queue(std::move(queue)) {}
@@ -49,7 +48,7 @@ private:
 
 Watching::Watching(Context& context, const std::vector<Location>& locations, WatchOptions options)
     : m_context(&context), m_options(std::move(options)) {
-    for (const auto& location : locations) {
+    for (const Location& location : locations) {
         m_index.add(location.iri(), m_places.size());
         m_places.emplace_back(location);
     }
@@ -75,7 +74,7 @@ ExitCode Watching::run() {
 }
 
 void Watching::startAll() {
-    for (auto& place : m_places) {
+    for (Place& place : m_places) {
         if (!interrupted()) {
             start(place);
         }
@@ -94,10 +93,10 @@ void Watching::start(Place& place) {
 }
 
 void Watching::begin(const Location& location) const {
-    const auto& provider = m_context->provider();
-    if (m_options.recursive && !hasFeature(provider, ExtendedFeature::RecursiveChangeEvents)) {
+    const IProvider& provider = m_context->provider();
+    if (m_options.recursive && !m_context->hasFeature(ExtendedFeature::RecursiveChangeEvents)) {
         throw refusal(location, ErrorCode::NotSupported,
-                      "the back end tells of nothing deeper than in the folder itself; leave out -r");
+                      "the back end reports only the direct children of a folder; leave out -r");
     }
     try {
         provider.startChangeNotification(location.iri(), Receiver(m_queue));
@@ -105,13 +104,13 @@ void Watching::begin(const Location& location) const {
         if (error.code() != ErrorCode::NotSupported) {
             throw;
         }
-        throw refusal(location, ErrorCode::NotSupported, "the back end tells of no changes");
+        throw refusal(location, ErrorCode::NotSupported, "the back end does not report changes");
     }
 }
 
-/// A back end that goes on telling does no harm any more, but whoever wrote it wants to know.
+/// Events that still arrive do no harm, but the author of the back end needs to see that stopping failed.
 void Watching::stopAll() {
-    for (auto& place : m_places) {
+    for (Place& place : m_places) {
         if (place.code != ExitCode::Done) {
             continue;
         }
@@ -124,7 +123,8 @@ void Watching::stopAll() {
 }
 
 void Watching::watch() {
-    const auto end = m_options.duration ? std::optional(Clock::now() + *m_options.duration) : std::nullopt;
+    const std::optional<Clock::time_point> end =
+        m_options.duration ? std::optional(Clock::now() + *m_options.duration) : std::nullopt;
     while (!isOver()) {
         const bool late = end && Clock::now() >= *end;
         showAll(m_queue->take());
@@ -137,16 +137,17 @@ void Watching::watch() {
     }
 }
 
-/// Returns when there are events, a signal that stops jstore has arrived or the end has come. That nobody reads the
-/// output any more shows here too, since a quiet watch would otherwise go on for ever.
+/// Returns when there are events, a signal that stops jstore has arrived, or the end has come. Throws when nobody reads
+/// the output any more: a watch without events would otherwise never notice.
 void Watching::awaitSomething(const std::optional<Clock::time_point>& end) const {
     std::array<pollfd, 3> sources{
         {{m_queue->descriptor(), POLLIN, 0}, {interruptDescriptor(), POLLIN, 0}, {STDOUT_FILENO, 0, 0}}};
     constexpr milliseconds longest = std::chrono::hours(1);
-    // Rounded up, or the last millisecond would be spent going round.
-    const auto left = end ? std::chrono::ceil<milliseconds>(*end - Clock::now()) : longest;
+    // Rounded up: otherwise the last millisecond would be a busy loop.
+    const std::chrono::milliseconds left = end ? std::chrono::ceil<milliseconds>(*end - Clock::now()) : longest;
     ::poll(sources.data(), sources.size(), static_cast<int>(std::clamp(left, milliseconds(0), longest).count()));
-    // POLLERR says so of a pipe, POLLHUP of a socket or a terminal. Both are reported unasked, and stay.
+    // Nobody reads the output any more: POLLERR for a pipe, POLLHUP for a socket or a terminal. Both are reported
+    // without a request, and stay.
     if (sources[2].revents != 0) {
         throw OutputError(EPIPE);
     }
@@ -157,7 +158,7 @@ bool Watching::isOver() const {
 }
 
 void Watching::showAll(const EventQueue::Batch& batch) {
-    for (const auto& event : batch.events) {
+    for (const Event& event : batch.events) {
         if (isOver()) {
             return;
         }
@@ -169,24 +170,24 @@ void Watching::showAll(const EventQueue::Batch& batch) {
 }
 
 Watching::Place* Watching::placeOf(const StorageIRI& watched) {
-    const auto number = m_index.find(watched);
+    const std::optional<std::size_t> number = m_index.find(watched);
     return number ? &m_places[*number] : nullptr;
 }
 
 void Watching::show(const Event& event) {
-    auto* const place = placeOf(event.watched);
-    // The bridge passes on whatever a back end tells, also of what nobody has asked for.
+    Place* const place = placeOf(event.watched);
+    // The bridge passes on every event, even for places that nobody watches.
     if (place != nullptr && place->code == ExitCode::Done) {
         show(event, *place);
     }
 }
 
 void Watching::show(const Event& event, Place& place) {
-    const auto found = place.find(event.changed);
+    const std::optional<WatchedPlace::Below> found = place.find(event.changed);
     if (found && found->depth > 1 && !m_options.recursive) {
         return;
     }
-    const auto changed = found ? found->location : Location(event.changed);
+    const Location changed = found ? found->location : Location(event.changed);
     ++m_shown;
     m_context->progress().countItem();
     print(event, changed, place.location());
@@ -200,7 +201,7 @@ void Watching::show(const Event& event, Place& place) {
 }
 
 void Watching::print(const Event& event, const Location& changed, const Location& watched) {
-    const auto time = timeText(event.time);
+    const std::string time = timeText(event.time);
     m_context->reporter().line(fmt::format("{}{:<13}  {:<6}  {}", m_options.times ? time + "  " : "",
                                            wordFor(event.kind), wordFor(event.type), printable(changed.text())));
     Reporter::Fields fields = {{"event", wordFor(event.kind)}, {"type", wordFor(event.type)}};
@@ -213,12 +214,12 @@ void Watching::print(const Event& event, const Location& changed, const Location
 }
 
 void Watching::runCommand(const Event& event, const Location& changed, const Location& watched) {
-    const auto problem = m_command->run({{"JSTORE_EVENT", wordFor(event.kind)},
-                                         {"JSTORE_TYPE", wordFor(event.type)},
-                                         {"JSTORE_LOCATION", changed.text()},
-                                         {"JSTORE_WATCHED", watched.text()},
-                                         {"JSTORE_TIME", timeText(event.time)},
-                                         {"JSTORE_ORIGIN", event.originId}});
+    const std::string problem = m_command->run({{"JSTORE_EVENT", wordFor(event.kind)},
+                                                {"JSTORE_TYPE", wordFor(event.type)},
+                                                {"JSTORE_LOCATION", changed.text()},
+                                                {"JSTORE_WATCHED", watched.text()},
+                                                {"JSTORE_TIME", timeText(event.time)},
+                                                {"JSTORE_ORIGIN", event.originId}});
     if (!problem.empty()) {
         m_failed = true;
         m_context->reporter().failed(changed, {"Command", changed.text(), "the command " + problem, ExitCode::Failed});
@@ -234,20 +235,20 @@ void Watching::end(Place& place, ExitCode code) {
 void Watching::reportRemoval(Place& place) {
     end(place, ExitCode::NotFound);
     m_context->reporter().failed(place.location(), {std::string(toString(ErrorCode::NotFound)), place.location().text(),
-                                                    "it was removed and is not watched any more", place.code});
+                                                    "it was removed and is no longer watched", place.code});
 }
 
 void Watching::reportLoss(std::uint64_t lost) {
     m_failed = true;
-    m_context->reporter().failed({"Lost", {}, fmt::format("{} events came too fast and were lost", lost)});
+    m_context->reporter().failed({"Lost", {}, fmt::format("{} events were lost because they came too fast", lost)});
 }
 
 ExitCode Watching::outcome() const {
     std::vector<ExitCode> codes;
-    for (const auto& place : m_places) {
+    for (const Place& place : m_places) {
         codes.push_back(place.code);
     }
-    const auto code = combine(codes);
+    const ExitCode code = combine(codes);
     return code == ExitCode::Done && m_failed ? ExitCode::Failed : code;
 }
 

@@ -16,7 +16,7 @@
 
 namespace jstore {
 
-/// What the watch verb was told beside its locations.
+/// The options of the watch verb.
 struct WatchOptions {
     bool recursive = false;
     bool times = false;
@@ -25,8 +25,8 @@ struct WatchOptions {
     std::optional<std::string> command;
 };
 
-/// Watches locations and shows what happens to them, from run()'s beginning to its end. Used by the main thread alone;
-/// the back end's own threads do no more than leave events in a queue.
+/// Watches locations and shows what happens to them while run() runs. Used only by the main thread; the back end's own
+/// threads only put events into a queue.
 class Watching {
 public:
     Watching(Context& context, const std::vector<Location>& locations, WatchOptions options);
@@ -36,8 +36,8 @@ public:
     Watching(const Watching&) = delete;
     Watching& operator=(const Watching&) = delete;
 
-    /// Watches until the duration is over, the count is reached, SIGINT arrives, or nothing is left to be watched.
-    /// Throws OutputError as soon as nobody reads standard output any more, events or not.
+    /// Watches until the duration is over, the count is reached, SIGINT, SIGTERM or SIGHUP arrives, or nothing is left
+    /// to be watched. Throws OutputError as soon as nobody reads standard output any more, events or not.
     [[nodiscard]] ExitCode run();
 
 private:

@@ -15,7 +15,7 @@
 namespace jstore {
 
 /// What a verb works with: the common options, the reporter, and the provider, which starts Java when it is first
-/// asked for. Used by the main thread alone.
+/// asked for. Used only by the main thread.
 class Context {
 public:
     explicit Context(Options options)
@@ -32,20 +32,31 @@ public:
     [[nodiscard]] Reporter& reporter() noexcept { return m_reporter; }
     [[nodiscard]] Progress& progress() noexcept { return m_progress; }
 
-    /// The provider. The first call blocks until Java is up and throws CommandError as Session does.
-    [[nodiscard]] const foundation::storage::provider::IProvider& provider() {
+    /// Starts Java and the back end unless they are up. Throws CommandError as Session does. Blocks until both are up.
+    void startBackEnd() {
         if (!m_session) {
             m_session.emplace(m_options);
         }
+    }
+
+    /// The provider. Calls startBackEnd() first.
+    [[nodiscard]] const foundation::storage::provider::IProvider& provider() {
+        startBackEnd();
         return m_session->provider();
     }
 
-    /// The machine that provider() started. To be asked for after that.
+    /// As BackEnd::hasFeature(). Calls startBackEnd() first.
+    [[nodiscard]] bool hasFeature(foundation::storage::provider::ExtendedFeature feature) {
+        startBackEnd();
+        return m_session->hasFeature(feature);
+    }
+
+    /// The running machine. Call it only after startBackEnd() or provider().
     [[nodiscard]] const std::shared_ptr<storage::jvm::EmbeddedJVM>& jvm() const { return m_session.value().jvm(); }
 
-    /// The error of an operation that has failed just now, as a problem: with the back end's reason and a hint.
+    /// The error of the operation that has just failed, as a problem with the back end's reason and a hint.
     [[nodiscard]] Problem problemOf(const std::exception& error, const Location& subject) const {
-        auto problem = describe(error, subject);
+        Problem problem = describe(error, subject);
         const auto* const reported = dynamic_cast<const foundation::storage::provider::Exception*>(&error);
         if (reported != nullptr && m_session) {
             addReason(problem, m_session->reasonOf(*reported));
@@ -54,7 +65,8 @@ public:
         return problem;
     }
 
-    /// Ends what provider() started: what the back end could not write, if it tells. To be called once, at the end.
+    /// Ends the back end if it was started. Returns its report of what may not have been written. Call it once, at the
+    /// end.
     [[nodiscard]] std::optional<Problem> end() {
         if (!m_session) {
             return std::nullopt;

@@ -26,7 +26,7 @@ bool isFolder(Context& context, const Location& location) {
 Destination::Destination(Context& context, Location location, std::size_t sources)
     : m_location(std::move(location)), m_isFolder(isFolder(context, m_location)) {
     if (!m_isFolder && sources > 1) {
-        throw refusal(m_location, ErrorCode::NotAFolder, "several sources need a folder");
+        throw refusal(m_location, ErrorCode::NotAFolder, "several sources need a folder as their destination");
     }
 }
 

@@ -7,15 +7,15 @@
 
 namespace jstore {
 
-/// The last argument of a verb that brings sources to a place: the place itself, or a folder that takes them in.
+/// The last argument of cp and mv: the target itself, or a folder that receives the sources.
 class Destination {
 public:
-    /// Asks the back end what is there. Throws CommandError with NotAFolder when several sources have no folder to go
-    /// to, and for whatever the back end fails with.
+    /// Asks the back end what is there. Throws CommandError with NotAFolder if there are several sources and no folder,
+    /// and for a failure of the back end.
     Destination(Context& context, Location location, std::size_t sources);
 
-    /// Where the source goes. Throws CommandError with AccessDenied for a root, which has no name to go by into a
-    /// folder; `deed` completes "a root cannot be …".
+    /// Where the source goes. Throws CommandError with AccessDenied for a root, which has no name that it could have in
+    /// a folder; `deed` completes "a root cannot be …".
     [[nodiscard]] Location targetOf(const Location& source, const char* deed) const;
 
 private:

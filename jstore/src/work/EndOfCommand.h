@@ -6,7 +6,8 @@
 
 namespace jstore {
 
-/// Ends a command in the middle of its work, because nothing that comes after could succeed. It has been reported.
+/// Thrown to end a command in the middle of its work, because nothing after it could succeed. The reason has been
+/// reported.
 class EndOfCommand final : public std::exception {
 public:
     explicit EndOfCommand(ExitCode code) : m_code(code) {}

@@ -17,11 +17,11 @@ const char* wordFor(EntryType type) noexcept { return type == EntryType::Folder 
 
 std::vector<Entry> entriesOf(const IProvider& provider, const Entry& folder) {
     std::vector<Entry> entries;
-    const auto listing = provider.listAll(folder.location.iri());
+    const std::unique_ptr<IFolderEntryIterator> listing = provider.listAll(folder.location.iri());
     while (listing->hasMore()) {
         stopIfInterrupted();
         listing->advance();
-        const auto found = listing->getCurrent();
+        const FolderEntry found = listing->getCurrent();
         entries.push_back({Location(folder.location.iri().getChild(found.name())), found.name(), found.type(),
                            folder.depth + 1, /*last=*/false});
     }
@@ -34,7 +34,7 @@ std::vector<Entry> entriesOf(const IProvider& provider, const Entry& folder) {
 }
 
 Entry entryAt(const IProvider& provider, const Location& location) {
-    const auto type = provider.existsExtended(location.iri());
+    const std::optional<EntryType> type = provider.existsExtended(location.iri());
     if (!type) {
         throw Exception(ErrorCode::NotFound, location.iri());
     }
@@ -43,10 +43,10 @@ Entry entryAt(const IProvider& provider, const Location& location) {
 
 EntryAttributes attributesOf(const IProvider& provider, const Entry& entry) {
     if (entry.isFolder()) {
-        const auto folder = provider.getFolderAttributes(entry.location.iri());
+        const FolderAttributes folder = provider.getFolderAttributes(entry.location.iri());
         return {std::nullopt, folder.lastModified(), folder.writable()};
     }
-    const auto file = provider.getFileAttributes(entry.location.iri());
+    const FileAttributes file = provider.getFileAttributes(entry.location.iri());
     return {file.size(), file.lastModified(), file.writable()};
 }
 

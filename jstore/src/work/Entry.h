@@ -37,7 +37,7 @@ struct EntryAttributes {
 [[nodiscard]] std::vector<Entry> entriesOf(const foundation::storage::provider::IProvider& provider,
                                            const Entry& folder);
 
-/// What is at the location, as an entry. Throws Exception with NotFound if that is nothing. Blocks in Java.
+/// What is at the location, as an entry. Throws Exception with NotFound if nothing is there. Blocks in Java.
 [[nodiscard]] Entry entryAt(const foundation::storage::provider::IProvider& provider, const Location& location);
 
 /// Throws as IProvider::getFileAttributes() and getFolderAttributes() do. Blocks in Java.

@@ -21,10 +21,17 @@ ExitCode attempt(Context& context, const Location& location,
 
 }  // namespace
 
+std::vector<Location> startWith(Context& context, const std::vector<std::string>& arguments) {
+    std::vector<Location> locations = toLocations(arguments);
+    context.startBackEnd();
+    return locations;
+}
+
 ExitCode forEachLocation(Context& context, const std::vector<Location>& locations,
                          const std::function<ExitCode(const Location&)>& operation) {
     std::vector<ExitCode> codes;
-    for (const auto& location : locations) {
+    codes.reserve(locations.size());
+    for (const Location& location : locations) {
         codes.push_back(attempt(context, location, operation));
     }
     return combine(codes);
@@ -32,8 +39,8 @@ ExitCode forEachLocation(Context& context, const std::vector<Location>& location
 
 ExitCode forEachArgument(Context& context, const std::vector<std::string>& arguments,
                          const std::function<void(const IProvider&, const Location&)>& operation) {
-    const auto locations = toLocations(arguments);
-    const auto& provider = context.provider();
+    const std::vector<Location> locations = startWith(context, arguments);
+    const IProvider& provider = context.provider();
     context.progress().count("done");
     return forEachLocation(context, locations, [&](const Location& location) {
         operation(provider, location);

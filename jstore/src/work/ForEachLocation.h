@@ -10,6 +10,10 @@
 
 namespace jstore {
 
+/// The arguments as locations. Reads all of them, then starts the back end. Throws CommandError for an argument that is
+/// no location, and as Context::provider() does.
+[[nodiscard]] std::vector<Location> startWith(Context& context, const std::vector<std::string>& arguments);
+
 /// Runs `operation` for each location, in order, and combines their exit codes.
 ///
 /// The operation reports its own success; what it throws is reported here as the location's failure, and the next
@@ -17,7 +21,7 @@ namespace jstore {
 [[nodiscard]] ExitCode forEachLocation(Context& context, const std::vector<Location>& locations,
                                        const std::function<ExitCode(const Location&)>& operation);
 
-/// The same for the arguments, all read before Java starts, and an operation that is silent when done.
+/// The same after startWith(), for an operation that prints nothing.
 [[nodiscard]] ExitCode forEachArgument(
     Context& context, const std::vector<std::string>& arguments,
     const std::function<void(const foundation::storage::provider::IProvider&, const Location&)>& operation);

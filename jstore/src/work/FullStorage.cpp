@@ -7,8 +7,8 @@ namespace jstore {
 
 void endByFullStorage(Context& context, const Location& location,
                       const foundation::storage::provider::Exception& error) {
-    auto problem = context.problemOf(error, location);
-    problem.text = messageOf(problem) + "; " + context.progress().counted() + " until then";
+    Problem problem = context.problemOf(error, location);
+    problem.text = messageOf(problem) + "; " + context.progress().counted() + " before that";
     context.reporter().failed(location, problem);
     throw EndOfCommand(problem.exitCode);
 }

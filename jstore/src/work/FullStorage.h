@@ -6,11 +6,11 @@
 
 namespace jstore {
 
-/// Reports the failure of the location with how much was done until then, and throws EndOfCommand.
+/// Reports the failure of the location and how much was done before it, and throws EndOfCommand.
 [[noreturn]] void endByFullStorage(Context& context, const Location& location,
                                    const foundation::storage::provider::Exception& error);
 
-/// Does something for the location. When the storage is full the command ends there: what comes next would fail too.
+/// Does something for the location. If the storage is full the command ends there: what comes next would fail too.
 template <class Action>
 decltype(auto) unlessFull(Context& context, const Location& location, const Action& action) {
     try {

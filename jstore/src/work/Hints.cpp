@@ -25,16 +25,16 @@ std::string_view mountName(std::string_view location) {
 }  // namespace
 
 std::string hintFor(const Problem& problem, const Options& options) {
-    const auto name = mountName(problem.location);
+    const std::string_view name = mountName(problem.location);
     if (problem.code != "Unavailable" || name.empty() || slashed(options.provider) != slashed(DefaultProvider)) {
         return {};
     }
     const auto isIt = [&](const Mount& mount) { return mount.name == name; };
     if (std::any_of(options.mounts.begin(), options.mounts.end(), isIt)) {
-        return problem.reason.empty() ? "the mount cannot be opened; jstore doctor with the same --mount may say why"
+        return problem.reason.empty() ? "the mount cannot be opened; jstore doctor with the same --mount may show why"
                                       : "";
     }
-    return fmt::format("no mount of that name; give --mount {}=URI", printable(name));
+    return fmt::format("there is no such mount; add --mount {}=URI", printable(name));
 }
 
 void addHint(Problem& problem, const Options& options) {

@@ -22,15 +22,15 @@ ExitCode reportFailure(Context& context, const Location& location) {
         context.reporter().failed(location, error.problem());
         return error.problem().exitCode;
     } catch (const std::exception& error) {
-        const auto problem = context.problemOf(error, location);
+        const Problem problem = context.problemOf(error, location);
         context.reporter().failed(location, problem);
         return problem.exitCode;
     }
 }
 
 void reportInterruption(Context& context) {
-    const auto counted = context.progress().counted();
-    const auto text = "interrupted" + (counted.empty() ? std::string() : ": " + counted);
+    const std::string counted = context.progress().counted();
+    const std::string text = "interrupted" + (counted.empty() ? std::string() : ": " + counted);
     context.reporter().failed({"Interrupted", {}, text, interruptionCode()});
 }
 

@@ -6,13 +6,13 @@
 
 namespace jstore {
 
-/// Reports the exception that is being handled as the location's failure, with a hint where there is one, and returns
-/// its exit code. To be called in a catch block.
+/// Reports the exception that is being handled as the location's failure, with a hint if there is one, and returns its
+/// exit code. Call it in a catch block.
 ///
-/// OutputError, Interruption and EndOfCommand are nobody's failure and are thrown again.
+/// Throws OutputError, Interruption and EndOfCommand again: they are not the failure of a location.
 [[nodiscard]] ExitCode reportFailure(Context& context, const Location& location);
 
-/// Reports that a signal has stopped the command, and how much was done until then.
+/// Reports that a signal has stopped the command, and how much was done before it.
 void reportInterruption(Context& context);
 
 }  // namespace jstore

@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "base/Facts.h"
+#include "base/NodeInfo.h"
 #include "base/Problem.h"
 #include "foundation/storage/provider/Exception.h"
 #include "java/InterruptibleCall.h"
@@ -28,7 +28,7 @@ struct Level {
     std::unique_ptr<IFolderEntryIterator> rest;
     std::string identity;    ///< empty if the back end knows none
     std::size_t taken = 0;   ///< how many entries were removed, or tried
-    bool keeps = false;      ///< something in it stays, so that it must stay as well
+    bool keeps = false;      ///< something in it stays, so it must stay too
     bool holdsMore = false;  ///< something in it has no location of its own that the storage takes
 };
 
@@ -46,7 +46,7 @@ public:
     }
 
 private:
-    /// Removes an empty folder or a link to any folder; another one is entered.
+    /// Removes an empty folder or a link to a folder; enters any other folder.
     void removeFolder(const Location& folder) {
         try {
             m_provider.removeFolder(folder.iri());
@@ -63,36 +63,35 @@ private:
         m_context.progress().countItem();
     }
 
-    /// Somebody may have put a link into the folder's place since, whose target is not to be emptied.
+    /// Somebody may since have put a link in the folder's place; its target must not be emptied.
     void enter(const Location& folder) {
-        auto listing = listingOf(folder);
+        std::unique_ptr<IFolderEntryIterator> listing = listingOf(folder);
         if (listing == nullptr) {
             removeAtOnce(folder);
             return;
         }
-        auto facts = factsOf(m_provider, folder.iri());
-        if (facts.link) {
+        NodeInfo info = nodeInfoOf(m_provider, folder.iri());
+        if (info.link) {
             m_provider.removeFolder(folder.iri());
             m_context.progress().countItem();
         } else {
-            m_path.push_back({folder, std::move(listing), std::move(facts.identity)});
+            m_path.push_back({folder, std::move(listing), std::move(info.identity)});
         }
     }
 
     /// Whether the place of the folder still leads to it, as far as that is known.
     [[nodiscard]] bool isStillThere(const Level& level) const {
-        const auto facts = factsOf(m_provider, level.folder.iri());
-        const bool known = !facts.identity.empty() && !level.identity.empty();
-        return !facts.link && (!known || facts.identity == level.identity);
+        const NodeInfo info = nodeInfoOf(m_provider, level.folder.iri());
+        const bool known = !info.identity.empty() && !level.identity.empty();
+        return !info.link && (!known || info.identity == level.identity);
     }
 
     /// Something else is in the innermost folder's place; what it holds is not to be removed.
     void abandon() {
-        const auto folder = std::move(m_path.back().folder);
+        const Location folder = std::move(m_path.back().folder);
         m_path.pop_back();
-        attempt(folder, [&] {
-            throw refusal(folder, ErrorCode::InUse, "something else has taken its place during the removal");
-        });
+        attempt(folder,
+                [&] { throw refusal(folder, ErrorCode::InUse, "something else took its place during the removal"); });
     }
 
     /// Null when the folder cannot be listed though it is there: it holds too much, or the back end lists nothing.
@@ -116,7 +115,7 @@ private:
 
     /// Removes one entry of the innermost folder, or enters it, or removes the folder when it has none left.
     void step() {
-        auto& level = m_path.back();
+        Level& level = m_path.back();
         if (!level.rest->hasMore()) {
             leave();
             return;
@@ -126,7 +125,7 @@ private:
             return;
         }
         level.rest->advance();
-        const auto entry = level.rest->getCurrent();
+        const FolderEntry entry = level.rest->getCurrent();
         const Location location(level.folder.iri().getChild(entry.name()));
         m_context.progress().at(location);
         attempt(location, [&] { remove(location, entry.type()); });
@@ -150,7 +149,7 @@ private:
     }
 
     void leave() {
-        const auto level = std::move(m_path.back());
+        const Level level = std::move(m_path.back());
         m_path.pop_back();
         if (level.keeps) {
             keep();
@@ -178,7 +177,7 @@ private:
         }
     }
 
-    /// Does something; what fails is reported, and the innermost folder keeps it.
+    /// Reports what fails; the innermost folder then stays.
     template <class Action>
     void attempt(const Location& location, const Action& action) {
         try {

@@ -6,19 +6,21 @@
 
 namespace jstore {
 
-/// Removes a folder with all it holds, one by one and children first.
+/// Removes a folder with all it holds, entry by entry, children first.
 ///
 /// Symbolic links to folders are removed and not entered: a folder is listed only when the back end says that it is not
-/// empty, and its contents are removed only if it is no link after that. Every 32 entries it is checked that the place
-/// still leads to the same folder; if not, that is a failure with InUse, and what was to be removed from it stays. What
-/// cannot be removed is reported as its own failure, and the folders above it stay; the rest goes. What others remove
-/// meanwhile is fine. The depth of the tree is limited only by memory: at a time the listings along one path are held.
+/// empty, and its contents are removed only if it is no link after that. After every 32 entries, the location of the
+/// folder is checked again. If it no longer leads to the same folder, that is a failure with InUse, and what is there
+/// now stays. Each entry that cannot be removed is reported as a failure of its own, and the folders above it stay; the
+/// rest is removed. Entries that others remove at the same time are no failure. Only memory limits the depth of the
+/// tree: the listings along one path are held at a time.
 ///
-/// The back end removes a folder at once where that is not possible: one that it cannot list, since it holds more than
-/// Java has memory for, and one with contents whose locations are too long for the storage.
+/// The back end removes some folders in one call: those that it cannot list, for example because they hold more than
+/// Java has memory for; those for which it does not support IProvider::removeFolder(); and those with entries that have
+/// no valid location, for example because it is too long for the storage.
 ///
-/// Returns Done, or SomeFailed when something stays. Throws what removing the folder itself fails with, and
-/// Interruption when a signal arrives. Blocks in Java.
+/// Returns Done, or SomeFailed if something stays. Throws if the folder itself cannot be removed, and Interruption when
+/// a signal arrives. Blocks in Java.
 [[nodiscard]] ExitCode removeOneByOne(Context& context, const Location& folder);
 
 }  // namespace jstore

@@ -1,5 +1,7 @@
 #include "work/TreeWalk.h"
 
+#include <fmt/format.h>
+
 #include <utility>
 
 #include "base/Problem.h"
@@ -10,13 +12,7 @@ namespace jstore {
 
 using foundation::storage::provider::EntryType;
 using foundation::storage::provider::ErrorCode;
-
-namespace {
-
-/// A back end may know loops that it does not tell of.
-constexpr std::size_t MaxDepth = 2048;
-
-}  // namespace
+using foundation::storage::provider::MaxFolderDepth;
 
 ExitCode TreeWalk::run(const Location& folder) {
     m_failed = false;
@@ -31,23 +27,25 @@ ExitCode TreeWalk::run(const Location& folder) {
 }
 
 void TreeWalk::open(const Entry& folder) {
-    if (folder.depth > MaxDepth) {
-        throw refusal(folder.location, ErrorCode::InvalidLocation, "it lies more than 2048 folders deep");
+    // A back end may have loops that it does not report as links.
+    if (folder.depth > MaxFolderDepth) {
+        throw refusal(folder.location, ErrorCode::InvalidLocation,
+                      fmt::format("it lies more than {} folders deep", MaxFolderDepth));
     }
-    auto entries = entriesOf(*m_provider, folder);
+    std::vector<Entry> entries = entriesOf(*m_provider, folder);
     enter(folder, entries);
     m_path.push_back({folder, std::move(entries)});
 }
 
-/// Takes the next entry of the innermost folder, or leaves the folder when it has none left.
+/// Takes the next entry of the innermost folder, or leaves the folder if it has none left.
 void TreeWalk::step() {
-    auto& level = m_path.back();
+    Level& level = m_path.back();
     if (level.next < level.entries.size()) {
-        const auto entry = std::move(level.entries[level.next++]);
+        const Entry entry = std::move(level.entries[level.next++]);
         attempt(entry.location, [&] { take(entry); });
         return;
     }
-    const auto folder = std::move(level.folder);
+    const Entry folder = std::move(level.folder);
     m_path.pop_back();
     attempt(folder.location, [&] { leave(folder); });
 }
@@ -57,12 +55,12 @@ void TreeWalk::take(const Entry& entry) {
     if (!entry.isFolder()) {
         return;
     }
-    const auto facts = factsOf(*m_provider, entry.location.iri());
-    if (facts.link) {
+    const NodeInfo info = nodeInfoOf(*m_provider, entry.location.iri());
+    if (info.link) {
         passLink(entry);
         return;
     }
-    approach(entry, facts);
+    approach(entry, info);
     open(entry);
 }
 

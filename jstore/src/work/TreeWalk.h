@@ -4,18 +4,19 @@
 #include <vector>
 
 #include "base/ExitCode.h"
-#include "base/Facts.h"
+#include "base/NodeInfo.h"
 #include "work/Context.h"
 #include "work/Entry.h"
 
 namespace jstore {
 
-/// Walks everything below a folder, a folder before what it holds, names in order. Verbs override what they are about.
+/// Walks everything below a folder: each folder before its contents, names in order. Subclasses override the functions
+/// that they need.
 ///
-/// A symbolic link to a folder is not entered, except at the beginning. What fails below the beginning is reported as
-/// the failure of that file or folder, and the walk continues after it. At a time the listings along one path are in
-/// memory, and the stack does not grow with the depth; a folder more than 2048 folders deep is not entered, and fails
-/// with InvalidLocation. Used only by the main thread; blocks in Java.
+/// A symbolic link to a folder is not entered, except at the beginning. A failure below the beginning is reported for
+/// its file or folder, and the walk continues after it. Memory holds the listings along one path at a time, and the
+/// stack does not grow with the depth. A folder more than 2048 folders deep is not entered and fails with
+/// InvalidLocation. Used only by the main thread; blocks in Java.
 class TreeWalk {
 public:
     virtual ~TreeWalk() = default;
@@ -23,32 +24,32 @@ public:
     TreeWalk(const TreeWalk&) = delete;
     TreeWalk& operator=(const TreeWalk&) = delete;
 
-    /// Walks. Returns Done, or SomeFailed when something below the folder failed. Throws what the folder itself fails
-    /// with (NotFound, NotAFolder, …), and Interruption when a signal arrives.
+    /// Walks. Returns Done, or SomeFailed if something below the folder failed. Throws for a failure of the folder
+    /// itself (NotFound, NotAFolder, …), and Interruption when a signal arrives.
     [[nodiscard]] ExitCode run(const Location& folder);
 
 protected:
     explicit TreeWalk(Context& context) : m_context(&context), m_provider(&context.provider()) {}
 
-    /// A folder has been listed, and what it holds comes next. An exception is the failure of the folder, whose
-    /// contents are passed over.
+    /// Called after a folder was listed and before its contents. An exception counts as the failure of the folder,
+    /// whose contents are then skipped.
     virtual void enter(const Entry& /*folder*/, const std::vector<Entry>& /*entries*/) {}
-    /// A file or folder below the beginning; a folder is entered next.
+    /// Called for each file and folder below the beginning; a folder is entered next.
     virtual void visit(const Entry& /*entry*/) {}
-    /// A folder that is no link, after it was visited and before it is listed. An exception is its failure.
-    virtual void approach(const Entry& /*folder*/, const Facts& /*facts*/) {}
-    /// A symbolic link to a folder, after it was visited and instead of entering it.
+    /// Called for a folder that is no link, after visit() and before it is listed. An exception counts as its failure.
+    virtual void approach(const Entry& /*folder*/, const NodeInfo& /*info*/) {}
+    /// Called for a symbolic link to a folder, after visit(); the link is not entered.
     virtual void passLink(const Entry& /*entry*/) {}
-    /// All that the folder holds has been walked.
+    /// Called after all contents of the folder.
     virtual void leave(const Entry& /*folder*/) {}
 
     [[nodiscard]] Context& context() const noexcept { return *m_context; }
     [[nodiscard]] const foundation::storage::provider::IProvider& provider() const noexcept { return *m_provider; }
-    /// The walk is to end with SomeFailed.
+    /// Makes the walk end with SomeFailed.
     void noteFailure() noexcept { m_failed = true; }
 
 private:
-    /// A folder on the present path, with what it holds.
+    /// A folder on the current path, with its contents.
     struct Level {
         Entry folder;
         std::vector<Entry> entries;

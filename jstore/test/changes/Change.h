@@ -8,7 +8,7 @@
 
 namespace jstore::test {
 
-/// A change that a watcher has told, and when that was.
+/// A change that a watcher has reported, and when.
 struct Change {
     foundation::storage::events::Kind kind{};
     std::string path;  ///< relative to the watched folder; empty for the folder itself

@@ -40,7 +40,7 @@ public:
             });
     }
 
-    /// The provider goes first: when it is gone, nothing is told any more.
+    /// The provider goes first: once it is gone, it reports nothing more.
     ~LibraryWatcher() override {
         release();
         m_provider.reset();

@@ -30,7 +30,7 @@ int runs() {
 }
 
 /// A shell command of which nothing fails.
-void sh(const std::string& command) { ASSERT_EQ(0, std::system(("set -e; " + command).c_str())) << command; }
+void sh(const std::string& command) { ASSERT_EQ(std::system(("set -e; " + command).c_str()), 0) << command; }
 
 struct WatcherKind {
     const char* name;
@@ -74,20 +74,20 @@ protected:
         }
     }
 
-    /// Runs the command, and compares what was told with what two listings say.
+    /// Runs the command, and compares the reported changes with the difference of two listings.
     void expectTold(const std::string& command) {
         const auto before = listingOf(m_root);
-        // Whatever was told too much before shows here at the latest.
+        // Changes that were reported without reason show here at the latest.
         ASSERT_THAT(difference(m_replica->entries(), before), IsEmpty()) << "before " << command;
         sh(command);
         const auto after = listingOf(m_root);
         catchUp();
-        ASSERT_EQ(difference(before, after), difference(before, m_replica->entries())) << "after " << command;
+        ASSERT_EQ(difference(before, m_replica->entries()), difference(before, after)) << "after " << command;
         ASSERT_THAT(m_replica->complaints(), IsEmpty()) << "after " << command;
         m_paths += difference(before, after).size();
     }
 
-    /// A last change; when it has been told, so has everything before.
+    /// A last change; once it is reported, so is everything before it.
     void settle() {
         expectTold(fmt::format("touch '{}/last'", m_root.string()));
         expectTold(fmt::format("rm '{}/last'", m_root.string()));

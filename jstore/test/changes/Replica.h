@@ -18,7 +18,7 @@ using Entries = std::map<std::string, bool>;
 /// What is in one and not in the other, for people: "+path" and "-path".
 [[nodiscard]] std::vector<std::string> difference(const Entries& from, const Entries& to);
 
-/// What must be in a folder by the changes that were told, beginning with what was there. The changes have to make
+/// What a folder must hold according to the reported changes, beginning with what was there. The changes have to make
 /// sense: what is added was not there and its folder is, what is removed or modified is there, and an emptied folder
 /// goes last. What does not is kept as a complaint.
 class Replica {

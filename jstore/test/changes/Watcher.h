@@ -17,7 +17,7 @@ public:
     Watcher(const Watcher&) = delete;
     Watcher& operator=(const Watcher&) = delete;
 
-    /// The changes told since the last call, in order; waits for one if there is none. Empty after the time given.
+    /// The changes reported since the last call, in order; waits for one if there is none. Empty after the time given.
     [[nodiscard]] virtual std::vector<Change> take(std::chrono::milliseconds atMost) = 0;
 
     /// Keeps the back end's thread in its next delivery until release() is called.

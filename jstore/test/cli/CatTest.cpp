@@ -1,6 +1,6 @@
+#include "support/FolderTest.h"
 #include "support/Json.h"
 #include "support/Matchers.h"
-#include "support/TemporaryFolder.h"
 
 namespace jstore::test {
 
@@ -28,12 +28,7 @@ std::string decoded(const std::string& text) {
     return bytes;
 }
 
-class CatTest : public ::testing::Test {
-protected:
-    [[nodiscard]] std::string at(std::string_view name) const { return m_folder.location(name); }
-
-    TemporaryFolder m_folder;
-};
+class CatTest : public FolderTest {};
 
 TEST_F(CatTest, BytesComeAsTheyAre) {
     std::string bytes;
@@ -49,9 +44,9 @@ TEST_F(CatTest, BytesComeAsTheyAre) {
 TEST_F(CatTest, MissingIsThreeAndTheOthersFollow) {
     m_folder.file("a", "content");
     const auto outcome = jstore({"cat", at("none"), at("a")});
-    EXPECT_EQ(6, outcome.exitCode);
-    EXPECT_EQ("content", outcome.out);
-    EXPECT_EQ("jstore: NotFound: " + at("none") + '\n', outcome.err);
+    EXPECT_EQ(outcome.exitCode, 6);
+    EXPECT_EQ(outcome.out, "content");
+    EXPECT_EQ(outcome.err, "jstore: NotFound: " + at("none") + '\n');
 }
 
 TEST_F(CatTest, FolderIsNoFile) {
@@ -66,15 +61,15 @@ TEST_F(CatTest, JsonHoldsTheBytesInPortions) {
     ASSERT_GE(objects.size(), 4U);
     std::size_t offset = 0;
     for (std::size_t i = 0; i + 2 < objects.size(); ++i) {
-        EXPECT_EQ(offset, objects[i]["offset"]);
+        EXPECT_EQ(objects[i]["offset"], offset);
         const auto portion = decoded(objects[i]["content"]);
         EXPECT_TRUE(portion == bytes.substr(offset, portion.size()));
         offset += portion.size();
     }
-    EXPECT_EQ(bytes.size(), offset);
-    EXPECT_EQ(nlohmann::json({{"verb", "cat"}, {"location", at("a")}, {"bytes", bytes.size()}, {"ok", true}}),
-              objects[objects.size() - 2]);
-    EXPECT_EQ(0, objects.back()["bytes"]);
+    EXPECT_EQ(offset, bytes.size());
+    EXPECT_EQ(objects[objects.size() - 2],
+              nlohmann::json({{"verb", "cat"}, {"location", at("a")}, {"bytes", bytes.size()}, {"ok", true}}));
+    EXPECT_EQ(objects.back()["bytes"], 0);
 }
 
 TEST_F(CatTest, OutputThatFailsIsTold) {

@@ -33,7 +33,7 @@ protected:
         const auto output = m_folder / "output";
         const auto command =
             "cd '" + m_folder.path().string() + "' && rm -f output; bash script >output 2>&1; rm script";
-        EXPECT_EQ(0, std::system(command.c_str()));
+        EXPECT_EQ(std::system(command.c_str()), 0);
         std::istringstream in(contentOf(output));
         std::vector<std::string> lines;
         for (std::string line; std::getline(in, line);) {
@@ -105,10 +105,10 @@ TEST_F(CompletionTest, BashCompletesWhatIsTyped) {
     screen.type(
         "\x15"
         "exit 0\n");
-    EXPECT_EQ(0, screen.finish());
+    EXPECT_EQ(screen.finish(), 0);
 }
 
-TEST_F(CompletionTest, ZshAcceptsTheScript) { EXPECT_EQ(0, std::system("zsh -n '" JSTORE_SHARE "/_jstore'")); }
+TEST_F(CompletionTest, ZshAcceptsTheScript) { EXPECT_EQ(std::system("zsh -n '" JSTORE_SHARE "/_jstore'"), 0); }
 
 TEST_F(CompletionTest, ZshCompletesWhatIsTyped) {
     m_folder.file(".zshrc", "PS1='%% '; unset zle_bracketed_paste; fpath=('" JSTORE_SHARE
@@ -124,7 +124,7 @@ TEST_F(CompletionTest, ZshCompletesWhatIsTyped) {
     screen.type(
         "\x15"
         "exit 0\n");
-    EXPECT_EQ(0, screen.finish());
+    EXPECT_EQ(screen.finish(), 0);
 }
 
 TEST_F(CompletionTest, PrintedScriptsAreTheInstalledOnes) {

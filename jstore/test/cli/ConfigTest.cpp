@@ -26,24 +26,24 @@ Outcome withSettings(std::vector<std::string> arguments) {
 json attributesOf(const Outcome& outcome) { return objectsOf(outcome).at(0).at("attributes"); }
 
 TEST(ConfigTest, SettingReachesTheBackEnd) {
-    EXPECT_EQ(json({{"gds.enableContentCache", "true"}}),
-              attributesOf(withSettings({"--config", "gds.enableContentCache=true"})));
-    EXPECT_EQ(json({{"gds.enableContentCache", "a=\xC3\xA4"}}),
-              attributesOf(withSettings({"--config=gds.enableContentCache=a=\xC3\xA4"})));
+    EXPECT_EQ(attributesOf(withSettings({"--config", "gds.enableContentCache=true"})),
+              json({{"gds.enableContentCache", "true"}}));
+    EXPECT_EQ(attributesOf(withSettings({"--config=gds.enableContentCache=a=\xC3\xA4"})),
+              json({{"gds.enableContentCache", "a=\xC3\xA4"}}));
 }
 
 TEST(ConfigTest, EmptyValueReachesTheBackEndAsNone) {
-    EXPECT_EQ(json({{"gds.enableContentCache", "null"}}),
-              attributesOf(withSettings({"--config", "gds.enableContentCache="})));
+    EXPECT_EQ(attributesOf(withSettings({"--config", "gds.enableContentCache="})),
+              json({{"gds.enableContentCache", "null"}}));
 }
 
 TEST(ConfigTest, LastOfTwoValuesCounts) {
     EXPECT_EQ(
-        json({{"gds.enableContentCache", "b"}}),
-        attributesOf(withSettings({"--config", "gds.enableContentCache=a", "--config", "gds.enableContentCache=b"})));
+        attributesOf(withSettings({"--config", "gds.enableContentCache=a", "--config", "gds.enableContentCache=b"})),
+        json({{"gds.enableContentCache", "b"}}));
 }
 
-TEST(ConfigTest, WithoutSettingsNothingIsConfigured) { EXPECT_EQ(json::object(), attributesOf(withSettings({}))); }
+TEST(ConfigTest, WithoutSettingsNothingIsConfigured) { EXPECT_EQ(attributesOf(withSettings({})), json::object()); }
 
 TEST(ConfigTest, WrongSettingStartsNoJava) {
     EXPECT_THAT(jstore({"--java-home", "/nonexistent", "--config", "some.thing=1", "exists", "/"}),
@@ -55,14 +55,15 @@ TEST(ConfigTest, WrongSettingStartsNoJava) {
 TEST(ConfigTest, ValueThatTheBackEndRefusesIsAWrongCommandLine) {
     EXPECT_THAT(
         jstore({"--config", "gds.enableContentCache=perhaps", "exists", "/"}),
-        FailsWith(2, "jstore: --config gds.enableContentCache=perhaps: the back end refuses it (NotSupported)"));
+        FailsWith(2,
+                  "jstore: --config gds.enableContentCache=perhaps: the back end refuses this value (NotSupported)"));
 }
 
 TEST(ConfigTest, BackEndThatBreaksOnASettingIsTold) {
     const auto outcome = withSettings({"--config", "gds.enableContentCache=broken"});
-    EXPECT_EQ(1, outcome.exitCode);
+    EXPECT_EQ(outcome.exitCode, 1);
     EXPECT_THAT(outcome.err, HasSubstr("cannot configure com.corvallen.jstore.test.SettingsProvider: "));
-    EXPECT_EQ("Provider", objectsOf(outcome).at(0)["error"]["code"]);
+    EXPECT_EQ(objectsOf(outcome).at(0)["error"]["code"], "Provider");
 }
 
 /// A file is read twice by one command, and changes in between without a trace: size and times stay.
@@ -104,7 +105,7 @@ TEST_F(ContentCacheTest, SecondReadIsOfTheFileWhenSwitchedOff) {
     for (const auto& arguments : {std::vector<std::string>(), {"--config", "gds.enableContentCache=false"}}) {
         write('x');
         const auto read = readTwice(arguments);
-        ASSERT_EQ(2 * Size, read.size());
+        ASSERT_EQ(read.size(), 2 * Size);
         EXPECT_TRUE(std::string(Size, 'y') == read.substr(Size));
     }
 }

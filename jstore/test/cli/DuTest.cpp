@@ -1,6 +1,6 @@
+#include "support/FolderTest.h"
 #include "support/Json.h"
 #include "support/Matchers.h"
-#include "support/TemporaryFolder.h"
 
 namespace jstore::test {
 
@@ -9,7 +9,7 @@ using nlohmann::json;
 
 namespace {
 
-class DuTest : public ::testing::Test {
+class DuTest : public FolderTest {
 protected:
     DuTest() {
         m_folder.folder("d/e");
@@ -17,10 +17,6 @@ protected:
         m_folder.file("d/one", "1");
         m_folder.file("d/e/big", std::string(2048, 'x'));
     }
-
-    [[nodiscard]] std::string at(std::string_view name) const { return m_folder.location(name); }
-
-    TemporaryFolder m_folder;
 };
 
 TEST_F(DuTest, EachFolderHasItsSum) {
@@ -35,7 +31,7 @@ TEST_F(DuTest, SummaryIsOneLineEach) {
 
 TEST_F(DuTest, AllShowsFiles) {
     EXPECT_THAT(jstore({"du", "-a", at("d/e")}), Prints("2048\t" + at("d/e/big") + "\n2048\t" + at("d/e") + '\n'));
-    EXPECT_EQ(2, jstore({"du", "-a", "-s", at("d")}).exitCode);
+    EXPECT_EQ(jstore({"du", "-a", "-s", at("d")}).exitCode, 2);
 }
 
 TEST_F(DuTest, LinksDoNotLoopAndThoseToNowhereCountNothing) {
@@ -53,16 +49,16 @@ TEST_F(DuTest, WhatFailsBelowIsTold) {
     m_folder.file("outside", "secret");
     fs::create_symlink(m_folder / "outside", m_folder / "d/escape");
     const auto outcome = jstore({"--mount", mount, "du", "-s", "java://jail/"});
-    EXPECT_EQ(6, outcome.exitCode);
-    EXPECT_EQ("jstore: AccessDenied: java://jail/escape: a link leads out of the mount\n", outcome.err);
-    EXPECT_EQ("2049\tjava://jail/\n", outcome.out);
+    EXPECT_EQ(outcome.exitCode, 6);
+    EXPECT_EQ(outcome.err, "jstore: AccessDenied: java://jail/escape: a link leads out of the mount\n");
+    EXPECT_EQ(outcome.out, "2049\tjava://jail/\n");
 }
 
 TEST_F(DuTest, JsonHasAnObjectForEachLine) {
     const auto objects = objectsOf(jstore({"--json", "du", at("d/e")}));
-    ASSERT_EQ(1U, objects.size());
-    EXPECT_EQ(json({{"verb", "du"}, {"location", at("d/e")}, {"type", "folder"}, {"size", 2048}, {"ok", true}}),
-              objects[0]);
+    ASSERT_EQ(objects.size(), 1U);
+    EXPECT_EQ(objects[0],
+              json({{"verb", "du"}, {"location", at("d/e")}, {"type", "folder"}, {"size", 2048}, {"ok", true}}));
 }
 
 }  // namespace

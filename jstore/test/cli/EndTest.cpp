@@ -44,8 +44,8 @@ TEST_F(EndTest, ExitCodeOfTheVerbStays) {
     const auto outcome =
         jstore({"--class-path", JSTORE_TEST_BACKENDS, "--provider", "com.corvallen.jstore.test.LosingProvider",
                 "--jvm-option", "-Djstore.test.end=plain", "stat", "java:///nothing"});
-    EXPECT_EQ(3, outcome.exitCode);
-    EXPECT_EQ(2U, outcome.errLines().size());
+    EXPECT_EQ(outcome.exitCode, 3);
+    EXPECT_EQ(outcome.errLines().size(), 2U);
 }
 
 TEST_F(EndTest, JsonHasAnObjectOfItsOwn) {
@@ -53,11 +53,11 @@ TEST_F(EndTest, JsonHasAnObjectOfItsOwn) {
                                  "com.corvallen.jstore.test.LosingProvider", "--jvm-option", "-Djstore.test.end=coded",
                                  "touch", "java:///x"});
     const auto objects = objectsOf(outcome);
-    ASSERT_EQ(2U, objects.size());
-    EXPECT_EQ(true, objects[0]["ok"]);
-    EXPECT_EQ(false, objects[1]["ok"]);
-    EXPECT_EQ("AccessDenied", objects[1]["error"]["code"]);
-    EXPECT_EQ("java://lost/", objects[1]["error"]["location"]);
+    ASSERT_EQ(objects.size(), 2U);
+    EXPECT_EQ(objects[0]["ok"], true);
+    EXPECT_EQ(objects[1]["ok"], false);
+    EXPECT_EQ(objects[1]["error"]["code"], "AccessDenied");
+    EXPECT_EQ(objects[1]["error"]["location"], "java://lost/");
 }
 
 /// Limits the size of the files that child processes write, for the life of a scope.

@@ -1,8 +1,8 @@
 #include <filesystem>
 
+#include "support/FolderTest.h"
 #include "support/Json.h"
 #include "support/Matchers.h"
-#include "support/TemporaryFolder.h"
 
 namespace jstore::test {
 
@@ -66,14 +66,11 @@ TEST_F(ErrorCodeTest, ReasonIsOneHarmlessLine) {
     EXPECT_LT(outcome.err.size(), 100'000U + 500U);
 }
 
-class RefusalTest : public ::testing::Test {
+class RefusalTest : public FolderTest {
 protected:
-    [[nodiscard]] std::string at(std::string_view name) const { return m_folder.location(name); }
     [[nodiscard]] std::string error(const char* code, std::string_view name) const {
         return std::string("jstore: ") + code + ": " + at(name);
     }
-
-    TemporaryFolder m_folder;
 };
 
 TEST_F(RefusalTest, SystemFolderRefuses) {
@@ -124,9 +121,9 @@ TEST_F(RefusalTest, ArchiveThatCannotBeOpenedSaysWhy) {
 TEST_F(RefusalTest, JsonHasTheReasonInAFieldOfItsOwn) {
     const std::string name(300, 'x');
     const auto objects = objectsOf(jstore({"--json", "touch", at(name), at("none/x")}));
-    ASSERT_EQ(2U, objects.size());
-    EXPECT_EQ("file name too long", objects[0]["error"]["reason"]);
-    EXPECT_EQ("file name too long", objects[0]["error"]["message"]);
+    ASSERT_EQ(objects.size(), 2U);
+    EXPECT_EQ(objects[0]["error"]["reason"], "file name too long");
+    EXPECT_EQ(objects[0]["error"]["message"], "file name too long");
 }
 
 TEST(NoJavaTest, GivenHomeWithoutJavaIsSeven) {
@@ -145,7 +142,7 @@ TEST(NoJavaTest, LibraryThatCannotBeLoadedIsSeven) {
 
 TEST(NoJavaTest, GivenHomeIsTheOnlyOneTried) {
     const auto outcome = Jstore({"--java-home", "/nonexistent", "touch", "x"}).with("JAVA_HOME", "/elsewhere").run();
-    EXPECT_EQ(7, outcome.exitCode);
+    EXPECT_EQ(outcome.exitCode, 7);
     EXPECT_THAT(outcome.err, ::testing::Not(HasSubstr("/elsewhere")));
     EXPECT_THAT(outcome.err, ::testing::Not(HasSubstr("/usr/lib/jvm")));
 }

@@ -39,9 +39,9 @@ TEST(ExamplesTest, EveryVerbHasSomeAndTheyWork) {
                                  fs::path(programUnderTest()).parent_path().string() + ":$PATH\" bash -c '" +
                                  std::regex_replace(example, std::regex("'"), R"('\'')") + "' >'" +
                                  (output / "out").string() + "' 2>'" + (output / "err").string() + "' </dev/null";
-            EXPECT_EQ(0, std::system(command.c_str())) << example;
+            EXPECT_EQ(std::system(command.c_str()), 0) << example;
             const auto told = contentOf(output / "err");
-            EXPECT_EQ("", std::regex_replace(told, std::regex("jstore: watching [^\\n]*\\n"), "")) << example;
+            EXPECT_EQ(std::regex_replace(told, std::regex("jstore: watching [^\\n]*\\n"), ""), "") << example;
         }
     }
 }

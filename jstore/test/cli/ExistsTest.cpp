@@ -23,9 +23,9 @@ TEST_F(ExistsTest, FolderIsAFolder) {
 
 TEST_F(ExistsTest, NothingIsMissing) {
     const auto outcome = jstore({"exists", m_folder.location("none")});
-    EXPECT_EQ(3, outcome.exitCode);
-    EXPECT_EQ("missing\n", outcome.out);
-    EXPECT_EQ("", outcome.err);
+    EXPECT_EQ(outcome.exitCode, 3);
+    EXPECT_EQ(outcome.out, "missing\n");
+    EXPECT_EQ(outcome.err, "");
 }
 
 TEST_F(ExistsTest, SeveralLocationsAreNamed) {
@@ -36,12 +36,12 @@ TEST_F(ExistsTest, SeveralLocationsAreNamed) {
 
 TEST_F(ExistsTest, SomeOfSeveralIsSix) {
     const auto outcome = jstore({"exists", m_folder.location("none"), m_folder.location("file")});
-    EXPECT_EQ(6, outcome.exitCode);
-    EXPECT_EQ("missing\t" + m_folder.location("none") + "\nfile\t" + m_folder.location("file") + '\n', outcome.out);
+    EXPECT_EQ(outcome.exitCode, 6);
+    EXPECT_EQ(outcome.out, "missing\t" + m_folder.location("none") + "\nfile\t" + m_folder.location("file") + '\n');
 }
 
 TEST_F(ExistsTest, NoneOfSeveralIsThree) {
-    EXPECT_EQ(3, jstore({"exists", m_folder.location("none"), m_folder.location("file/x")}).exitCode);
+    EXPECT_EQ(jstore({"exists", m_folder.location("none"), m_folder.location("file/x")}).exitCode, 3);
 }
 
 TEST_F(ExistsTest, LocalPathIsALocation) {

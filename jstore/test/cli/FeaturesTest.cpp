@@ -24,32 +24,32 @@ TEST(FeaturesTest, MountsCount) {
     const auto archive = folder.file("a.zip", contentOf(JSTORE_TEST_BACKENDS));
     const auto outcome = jstore({"--json", "--mount", "zip=jar:file://" + archive.string(), "features"});
     const auto objects = objectsOf(outcome);
-    ASSERT_EQ(8U, objects.size());
+    ASSERT_EQ(objects.size(), 8U);
     EXPECT_EQ(
-        json({{"verb", "features"}, {"feature", "AllowsMovesAndDeletesWhenOpen"}, {"supported", false}, {"ok", true}}),
-        objects[6]);
+        objects[6],
+        json({{"verb", "features"}, {"feature", "AllowsMovesAndDeletesWhenOpen"}, {"supported", false}, {"ok", true}}));
 }
 
 TEST(FeaturesTest, LocationHasToBeThere) {
     const TemporaryFolder folder;
     const auto objects = objectsOf(jstore({"--json", "features", folder.location("")}));
-    ASSERT_EQ(8U, objects.size());
-    EXPECT_EQ(folder.location(""), objects[0]["location"]);
+    ASSERT_EQ(objects.size(), 8U);
+    EXPECT_EQ(objects[0]["location"], folder.location(""));
     EXPECT_THAT(jstore({"features", folder.location("none")}),
                 FailsWith(3, "jstore: NotFound: " + folder.location("none")));
-    EXPECT_EQ(2, jstore({"features", "a", "b"}).exitCode);
+    EXPECT_EQ(jstore({"features", "a", "b"}).exitCode, 2);
 }
 
 TEST(FeaturesTest, BackEndThatFailsToAnswerHasNone) {
     const auto outcome =
         jstore({"--json", "--jvm-option", "-Xcheck:jni", "--class-path", JSTORE_TEST_BACKENDS, "--provider",
                 "com.corvallen.jstore.test.EventProvider", "features", "java:///folder"});
-    EXPECT_EQ(0, outcome.exitCode);
+    EXPECT_EQ(outcome.exitCode, 0);
     const auto objects = objectsOf(outcome);
-    ASSERT_EQ(8U, objects.size());
-    EXPECT_EQ(true, objects[0]["supported"]);
+    ASSERT_EQ(objects.size(), 8U);
+    EXPECT_EQ(objects[0]["supported"], true);
     for (std::size_t i = 1; i < objects.size(); ++i) {
-        EXPECT_EQ(false, objects[i]["supported"]) << objects[i];
+        EXPECT_EQ(objects[i]["supported"], false) << objects[i];
     }
 }
 

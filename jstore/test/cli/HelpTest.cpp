@@ -49,7 +49,7 @@ TEST_P(VerbHelpTest, HelpTellsAboutTheVerb) {
     const auto outcome = withoutJava({verb, "--help"});
     EXPECT_THAT(outcome, Prints(AllOf(HasSubstr(words), HasSubstr(std::string("jstore ") + verb))));
     EXPECT_THAT(outcome, Prints(HasSubstr("jstore --help")));
-    EXPECT_EQ(outcome.out, withoutJava({verb, "-h"}).out);
+    EXPECT_EQ(withoutJava({verb, "-h"}).out, outcome.out);
 }
 
 INSTANTIATE_TEST_SUITE_P(Verbs, VerbHelpTest,

@@ -59,9 +59,9 @@ protected:
     }
 
     void check(const std::string& verb, const json& object) {
-        EXPECT_EQ(verb, object.value("verb", "")) << object;
+        EXPECT_EQ(object.value("verb", ""), verb) << object;
         ASSERT_TRUE(object.contains("ok")) << object;
-        EXPECT_EQ(verb != "doctor" && !object["ok"].get<bool>(), object.contains("error")) << object;
+        EXPECT_EQ(object.contains("error"), verb != "doctor" && !object["ok"].get<bool>()) << object;
         checkFields(verb, object, "");
         if (object.contains("error")) {
             EXPECT_TRUE(object["error"].contains("code") && object["error"].contains("message")) << object;
@@ -72,9 +72,9 @@ protected:
     void checkFields(const std::string& verb, const json& object, const std::string& prefix) {
         for (const auto& [key, value] : object.items()) {
             const auto row = m_fields.find(prefix + key);
-            ASSERT_NE(m_fields.end(), row) << prefix + key << " is not documented: " << object;
+            ASSERT_NE(row, m_fields.end()) << prefix + key << " is not documented: " << object;
             EXPECT_TRUE(row->second.all || row->second.verbs.count(verb) == 1) << prefix + key << " in " << verb;
-            EXPECT_EQ(row->second.type, typeOf(value)) << prefix + key;
+            EXPECT_EQ(typeOf(value), row->second.type) << prefix + key;
             m_seen.insert({prefix + key, row->second.all ? "" : verb});
         }
     }
@@ -116,10 +116,10 @@ TEST_F(JsonFieldsTest, EveryFieldOfEveryVerbIsAsDocumented) {
     ASSERT_GE(m_fields.size(), 25U);
     for (const auto& [field, row] : m_fields) {
         if (row.all) {
-            EXPECT_EQ(1U, m_seen.count({field, ""})) << field << " never came";
+            EXPECT_EQ(m_seen.count({field, ""}), 1U) << field << " never came";
         }
         for (const auto& verb : row.verbs) {
-            EXPECT_EQ(1U, m_seen.count({field, verb})) << field << " never came from " << verb;
+            EXPECT_EQ(m_seen.count({field, verb}), 1U) << field << " never came from " << verb;
         }
     }
 }

@@ -26,15 +26,15 @@ TEST_F(LogTest, FailuresAreSilentWhenNothingFails) { EXPECT_THAT(touch("failures
 
 TEST_F(LogTest, ProgressTellsSteps) {
     const auto outcome = touch("progress");
-    EXPECT_EQ(0, outcome.exitCode);
-    EXPECT_EQ("", outcome.out);
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_EQ(outcome.out, "");
     EXPECT_THAT(outcome.errLines(), Each(StartsWith("jstore log: ")));
     EXPECT_THAT(outcome.err, AllOf(HasSubstr("Disposing of Java Provider"), Not(HasSubstr("> "))));
 }
 
 TEST_F(LogTest, TraceIsIndented) {
     const auto outcome = touch("trace");
-    EXPECT_EQ(0, outcome.exitCode);
+    EXPECT_EQ(outcome.exitCode, 0);
     EXPECT_THAT(outcome.err,
                 AllOf(HasSubstr("jstore log: > "), HasSubstr("jstore log: < "), HasSubstr("createStorageUri")));
     EXPECT_THAT(outcome.err, ::testing::ContainsRegex("jstore log: [ ><!]   +"));

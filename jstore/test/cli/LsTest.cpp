@@ -1,6 +1,6 @@
+#include "support/FolderTest.h"
 #include "support/Json.h"
 #include "support/Matchers.h"
-#include "support/TemporaryFolder.h"
 
 namespace jstore::test {
 
@@ -14,7 +14,7 @@ using ::testing::StartsWith;
 
 namespace {
 
-class LsTest : public ::testing::Test {
+class LsTest : public FolderTest {
 protected:
     LsTest() {
         m_folder.file("b.txt", "12345");
@@ -24,10 +24,7 @@ protected:
         m_folder.file("d/e/f.txt");
     }
 
-    [[nodiscard]] std::string at(std::string_view name) const { return m_folder.location(name); }
     [[nodiscard]] std::string top() const { return "java://" + m_folder.path().string(); }
-
-    TemporaryFolder m_folder;
 };
 
 TEST_F(LsTest, NamesComeInOrder) { EXPECT_THAT(jstore({"ls", top()}), Prints("a b.txt\nb.txt\nc.dat\nd\n")); }
@@ -48,15 +45,15 @@ TEST_F(LsTest, MissingIsThree) {
 TEST_F(LsTest, FilesOrFoldersAlone) {
     EXPECT_THAT(jstore({"ls", "--files", top()}), Prints("a b.txt\nb.txt\nc.dat\n"));
     EXPECT_THAT(jstore({"ls", "--folders", top()}), Prints("d\n"));
-    EXPECT_EQ(2, jstore({"ls", "--files", "--folders", top()}).exitCode);
+    EXPECT_EQ(jstore({"ls", "--files", "--folders", top()}).exitCode, 2);
 }
 
 TEST_F(LsTest, WildcardsFitTheLastName) {
     EXPECT_THAT(jstore({"ls", at("*.txt")}), Prints("a b.txt\nb.txt\n"));
     EXPECT_THAT(jstore({"ls", at("%3F.*")}), Prints("b.txt\nc.dat\n"));
     EXPECT_THAT(Jstore({"ls", "?"}).in(m_folder.path()).run(), Prints("d\n"));
-    EXPECT_THAT(jstore({"ls", at("x*")}), FailsWith(3, "jstore: NotFound: " + at("x*") + ": nothing fits"));
-    EXPECT_EQ(3, jstore({"ls", at("none/*")}).exitCode);
+    EXPECT_THAT(jstore({"ls", at("x*")}), FailsWith(3, "jstore: NotFound: " + at("x*") + ": nothing matches"));
+    EXPECT_EQ(jstore({"ls", at("none/*")}).exitCode, 3);
 }
 
 TEST_F(LsTest, NameThatExistsIsNoPattern) {
@@ -77,9 +74,9 @@ TEST_F(LsTest, LinkToAFolderIsNotEntered) {
 
 TEST_F(LsTest, SeveralFoldersHaveHeadings) {
     const auto outcome = jstore({"ls", at("d"), at("none"), at("d/e")});
-    EXPECT_EQ(6, outcome.exitCode);
-    EXPECT_EQ(at("d") + ":\ne\n\n" + at("d/e") + ":\nf.txt\n", outcome.out);
-    EXPECT_EQ("jstore: NotFound: " + at("none") + '\n', outcome.err);
+    EXPECT_EQ(outcome.exitCode, 6);
+    EXPECT_EQ(outcome.out, at("d") + ":\ne\n\n" + at("d/e") + ":\nf.txt\n");
+    EXPECT_EQ(outcome.err, "jstore: NotFound: " + at("none") + '\n');
 }
 
 TEST_F(LsTest, LongShowsTypeSizeAndTime) {
@@ -131,13 +128,13 @@ TEST_F(LsTest, NamesOrderNothingFromATerminal) {
 
 TEST_F(LsTest, JsonHasAnObjectForEachEntry) {
     const auto objects = objectsOf(jstore({"--json", "ls", at("d")}));
-    ASSERT_EQ(1U, objects.size());
-    EXPECT_EQ(json({{"verb", "ls"}, {"location", at("d/e")}, {"name", "e"}, {"type", "folder"}, {"ok", true}}),
-              objects[0]);
+    ASSERT_EQ(objects.size(), 1U);
+    EXPECT_EQ(objects[0],
+              json({{"verb", "ls"}, {"location", at("d/e")}, {"name", "e"}, {"type", "folder"}, {"ok", true}}));
     const auto details = objectsOf(jstore({"--json", "ls", "-l", at("b*")}));
-    ASSERT_EQ(1U, details.size());
-    EXPECT_EQ(5, details[0]["size"]);
-    EXPECT_EQ(true, details[0]["writable"]);
+    ASSERT_EQ(details.size(), 1U);
+    EXPECT_EQ(details[0]["size"], 5);
+    EXPECT_EQ(details[0]["writable"], true);
     EXPECT_THAT(details[0]["lastModified"].get<std::string>(), MatchesRegex("20.*Z"));
 }
 

@@ -24,7 +24,7 @@ TEST_F(ManualTest, EveryVerbAndOptionIsThere) {
     ASSERT_GE(verbs().size(), 15U);
     for (const auto& verb : verbs()) {
         const auto section = m_page.find(".SS " + verb + '\n');
-        ASSERT_NE(std::string::npos, section) << verb;
+        ASSERT_NE(section, std::string::npos) << verb;
         const auto text = m_page.substr(section, m_page.find("\n.S", section + 1) - section);
         for (const auto& option : optionsOf(verb)) {
             EXPECT_THAT(text, HasSubstr("\\fB" + option + "\\fR")) << verb;
@@ -37,14 +37,14 @@ TEST_F(ManualTest, EveryVerbAndOptionIsThere) {
 
 TEST_F(ManualTest, EveryExitCodeIsThere) {
     const auto codes = allOf(jstore({"--help"}).out, std::regex(R"(\n +([0-9]+)  [a-z])"));
-    ASSERT_EQ(12U, codes.size());
+    ASSERT_EQ(codes.size(), 12U);
     for (const auto& code : codes) {
         EXPECT_THAT(m_page, HasSubstr(".TP\n.B " + code + '\n'));
     }
 }
 
 TEST_F(ManualTest, FormatterHasNothingToComplainAbout) {
-    EXPECT_EQ(0, std::system("mandoc -Tlint -Wwarning '" JSTORE_SHARE "/jstore.1'"));
+    EXPECT_EQ(std::system("mandoc -Tlint -Wwarning '" JSTORE_SHARE "/jstore.1'"), 0);
 }
 
 }  // namespace

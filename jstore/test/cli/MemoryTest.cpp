@@ -9,7 +9,7 @@ using ::testing::StartsWith;
 
 namespace {
 
-constexpr const char* Words = ": no memory is left in Java; --jvm-option -Xmx1g gives it more";
+constexpr const char* Words = ": Java is out of memory; --jvm-option -Xmx1g gives it more";
 
 /// What jstore does over a back end that asks for more memory than any Java has.
 Outcome exhausted(std::vector<std::string> arguments) {
@@ -36,7 +36,7 @@ TEST(MemoryTest, EachVerbNamesTheOptionForMore) {
                                                          {"cp", "java:///x", "java:///y"}};
     for (const auto& command : commands) {
         const auto outcome = exhausted(command);
-        EXPECT_EQ(1, outcome.exitCode) << command.front();
+        EXPECT_EQ(outcome.exitCode, 1) << command.front();
         EXPECT_THAT(outcome.err, AllOf(StartsWith("jstore: OutOfMemory: java:///"), HasSubstr(Words)))
             << command.front();
     }

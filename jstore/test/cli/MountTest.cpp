@@ -1,5 +1,5 @@
+#include "support/FolderTest.h"
 #include "support/Matchers.h"
-#include "support/TemporaryFolder.h"
 
 namespace jstore::test {
 
@@ -11,10 +11,7 @@ using ::testing::StartsWith;
 
 namespace {
 
-class MountTest : public ::testing::Test {
-protected:
-    TemporaryFolder m_folder;
-};
+class MountTest : public FolderTest {};
 
 TEST_F(MountTest, PathIsMounted) {
     const auto target = m_folder.folder("with blank \xF0\x9F\x98\x80 100%");
@@ -35,7 +32,7 @@ TEST_F(MountTest, SeveralMountsWorkTogether) {
     EXPECT_THAT(jstore({"--mount", "a=" + (m_folder / "a").string(), "--mount", "b=" + (m_folder / "b").string(), "mv",
                         "java://a/x", "java://b/y"}),
                 IsSilentlyDone());
-    EXPECT_EQ("content", contentOf(m_folder / "b/y"));
+    EXPECT_EQ(contentOf(m_folder / "b/y"), "content");
 }
 
 TEST_F(MountTest, ArchiveIsMounted) {

@@ -1,7 +1,7 @@
 #include <sys/stat.h>
 
+#include "support/FolderTest.h"
 #include "support/Matchers.h"
-#include "support/TemporaryFolder.h"
 
 namespace jstore::test {
 
@@ -12,19 +12,15 @@ using ::testing::StartsWith;
 
 namespace {
 
-class MvTest : public ::testing::Test {
+class MvTest : public FolderTest {
 protected:
     MvTest() { m_folder.file("a", "content of a"); }
-
-    [[nodiscard]] std::string at(std::string_view name) const { return m_folder.location(name); }
-
-    TemporaryFolder m_folder;
 };
 
 TEST_F(MvTest, FileIsRenamedInSilence) {
     EXPECT_THAT(jstore({"mv", at("a"), at("b")}), IsSilentlyDone());
     EXPECT_FALSE(fs::exists(m_folder / "a"));
-    EXPECT_EQ("content of a", contentOf(m_folder / "b"));
+    EXPECT_EQ(contentOf(m_folder / "b"), "content of a");
 }
 
 TEST_F(MvTest, FolderIsRenamed) {
@@ -37,8 +33,8 @@ TEST_F(MvTest, FolderTakesFilesIn) {
     m_folder.file("b c", "content of b");
     m_folder.folder("d");
     EXPECT_THAT(jstore({"mv", at("a"), at("b c"), at("d")}), IsSilentlyDone());
-    EXPECT_EQ("content of a", contentOf(m_folder / "d/a"));
-    EXPECT_EQ("content of b", contentOf(m_folder / "d/b c"));
+    EXPECT_EQ(contentOf(m_folder / "d/a"), "content of a");
+    EXPECT_EQ(contentOf(m_folder / "d/b c"), "content of b");
 }
 
 TEST_F(MvTest, SeveralSourcesNeedAFolder) {
@@ -53,27 +49,27 @@ TEST_F(MvTest, MissingSourceIsThree) {
 
 TEST_F(MvTest, MissingFolderOfTheDestinationIsThree) {
     EXPECT_THAT(jstore({"mv", at("a"), at("x/y")}), FailsWith(3, StartsWith("jstore: NotFound: ")));
-    EXPECT_EQ("content of a", contentOf(m_folder / "a"));
+    EXPECT_EQ(contentOf(m_folder / "a"), "content of a");
 }
 
 TEST_F(MvTest, FileAtTheDestinationIsKept) {
     m_folder.file("b", "content of b");
     EXPECT_THAT(jstore({"mv", at("a"), at("b")}), FailsWith(4, "jstore: AlreadyExists: " + at("b")));
-    EXPECT_EQ("content of b", contentOf(m_folder / "b"));
-    EXPECT_EQ("content of a", contentOf(m_folder / "a"));
+    EXPECT_EQ(contentOf(m_folder / "b"), "content of b");
+    EXPECT_EQ(contentOf(m_folder / "a"), "content of a");
 }
 
 TEST_F(MvTest, FileIsReplacedOnRequest) {
     m_folder.file("b", "content of b");
     EXPECT_THAT(jstore({"mv", "--replace", at("a"), at("b")}), IsSilentlyDone());
-    EXPECT_EQ("content of a", contentOf(m_folder / "b"));
+    EXPECT_EQ(contentOf(m_folder / "b"), "content of a");
     EXPECT_FALSE(fs::exists(m_folder / "a"));
 }
 
 TEST_F(MvTest, FolderIsReplacedOnRequest) {
     m_folder.folder("new/b");
     m_folder.folder("into/new/old");
-    EXPECT_EQ(4, jstore({"mv", at("new"), at("into")}).exitCode);
+    EXPECT_EQ(jstore({"mv", at("new"), at("into")}).exitCode, 4);
     EXPECT_THAT(jstore({"mv", "--replace", at("new"), at("into")}), IsSilentlyDone());
     EXPECT_TRUE(fs::is_directory(m_folder / "into/new/b"));
     EXPECT_FALSE(fs::exists(m_folder / "into/new/old"));
@@ -84,14 +80,14 @@ TEST_F(MvTest, FileNeverReplacesAFolder) {
     const auto outcome = jstore({"mv", "--replace", at("a"), at("d")});
     EXPECT_THAT(outcome, FailsWith(1, StartsWith("jstore: NotAFile: " + at("d/a"))));
     EXPECT_TRUE(fs::is_directory(m_folder / "d/a/inside"));
-    EXPECT_EQ("content of a", contentOf(m_folder / "a"));
+    EXPECT_EQ(contentOf(m_folder / "a"), "content of a");
 }
 
 TEST_F(MvTest, FolderNeverReplacesAFile) {
     m_folder.folder("d");
     EXPECT_THAT(jstore({"mv", "--replace", at("d"), at("a")}),
                 FailsWith(1, StartsWith("jstore: NotAFolder: " + at("a"))));
-    EXPECT_EQ("content of a", contentOf(m_folder / "a"));
+    EXPECT_EQ(contentOf(m_folder / "a"), "content of a");
 }
 
 TEST_F(MvTest, FolderDoesNotGoIntoItself) {
@@ -101,11 +97,11 @@ TEST_F(MvTest, FolderDoesNotGoIntoItself) {
 }
 
 TEST_F(MvTest, WhatIsNeitherFileNorFolderIsNotReplaced) {
-    ASSERT_EQ(0, ::mkfifo((m_folder / "pipe").c_str(), 0600));
+    ASSERT_EQ(::mkfifo((m_folder / "pipe").c_str(), 0600), 0);
     EXPECT_THAT(jstore({"mv", "--replace", at("a"), at("pipe")}),
                 FailsWith(8, StartsWith("jstore: NotSupported: " + at("pipe"))));
     EXPECT_TRUE(fs::is_fifo(m_folder / "pipe"));
-    EXPECT_EQ("content of a", contentOf(m_folder / "a"));
+    EXPECT_EQ(contentOf(m_folder / "a"), "content of a");
 }
 
 TEST_F(MvTest, LinkAtTheDestinationIsWrittenThrough) {
@@ -115,8 +111,8 @@ TEST_F(MvTest, LinkAtTheDestinationIsWrittenThrough) {
     EXPECT_THAT(jstore({"mv", "--replace", at("a"), at("link")}), IsSilentlyDone());
     EXPECT_TRUE(fs::is_symlink(m_folder / "link"));
     EXPECT_FALSE(fs::exists(m_folder / "a"));
-    EXPECT_EQ("content of a", contentOf(m_folder / "b"));
-    EXPECT_EQ(fs::perms::owner_read | fs::perms::owner_write, fs::status(m_folder / "b").permissions());
+    EXPECT_EQ(contentOf(m_folder / "b"), "content of a");
+    EXPECT_EQ(fs::status(m_folder / "b").permissions(), fs::perms::owner_read | fs::perms::owner_write);
 }
 
 TEST_F(MvTest, SameFileUnderAnotherNameIsRefused) {
@@ -129,8 +125,8 @@ TEST_F(MvTest, SameFileUnderAnotherNameIsRefused) {
     }
     EXPECT_THAT(jstore({"mv", "--replace", at("link"), at("a")}), FailsWith(4, HasSubstr("the same file")));
     EXPECT_TRUE(fs::is_symlink(m_folder / "link"));
-    EXPECT_EQ("content of a", contentOf(m_folder / "a"));
-    EXPECT_EQ("content of a", contentOf(m_folder / "hard"));
+    EXPECT_EQ(contentOf(m_folder / "a"), "content of a");
+    EXPECT_EQ(contentOf(m_folder / "hard"), "content of a");
 }
 
 TEST_F(MvTest, LinkToAFolderIsNotReplaced) {
@@ -153,16 +149,16 @@ TEST_F(MvTest, WhatTheCommandItselfHasPutThereStays) {
     m_folder.folder("to");
     fs::create_symlink("f", m_folder / "to/g");
     const auto outcome = jstore({"mv", "--replace", at("x/f"), at("x/d"), at("y/f"), at("y/d"), at("z/g"), at("to")});
-    EXPECT_EQ(6, outcome.exitCode);
-    ASSERT_EQ(3U, outcome.errLines().size()) << outcome.err;
+    EXPECT_EQ(outcome.exitCode, 6);
+    ASSERT_EQ(outcome.errLines().size(), 3U) << outcome.err;
     for (const auto& line : outcome.errLines()) {
-        EXPECT_THAT(line, AllOf(StartsWith("jstore: AlreadyExists: " + at("to/")), HasSubstr("itself")));
+        EXPECT_THAT(line, AllOf(StartsWith("jstore: AlreadyExists: " + at("to/")), HasSubstr("just put it there")));
     }
-    EXPECT_EQ("from x", contentOf(m_folder / "to/f"));
-    EXPECT_EQ("from x", contentOf(m_folder / "to/d/in"));
-    EXPECT_EQ("from y", contentOf(m_folder / "y/f"));
-    EXPECT_EQ("from y", contentOf(m_folder / "y/d/in"));
-    EXPECT_EQ("from z", contentOf(m_folder / "z/g"));
+    EXPECT_EQ(contentOf(m_folder / "to/f"), "from x");
+    EXPECT_EQ(contentOf(m_folder / "to/d/in"), "from x");
+    EXPECT_EQ(contentOf(m_folder / "y/f"), "from y");
+    EXPECT_EQ(contentOf(m_folder / "y/d/in"), "from y");
+    EXPECT_EQ(contentOf(m_folder / "z/g"), "from z");
 }
 
 TEST_F(MvTest, RootIsRefused) {

@@ -22,8 +22,8 @@ using ::testing::HasSubstr;
 namespace {
 
 TEST(OutputTest, ReaderThatHasGoneEndsLikeOtherPrograms) {
-    EXPECT_EQ(SIGPIPE, Jstore({"exists", "/"}).outputTo(Jstore::Output::ReaderGone).run().signal);
-    EXPECT_EQ(SIGPIPE, Jstore({"--help"}).outputTo(Jstore::Output::ReaderGone).run().signal);
+    EXPECT_EQ(Jstore({"exists", "/"}).outputTo(Jstore::Output::ReaderGone).run().signal, SIGPIPE);
+    EXPECT_EQ(Jstore({"--help"}).outputTo(Jstore::Output::ReaderGone).run().signal, SIGPIPE);
 }
 
 TEST(OutputTest, ClosedOutputMattersOnlyToWhatPrints) {
@@ -68,7 +68,7 @@ bool ignores(pid_t pid, int signal) { return (signalsOf(pid, "SigIgn:") >> (sign
 /// Sends the signal and returns once jstore's handler, which works once for all of them, has run.
 void interrupt(pid_t pid, int signal = SIGINT) {
     ASSERT_TRUE(catches(pid, signal));
-    ASSERT_EQ(0, ::kill(pid, signal));
+    ASSERT_EQ(::kill(pid, signal), 0);
     ASSERT_TRUE(waitUntil([&] { return !catches(pid, SIGINT) && !catches(pid, SIGTERM) && !catches(pid, SIGHUP); }));
 }
 
@@ -133,19 +133,19 @@ TEST_P(EndingTest, OperationUnderWayIsFinishedAndTheNextNotBegun) {
     interrupt(m_run.pid(), GetParam().signal);
     open();
     const auto outcome = m_run.wait();
-    EXPECT_EQ(GetParam().exitCode, outcome.exitCode);
-    ASSERT_EQ(2U, outcome.outLines().size());
+    EXPECT_EQ(outcome.exitCode, GetParam().exitCode);
+    ASSERT_EQ(outcome.outLines().size(), 2U);
     EXPECT_THAT(outcome.outLines()[0], HasSubstr(R"("java:///one","ok":true)"));
-    EXPECT_EQ(R"({"verb":"mkdir","ok":false,"error":{"code":"Interrupted","message":"interrupted: 1 done"}})",
-              outcome.outLines()[1]);
-    EXPECT_EQ("jstore: interrupted: 1 done\n", outcome.err);
+    EXPECT_EQ(outcome.outLines()[1],
+              R"({"verb":"mkdir","ok":false,"error":{"code":"Interrupted","message":"interrupted: 1 done"}})");
+    EXPECT_EQ(outcome.err, "jstore: interrupted: 1 done\n");
 }
 
 TEST_P(EndingTest, SecondSignalEndsAtOnce) {
     startAndWait();
     interrupt(m_run.pid());
-    ASSERT_EQ(0, ::kill(m_run.pid(), GetParam().signal));
-    EXPECT_EQ(GetParam().signal, m_run.wait().signal);
+    ASSERT_EQ(::kill(m_run.pid(), GetParam().signal), 0);
+    EXPECT_EQ(m_run.wait().signal, GetParam().signal);
 }
 
 TEST_P(EndingTest, IgnoredSignalStaysIgnored) {
@@ -173,9 +173,9 @@ TEST(OutputTest, SignalEndsACommandWhoseOutputNobodyTakes) {
         Jstore run({option, "cat", folder.location("huge")});
         run.start();
         ASSERT_TRUE(run.readUntil([](const Outcome& outcome) { return !outcome.out.empty(); }));
-        ASSERT_EQ(0, ::kill(run.pid(), SIGTERM));
+        ASSERT_EQ(::kill(run.pid(), SIGTERM), 0);
         EXPECT_TRUE(waitUntil([&] { return hasEnded(run.pid()); })) << option;
-        EXPECT_EQ(143, run.wait().exitCode);
+        EXPECT_EQ(run.wait().exitCode, 143);
     }
 }
 
@@ -251,7 +251,7 @@ TEST_F(LongCommandTest, RemovalDoesNotGoOnThroughALinkInAFoldersPlace) {
     EXPECT_GE(count("other"), files - 32);
     if (unremoved > 64) {
         EXPECT_THAT(outcome, FailsWith(6, "jstore: InUse: " + m_folder.location("d/e") +
-                                              ": something else has taken its place during the removal"));
+                                              ": something else took its place during the removal"));
     }
 }
 

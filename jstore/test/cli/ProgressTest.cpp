@@ -60,7 +60,7 @@ protected:
         std::ofstream gate(m_gate);  // blocks until the copy is half-way
         const bool draws = screen.hasThread("progress");
         gate.close();
-        EXPECT_EQ(0, screen.finish());
+        EXPECT_EQ(screen.finish(), 0);
         return !draws && screen.raw().empty();
     }
 
@@ -76,8 +76,8 @@ TEST_F(ProgressTest, LineTellsHowFarAndGoesAtTheEnd) {
     EXPECT_THAT(screen.cursorLine(), HasSubstr("[====="));
     EXPECT_LT(screen.cursorLine().size(), 80U);
     openGate();
-    EXPECT_EQ(0, screen.finish());
-    EXPECT_EQ("", screen.cursorLine());
+    EXPECT_EQ(screen.finish(), 0);
+    EXPECT_EQ(screen.cursorLine(), "");
     EXPECT_THAT(screen.lines(), IsEmpty());
 }
 
@@ -85,28 +85,28 @@ TEST_F(ProgressTest, ErrorStandsAlone) {
     Screen screen(copy({"--jvm-option", "-Djstore.test.fail=1"}));
     ASSERT_TRUE(screen.waitFor("50%"));
     openGate();
-    EXPECT_EQ(1, screen.finish());
+    EXPECT_EQ(screen.finish(), 1);
     EXPECT_THAT(screen.lines(), ElementsAre("jstore: Unavailable: java:///source.txt"));
-    EXPECT_EQ("", screen.cursorLine());
+    EXPECT_EQ(screen.cursorLine(), "");
 }
 
 TEST_F(ProgressTest, LineFollowsTheWidthOfTheTerminal) {
     Screen screen(copy(), {.columns = 5});
     ASSERT_TRUE(screen.waitFor(" 50%"));
-    EXPECT_EQ(" 50%", screen.cursorLine());
+    EXPECT_EQ(screen.cursorLine(), " 50%");
     screen.resize(70);
     EXPECT_TRUE(screen.waitFor("source.txt"));
     openGate();
-    EXPECT_EQ(0, screen.finish());
+    EXPECT_EQ(screen.finish(), 0);
 }
 
 TEST_F(ProgressTest, JsonAndTheLineGoTogether) {
     Screen screen(copy({"--json"}));
     ASSERT_TRUE(screen.waitFor("50%"));
     openGate();
-    EXPECT_EQ(0, screen.finish());
+    EXPECT_EQ(screen.finish(), 0);
     EXPECT_THAT(screen.lines(), ElementsAre(HasSubstr(R"("bytes":1000,"ok":true})")));
-    EXPECT_EQ("", screen.cursorLine());
+    EXPECT_EQ(screen.cursorLine(), "");
 }
 
 TEST_F(ProgressTest, InterruptClearsTheLine) {
@@ -115,8 +115,8 @@ TEST_F(ProgressTest, InterruptClearsTheLine) {
     screen.type("\x03");
     ASSERT_TRUE(screen.waitFor("^C"));
     openGate();
-    EXPECT_EQ(130, screen.finish());
-    EXPECT_EQ("", screen.cursorLine());
+    EXPECT_EQ(screen.finish(), 130);
+    EXPECT_EQ(screen.cursorLine(), "");
     ASSERT_FALSE(screen.lines().empty());
     EXPECT_THAT(screen.lines().back(), HasSubstr("jstore: interrupted: 0 copied"));
 }
@@ -126,7 +126,7 @@ TEST_F(ProgressTest, StoppedTerminalDoesNotStopTheCopy) {
     ASSERT_TRUE(screen.waitFor("50%"));
     screen.stop();
     openGate();
-    EXPECT_EQ(0, screen.finish());
+    EXPECT_EQ(screen.finish(), 0);
 }
 
 TEST_F(ProgressTest, QuietWhereNobodyWantsIt) {
@@ -138,7 +138,7 @@ TEST_F(ProgressTest, QuietWhereNobodyWantsIt) {
 
 TEST_F(ProgressTest, QuickCommandsDrawNothing) {
     Screen screen({programUnderTest(), "exists", "/"});
-    EXPECT_EQ(0, screen.finish());
+    EXPECT_EQ(screen.finish(), 0);
     EXPECT_THAT(screen.raw(), Not(HasSubstr("\x1B")));
 }
 

@@ -109,7 +109,7 @@ TEST(EnvironmentTest, OptionsInTheEnvironmentWinOverPreferences) {
                                           {"JAVA_TOOL_OPTIONS", "-XX:-TieredCompilation"},
                                           {"JDK_JAVA_OPTIONS", "-nonsense"}}) {
         const auto outcome = Jstore({"exists", "/nonexistent"}).with(variable, value).run();
-        EXPECT_EQ("missing\n", outcome.out + outcome.err) << variable << "=" << value;
+        EXPECT_EQ(outcome.out + outcome.err, "missing\n") << variable << "=" << value;
     }
 }
 
@@ -132,7 +132,8 @@ TEST(WorkingFolderTest, IsNotNeededForAbsoluteLocations) {
 }
 
 TEST(WorkingFolderTest, RelativeLocationSaysThatItIsMissing) {
-    EXPECT_THAT(withoutFolder({"ls", "a"}), FailsWith(3, StartsWith("jstore: NotFound: a: no working folder: ")));
+    EXPECT_THAT(withoutFolder({"ls", "a"}),
+                FailsWith(3, StartsWith("jstore: NotFound: a: cannot find the working folder: ")));
 }
 
 TEST(EnvironmentTest, ErrorNamesTheVariable) {

@@ -2,8 +2,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "support/FolderTest.h"
 #include "support/Matchers.h"
-#include "support/TemporaryFolder.h"
 
 namespace jstore::test {
 
@@ -14,40 +14,36 @@ using ::testing::StartsWith;
 
 namespace {
 
-class RmTest : public ::testing::Test {
-protected:
-    TemporaryFolder m_folder;
-};
+class RmTest : public FolderTest {};
 
 TEST_F(RmTest, FileIsRemovedInSilence) {
     m_folder.file("a");
-    EXPECT_THAT(jstore({"rm", m_folder.location("a")}), IsSilentlyDone());
+    EXPECT_THAT(jstore({"rm", at("a")}), IsSilentlyDone());
     EXPECT_FALSE(fs::exists(m_folder / "a"));
 }
 
 TEST_F(RmTest, NothingIsThree) {
-    EXPECT_THAT(jstore({"rm", m_folder.location("a")}), FailsWith(3, "jstore: NotFound: " + m_folder.location("a")));
-    EXPECT_THAT(jstore({"rm", "-r", m_folder.location("a")}),
-                FailsWith(3, "jstore: NotFound: " + m_folder.location("a")));
+    EXPECT_THAT(jstore({"rm", at("a")}), FailsWith(3, "jstore: NotFound: " + at("a")));
+    EXPECT_THAT(jstore({"rm", "-r", at("a")}), FailsWith(3, "jstore: NotFound: " + at("a")));
 }
 
 TEST_F(RmTest, FolderIsKept) {
     m_folder.folder("a");
-    EXPECT_THAT(jstore({"rm", m_folder.location("a")}),
-                FailsWith(1, AllOf(StartsWith("jstore: NotAFile: " + m_folder.location("a")), HasSubstr("rm -r"))));
+    EXPECT_THAT(jstore({"rm", at("a")}),
+                FailsWith(1, AllOf(StartsWith("jstore: NotAFile: " + at("a")), HasSubstr("rm -r"))));
     EXPECT_TRUE(fs::is_directory(m_folder / "a"));
 }
 
 TEST_F(RmTest, FolderGoesWithAllItHolds) {
     m_folder.folder("a/b/c");
     m_folder.file("a/b/file", "content");
-    EXPECT_THAT(jstore({"rm", "-r", m_folder.location("a")}), IsSilentlyDone());
+    EXPECT_THAT(jstore({"rm", "-r", at("a")}), IsSilentlyDone());
     EXPECT_FALSE(fs::exists(m_folder / "a"));
 }
 
 TEST_F(RmTest, FileGoesWithRecursiveToo) {
     m_folder.file("a");
-    EXPECT_THAT(jstore({"rm", "-r", m_folder.location("a")}), IsSilentlyDone());
+    EXPECT_THAT(jstore({"rm", "-r", at("a")}), IsSilentlyDone());
     EXPECT_FALSE(fs::exists(m_folder / "a"));
 }
 
@@ -56,8 +52,8 @@ TEST_F(RmTest, LinkGoesAndItsTargetStays) {
     m_folder.file("target/file");
     fs::create_directory_symlink(m_folder / "target", m_folder / "link");
     fs::create_symlink(m_folder / "nowhere", m_folder / "dangling");
-    EXPECT_THAT(jstore({"rm", m_folder.location("dangling")}), IsSilentlyDone());
-    EXPECT_THAT(jstore({"rm", "-r", m_folder.location("link")}), IsSilentlyDone());
+    EXPECT_THAT(jstore({"rm", at("dangling")}), IsSilentlyDone());
+    EXPECT_THAT(jstore({"rm", "-r", at("link")}), IsSilentlyDone());
     EXPECT_FALSE(fs::is_symlink(m_folder / "link"));
     EXPECT_FALSE(fs::is_symlink(m_folder / "dangling"));
     EXPECT_TRUE(fs::exists(m_folder / "target/file"));
@@ -68,16 +64,16 @@ TEST_F(RmTest, RootIsRefused) {
          {"java:///", "/", "java://", "java:////", "java:///.", "java:///%2e", "java:///a/.."}) {
         const auto outcome = jstore({"--provider", "com.corvallen.jstore.test.EmptyProvider", "--class-path",
                                      JSTORE_TEST_BACKENDS, "rm", "-r", root});
-        EXPECT_NE(0, outcome.exitCode) << root;
-        EXPECT_EQ(1U, outcome.errLines().size()) << root << outcome.err;
-        EXPECT_THAT(outcome.err, ::testing::AnyOf(HasSubstr("AccessDenied"), HasSubstr("rm does not remove"))) << root;
+        EXPECT_NE(outcome.exitCode, 0) << root;
+        EXPECT_EQ(outcome.errLines().size(), 1U) << root << outcome.err;
+        EXPECT_THAT(outcome.err, ::testing::AnyOf(HasSubstr("AccessDenied"), HasSubstr("are never removed"))) << root;
     }
 }
 
 TEST_F(RmTest, DotsAreRefused) {
     m_folder.folder("a");
     for (const auto* const dots : {".", "..", "./", "../", "a/.", "a/.."}) {
-        EXPECT_THAT(Jstore({"rm", "-r", dots}).in(m_folder.path()).run(), FailsWith(2, HasSubstr("rm does not remove")))
+        EXPECT_THAT(Jstore({"rm", "-r", dots}).in(m_folder.path()).run(), FailsWith(2, HasSubstr("are never removed")))
             << dots;
     }
     EXPECT_TRUE(fs::is_directory(m_folder / "a"));
@@ -96,7 +92,7 @@ TEST_F(OneByOneTest, FolderGoesWithAllItHolds) {
     m_folder.folder("a/b/c");
     m_folder.folder("a/empty");
     m_folder.file("a/b/file", "content");
-    EXPECT_THAT(rm(m_folder.location("a")), IsSilentlyDone());
+    EXPECT_THAT(rm(at("a")), IsSilentlyDone());
     EXPECT_FALSE(fs::exists(m_folder / "a"));
 }
 
@@ -107,8 +103,8 @@ TEST_F(OneByOneTest, LinksAreNotFollowed) {
     fs::create_directory_symlink(m_folder / "target", m_folder / "a/link");
     fs::create_directory_symlink(m_folder / "target", m_folder / "link");
     fs::create_symlink(m_folder / "nowhere", m_folder / "a/dangling");
-    EXPECT_THAT(rm(m_folder.location("a")), IsSilentlyDone());
-    EXPECT_THAT(rm(m_folder.location("link")), IsSilentlyDone());
+    EXPECT_THAT(rm(at("a")), IsSilentlyDone());
+    EXPECT_THAT(rm(at("link")), IsSilentlyDone());
     EXPECT_FALSE(fs::exists(m_folder / "a"));
     EXPECT_FALSE(fs::is_symlink(m_folder / "link"));
     EXPECT_TRUE(fs::exists(m_folder / "target/file"));
@@ -120,7 +116,7 @@ TEST_F(OneByOneTest, WhatStaysIsReportedAndTheRestGoes) {
     m_folder.file("a/b/kept");
     m_folder.file("a/b/other");
     m_folder.file("a/c/file");
-    EXPECT_THAT(rm(m_folder.location("a")), FailsWith(6, "jstore: AccessDenied: " + m_folder.location("a/b/kept")));
+    EXPECT_THAT(rm(at("a")), FailsWith(6, "jstore: AccessDenied: " + at("a/b/kept")));
     EXPECT_TRUE(fs::exists(m_folder / "a/b/kept"));
     EXPECT_FALSE(fs::exists(m_folder / "a/b/other"));
     EXPECT_FALSE(fs::exists(m_folder / "a/c"));
@@ -133,7 +129,7 @@ TEST_F(RmTest, FolderThatCannotBeListedIsRemovedAtOnce) {
     m_folder.file("a/huge/file");
     m_folder.file("a/other");
     EXPECT_THAT(jstore({"--class-path", JSTORE_TEST_BACKENDS, "--provider", "com.corvallen.jstore.test.GatedProvider",
-                        "rm", "-r", m_folder.location("a")}),
+                        "rm", "-r", at("a")}),
                 IsSilentlyDone());
     EXPECT_FALSE(fs::exists(m_folder / "a"));
 }
@@ -165,19 +161,19 @@ private:
 
 TEST_F(RmTest, FolderDeeperThanAnyLocationGoes) {
     const DeepFolder deep(m_folder / "deep");
-    EXPECT_THAT(jstore({"rm", "-r", m_folder.location("deep")}), IsSilentlyDone());
+    EXPECT_THAT(jstore({"rm", "-r", at("deep")}), IsSilentlyDone());
     EXPECT_FALSE(fs::exists(m_folder / "deep"));
 }
 
 TEST_F(RmTest, AllFailingAlikeKeepTheirCode) {
-    const auto outcome = jstore({"rm", m_folder.location("a"), m_folder.location("b")});
-    EXPECT_EQ(3, outcome.exitCode);
-    EXPECT_EQ(2U, outcome.errLines().size());
+    const auto outcome = jstore({"rm", at("a"), at("b")});
+    EXPECT_EQ(outcome.exitCode, 3);
+    EXPECT_EQ(outcome.errLines().size(), 2U);
 }
 
 TEST_F(RmTest, FailingDifferentlyIsSix) {
     m_folder.folder("a");
-    EXPECT_EQ(6, jstore({"rm", m_folder.location("a"), m_folder.location("b")}).exitCode);
+    EXPECT_EQ(jstore({"rm", at("a"), at("b")}).exitCode, 6);
 }
 
 }  // namespace

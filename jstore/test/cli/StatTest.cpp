@@ -1,6 +1,6 @@
+#include "support/FolderTest.h"
 #include "support/Json.h"
 #include "support/Matchers.h"
-#include "support/TemporaryFolder.h"
 
 namespace jstore::test {
 
@@ -13,16 +13,12 @@ using ::testing::StartsWith;
 
 namespace {
 
-class StatTest : public ::testing::Test {
+class StatTest : public FolderTest {
 protected:
     StatTest() {
         m_folder.file("a", "content");
         m_folder.folder("d");
     }
-
-    [[nodiscard]] std::string at(std::string_view name) const { return m_folder.location(name); }
-
-    TemporaryFolder m_folder;
 };
 
 TEST_F(StatTest, FileIsTold) {
@@ -40,21 +36,21 @@ TEST_F(StatTest, FolderHasNoSize) {
 
 TEST_F(StatTest, SeveralAreKeptApartAndMissingIsTold) {
     const auto outcome = jstore({"stat", at("a"), at("none"), at("d")});
-    EXPECT_EQ(6, outcome.exitCode);
+    EXPECT_EQ(outcome.exitCode, 6);
     EXPECT_THAT(outcome.out, HasSubstr("\n\nlocation    " + at("d")));
-    EXPECT_EQ("jstore: NotFound: " + at("none") + '\n', outcome.err);
+    EXPECT_EQ(outcome.err, "jstore: NotFound: " + at("none") + '\n');
 }
 
 TEST_F(StatTest, JsonHasAllFields) {
     const auto objects = objectsOf(jstore({"--json", "stat", at("a"), at("d")}));
-    ASSERT_EQ(2U, objects.size());
-    EXPECT_EQ("file", objects[0]["type"]);
-    EXPECT_EQ(7, objects[0]["size"]);
-    EXPECT_EQ(true, objects[0]["writable"]);
+    ASSERT_EQ(objects.size(), 2U);
+    EXPECT_EQ(objects[0]["type"], "file");
+    EXPECT_EQ(objects[0]["size"], 7);
+    EXPECT_EQ(objects[0]["writable"], true);
     EXPECT_GT(objects[0]["capacity"].get<std::uint64_t>(), 0U);
     EXPECT_TRUE(objects[0].contains("occupied") && objects[0].contains("lastModified"));
-    EXPECT_EQ("true", objects[0]["attributes"]["basic:isRegularFile"]);
-    EXPECT_EQ("folder", objects[1]["type"]);
+    EXPECT_EQ(objects[0]["attributes"]["basic:isRegularFile"], "true");
+    EXPECT_EQ(objects[1]["type"], "folder");
     EXPECT_FALSE(objects[1].contains("size"));
 }
 
@@ -62,25 +58,24 @@ TEST_F(StatTest, WhatTheBackEndDoesNotKnowIsLeftOut) {
     const auto outcome = jstore({"--json", "--class-path", JSTORE_TEST_BACKENDS, "--provider",
                                  "com.corvallen.jstore.test.PlainProvider", "stat", "java:///file"});
     const auto objects = objectsOf(outcome);
-    ASSERT_EQ(1U, objects.size()) << outcome.err;
-    EXPECT_EQ(json({{"verb", "stat"},
-                    {"location", "java:///file"},
-                    {"type", "file"},
-                    {"size", 42},
-                    {"lastModified", "1970-01-01T00:00:00.001Z"},
-                    {"writable", false},
-                    {"attributes", json::object()},
-                    {"ok", true}}),
-              objects[0]);
+    ASSERT_EQ(objects.size(), 1U) << outcome.err;
+    EXPECT_EQ(objects[0], json({{"verb", "stat"},
+                                {"location", "java:///file"},
+                                {"type", "file"},
+                                {"size", 42},
+                                {"lastModified", "1970-01-01T00:00:00.001Z"},
+                                {"writable", false},
+                                {"attributes", json::object()},
+                                {"ok", true}}));
 }
 
 class DfTest : public StatTest {};
 
 TEST_F(DfTest, SizesAreNumbersUnderAHeading) {
     const auto outcome = jstore({"df", at("a"), at("d")});
-    EXPECT_EQ(0, outcome.exitCode);
+    EXPECT_EQ(outcome.exitCode, 0);
     const auto lines = outcome.outLines();
-    ASSERT_EQ(3U, lines.size());
+    ASSERT_EQ(lines.size(), 3U);
     EXPECT_THAT(lines[0], ContainsRegex("^ *capacity +occupied +free +location$"));
     EXPECT_THAT(lines[1], ContainsRegex("^ *[0-9]+ +[0-9]+ +[0-9]+  " + at("a") + '$'));
     EXPECT_THAT(jstore({"df", "-H", at("a")}), Prints(ContainsRegex("[0-9][.][0-9][KMGTPE] ")));
@@ -88,7 +83,7 @@ TEST_F(DfTest, SizesAreNumbersUnderAHeading) {
 
 TEST_F(DfTest, FreeIsWhatIsLeft) {
     const auto objects = objectsOf(jstore({"--json", "df", at("a")}));
-    ASSERT_EQ(1U, objects.size());
+    ASSERT_EQ(objects.size(), 1U);
     EXPECT_EQ(objects[0]["capacity"].get<std::uint64_t>(),
               objects[0]["occupied"].get<std::uint64_t>() + objects[0]["free"].get<std::uint64_t>());
 }
@@ -98,9 +93,10 @@ TEST_F(DfTest, MissingIsThreeWithoutAHeading) {
 }
 
 TEST_F(DfTest, BackEndThatCannotTellIsEight) {
-    EXPECT_EQ(8, jstore({"--class-path", JSTORE_TEST_BACKENDS, "--provider", "com.corvallen.jstore.test.PlainProvider",
-                         "df", "java:///file"})
-                     .exitCode);
+    EXPECT_EQ(jstore({"--class-path", JSTORE_TEST_BACKENDS, "--provider", "com.corvallen.jstore.test.PlainProvider",
+                      "df", "java:///file"})
+                  .exitCode,
+              8);
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
 #include <sys/stat.h>
 
+#include "support/FolderTest.h"
 #include "support/Matchers.h"
-#include "support/TemporaryFolder.h"
 
 namespace jstore::test {
 
@@ -9,24 +9,21 @@ namespace fs = std::filesystem;
 
 namespace {
 
-class TouchTest : public ::testing::Test {
-protected:
-    TemporaryFolder m_folder;
-};
+class TouchTest : public FolderTest {};
 
 TEST_F(TouchTest, FileIsCreatedInSilence) {
-    EXPECT_THAT(jstore({"touch", m_folder.location("a"), m_folder.location("b")}), IsSilentlyDone());
+    EXPECT_THAT(jstore({"touch", at("a"), at("b")}), IsSilentlyDone());
     EXPECT_TRUE(fs::is_regular_file(m_folder / "a"));
-    EXPECT_EQ(0U, fs::file_size(m_folder / "b"));
+    EXPECT_EQ(fs::file_size(m_folder / "b"), 0U);
 }
 
 TEST_F(TouchTest, FileThatExistsStaysAsItIs) {
     const auto file = m_folder.file("a", "content");
     const auto longAgo = fs::file_time_type::clock::now() - std::chrono::hours(24);
     fs::last_write_time(file, longAgo);
-    EXPECT_THAT(jstore({"touch", m_folder.location("a")}), IsSilentlyDone());
-    EXPECT_EQ("content", contentOf(file));
-    EXPECT_EQ(longAgo, fs::last_write_time(file));
+    EXPECT_THAT(jstore({"touch", at("a")}), IsSilentlyDone());
+    EXPECT_EQ(contentOf(file), "content");
+    EXPECT_EQ(fs::last_write_time(file), longAgo);
 }
 
 TEST_F(TouchTest, FolderThatExistsIsNoError) {
@@ -34,8 +31,8 @@ TEST_F(TouchTest, FolderThatExistsIsNoError) {
 }
 
 TEST_F(TouchTest, MissingFolderIsThree) {
-    EXPECT_THAT(jstore({"touch", m_folder.location("a/b")}),
-                FailsWith(3, "jstore: NotFound: " + m_folder.location("a/b") + ": has no parent folder"));
+    EXPECT_THAT(jstore({"touch", at("a/b")}),
+                FailsWith(3, "jstore: NotFound: " + at("a/b") + ": has no parent folder"));
 }
 
 class TouchDateTest : public TouchTest {
@@ -51,23 +48,21 @@ protected:
 TEST_F(TouchDateTest, TimeIsSetOnNewAndOldFilesAndFolders) {
     m_folder.file("old", "content");
     m_folder.folder("d");
-    EXPECT_THAT(jstore({"touch", "-d", "2001-02-03T04:05:06Z", m_folder.location("new"), m_folder.location("old"),
-                        m_folder.location("d")}),
-                IsSilentlyDone());
+    EXPECT_THAT(jstore({"touch", "-d", "2001-02-03T04:05:06Z", at("new"), at("old"), at("d")}), IsSilentlyDone());
     for (const auto* const name : {"new", "old", "d"}) {
-        EXPECT_EQ(Time, secondsOf(name)) << name;
+        EXPECT_EQ(secondsOf(name), Time) << name;
     }
-    EXPECT_EQ("content", contentOf(m_folder / "old"));
+    EXPECT_EQ(contentOf(m_folder / "old"), "content");
 }
 
 TEST_F(TouchDateTest, TimeWithoutAZoneIsLocal) {
-    EXPECT_THAT(Jstore({"touch", "--date", "2001-02-03 06:05:06", m_folder.location("a")}).with("TZ", "XYZ-2").run(),
+    EXPECT_THAT(Jstore({"touch", "--date", "2001-02-03 06:05:06", at("a")}).with("TZ", "XYZ-2").run(),
                 IsSilentlyDone());
-    EXPECT_EQ(Time, secondsOf("a"));
+    EXPECT_EQ(secondsOf("a"), Time);
 }
 
 TEST_F(TouchDateTest, WrongTimeStartsNoJava) {
-    EXPECT_THAT(jstore({"--java-home", "/nonexistent", "touch", "-d", "soon", m_folder.location("a")}),
+    EXPECT_THAT(jstore({"--java-home", "/nonexistent", "touch", "-d", "soon", at("a")}),
                 FailsWith(2, ::testing::HasSubstr("soon")));
     EXPECT_FALSE(fs::exists(m_folder / "a"));
 }

@@ -1,6 +1,6 @@
+#include "support/FolderTest.h"
 #include "support/Json.h"
 #include "support/Matchers.h"
-#include "support/TemporaryFolder.h"
 
 namespace jstore::test {
 
@@ -11,7 +11,7 @@ using ::testing::HasSubstr;
 namespace {
 
 /// A small tree, the same for drawing and searching.
-class TreeTest : public ::testing::Test {
+class TreeTest : public FolderTest {
 protected:
     TreeTest() {
         m_folder.folder("d/e");
@@ -19,10 +19,6 @@ protected:
         m_folder.file("d/z");
         fs::create_directory_symlink("..", m_folder / "d/e/up");
     }
-
-    [[nodiscard]] std::string at(std::string_view name) const { return m_folder.location(name); }
-
-    TemporaryFolder m_folder;
 };
 
 TEST_F(TreeTest, BranchesLeadToEachName) {
@@ -43,10 +39,10 @@ TEST_F(TreeTest, MissingIsThreeAndAFileIsNoFolder) {
 
 TEST_F(TreeTest, JsonHasTypeAndDepth) {
     const auto objects = objectsOf(jstore({"--json", "tree", at("d")}));
-    ASSERT_EQ(4U, objects.size());
-    EXPECT_EQ(json({{"verb", "tree"}, {"location", at("d/e")}, {"type", "folder"}, {"depth", 1}, {"ok", true}}),
-              objects[0]);
-    EXPECT_EQ(2, objects[1]["depth"]);
+    ASSERT_EQ(objects.size(), 4U);
+    EXPECT_EQ(objects[0],
+              json({{"verb", "tree"}, {"location", at("d/e")}, {"type", "folder"}, {"depth", 1}, {"ok", true}}));
+    EXPECT_EQ(objects[1]["depth"], 2);
 }
 
 /// A back end with folders in folders without end, more or less, and a stack that is small.
@@ -56,8 +52,8 @@ TEST(DeepTreeTest, DepthEndsWithAnErrorAndNotWithTheStack) {
                 "--jvm-option", "-Djstore.test.depth=2100", "du", "-s", "java:///d"})
             .through({"/bin/sh", "-c", "ulimit -s 512; exec \"$@\"", "sh"})
             .run();
-    EXPECT_EQ(6, outcome.exitCode) << outcome.signal;
-    EXPECT_EQ(1U, outcome.errLines().size());
+    EXPECT_EQ(outcome.exitCode, 6) << outcome.signal;
+    EXPECT_EQ(outcome.errLines().size(), 1U);
     EXPECT_THAT(outcome.err, HasSubstr("it lies more than 2048 folders deep"));
 }
 
@@ -77,7 +73,7 @@ TEST_F(FindTest, NameAndTypeNarrowTheSearch) {
 
 TEST_F(FindTest, LocationsFoundAreTakenByOtherVerbs) {
     const auto found = jstore({"find", "--name", "f*", at("d")}).outLines();
-    ASSERT_EQ(1U, found.size());
+    ASSERT_EQ(found.size(), 1U);
     EXPECT_THAT(jstore({"rm", found.front()}), IsSilentlyDone());
     EXPECT_FALSE(fs::exists(m_folder / "d/e/f x"));
 }
@@ -88,15 +84,15 @@ TEST_F(FindTest, WrongConditionsAreTwo) {
 
 TEST_F(FindTest, OthersFollowAFailure) {
     const auto outcome = jstore({"find", at("none"), "--name", "z", at("d")});
-    EXPECT_EQ(6, outcome.exitCode);
-    EXPECT_EQ(at("d/z") + '\n', outcome.out);
-    EXPECT_EQ("jstore: NotFound: " + at("none") + '\n', outcome.err);
+    EXPECT_EQ(outcome.exitCode, 6);
+    EXPECT_EQ(outcome.out, at("d/z") + '\n');
+    EXPECT_EQ(outcome.err, "jstore: NotFound: " + at("none") + '\n');
 }
 
 TEST_F(FindTest, JsonHasTheType) {
     const auto objects = objectsOf(jstore({"--json", "find", "--name", "z", at("d")}));
-    ASSERT_EQ(1U, objects.size());
-    EXPECT_EQ(json({{"verb", "find"}, {"location", at("d/z")}, {"type", "file"}, {"ok", true}}), objects[0]);
+    ASSERT_EQ(objects.size(), 1U);
+    EXPECT_EQ(objects[0], json({{"verb", "find"}, {"location", at("d/z")}, {"type", "file"}, {"ok", true}}));
 }
 
 }  // namespace

@@ -150,7 +150,7 @@ protected:
             m_folder.folder("original/folders/" + name);
             m_folder.file("original/folders/" + name + "/below", name + name);
         }
-        EXPECT_EQ(3 * m_names.size() + 2, tree("original").items.size()) << "this disk changes names itself";
+        EXPECT_EQ(tree("original").items.size(), 3 * m_names.size() + 2) << "this disk changes names itself";
     }
 
     [[nodiscard]] FileTree tree(std::string_view name) const { return readTree(m_folder / name); }
@@ -174,10 +174,10 @@ TEST_P(AwkwardNamesTest, AreCopiedInAndOutByteForByte) {
 
 TEST_P(AwkwardNamesTest, AreShownOnALineEachAndApart) {
     const auto shown = jstore({"ls", m_folder.location("original/files")});
-    EXPECT_EQ(0, shown.exitCode) << shown.err;
+    EXPECT_EQ(shown.exitCode, 0) << shown.err;
     const auto lines = shown.outLines();
-    EXPECT_EQ(m_names.size(), lines.size()) << shown.out;
-    EXPECT_EQ(m_names.size(), std::set(lines.begin(), lines.end()).size()) << shown.out;
+    EXPECT_EQ(lines.size(), m_names.size()) << shown.out;
+    EXPECT_EQ(std::set(lines.begin(), lines.end()).size(), m_names.size()) << shown.out;
 }
 
 TEST_P(AwkwardNamesTest, LocationsInJsonLeadBackToThem) {
@@ -187,12 +187,12 @@ TEST_P(AwkwardNamesTest, LocationsInJsonLeadBackToThem) {
         names.insert(object.at("name").get<std::string>());
         stat.push_back(object.at("location"));
     }
-    EXPECT_EQ(m_names.size(), names.size());
+    EXPECT_EQ(names.size(), m_names.size());
     const auto outcome = jstore(stat);
-    EXPECT_EQ(0, outcome.exitCode) << outcome.err;
+    EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
     const auto objects = objectsOf(outcome);
-    ASSERT_EQ(m_names.size(), objects.size());
-    // A file holds its name, so the sizes tell that each was found once.
+    ASSERT_EQ(objects.size(), m_names.size());
+    // A file holds its name, so the sizes show that each was found once.
     std::multiset<std::size_t> sizes;
     std::multiset<std::size_t> expected;
     for (const auto& object : objects) {
@@ -200,20 +200,20 @@ TEST_P(AwkwardNamesTest, LocationsInJsonLeadBackToThem) {
     }
     std::transform(m_names.begin(), m_names.end(), std::inserter(expected, expected.end()),
                    [](const std::string& name) { return name.size(); });
-    EXPECT_EQ(expected, sizes);
+    EXPECT_EQ(sizes, expected);
 }
 
 TEST_P(AwkwardNamesTest, LinesOfFindAreLocationsThatRmTakes) {
     const auto found = jstore({"find", "--type", "f", m_folder.location("original/files")});
-    ASSERT_EQ(0, found.exitCode) << found.err;
+    ASSERT_EQ(found.exitCode, 0) << found.err;
     std::vector<std::string> rm{"rm"};
     for (const auto& line : found.outLines()) {
         rm.push_back(line);
     }
-    ASSERT_EQ(m_names.size() + 1, rm.size()) << found.out;
+    ASSERT_EQ(rm.size(), m_names.size() + 1) << found.out;
     EXPECT_THAT(jstore(rm), IsSilentlyDone());
     EXPECT_TRUE(fs::is_empty(m_folder / "original/files"));
-    EXPECT_EQ(2 * m_names.size() + 2, tree("original").items.size());
+    EXPECT_EQ(tree("original").items.size(), 2 * m_names.size() + 2);
 }
 
 TEST_P(AwkwardNamesTest, RmTakesThemAsAShellGivesThem) {
@@ -223,7 +223,7 @@ TEST_P(AwkwardNamesTest, RmTakesThemAsAShellGivesThem) {
     }
     EXPECT_THAT(jstore(rm), IsSilentlyDone());
     EXPECT_TRUE(fs::is_empty(m_folder / "original/files"));
-    EXPECT_EQ(2 * m_names.size() + 2, tree("original").items.size());
+    EXPECT_EQ(tree("original").items.size(), 2 * m_names.size() + 2);
 }
 
 INSTANTIATE_TEST_SUITE_P(Kinds, AwkwardNamesTest, ::testing::ValuesIn(Kinds),

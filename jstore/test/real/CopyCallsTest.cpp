@@ -20,7 +20,7 @@ protected:
                                      "--provider",   "com.corvallen.jstore.test.CountingProvider",
                                      "--jvm-option", "-Djstore.test.counts=" + file.string()};
         all.insert(all.end(), arguments.begin(), arguments.end());
-        EXPECT_EQ(0, jstore(all).exitCode);
+        EXPECT_EQ(jstore(all).exitCode, 0);
         Counts counts;
         std::ifstream in(file);
         std::string name;
@@ -59,13 +59,13 @@ const Counts OfOneFile{{"channel.close", 2},      {"channel.read", 2}, {"channel
                        {"createFile", 1},         {"getChannel", 1},   {"getFileAttributes", 2},
                        {"getReadOnlyChannel", 1}, {"moveFile", 1},     {"setLastModified", 1}};
 
-TEST_F(CopyCallsTest, FileInANewFolderIsNotLookedForThere) { EXPECT_EQ(OfOneFile, callsOfOneFile("to")); }
+TEST_F(CopyCallsTest, FileInANewFolderIsNotLookedForThere) { EXPECT_EQ(callsOfOneFile("to"), OfOneFile); }
 
 TEST_F(CopyCallsTest, FileInAFolderThatWasThereIsLookedFor) {
     auto expected = OfOneFile;
     expected["fileExists"] = 1;
     expected["folderExists"] = 1;
-    EXPECT_EQ(expected, callsOfOneFile("to/many"));
+    EXPECT_EQ(callsOfOneFile("to/many"), expected);
 }
 
 TEST_F(CopyCallsTest, WalkAsksOnceForEachFolderWhetherItIsALink) {
@@ -73,7 +73,7 @@ TEST_F(CopyCallsTest, WalkAsksOnceForEachFolderWhetherItIsALink) {
         m_folder.file(file);
     }
     for (const auto* const verb : {"find", "tree", "du"}) {
-        EXPECT_EQ(2, callsOf({verb, m_folder.location("d")})["getExtendedAttributes"]) << verb;
+        EXPECT_EQ(callsOf({verb, m_folder.location("d")})["getExtendedAttributes"], 2) << verb;
     }
 }
 

@@ -41,13 +41,13 @@ protected:
     [[nodiscard]] std::string target() const { return m_folder.location("to/target"); }
 
     void expectTheOldFileAlone() const {
-        EXPECT_EQ("old content", contentOf(m_folder / "to/target"));
-        EXPECT_EQ(1, std::distance(fs::directory_iterator(m_folder / "to"), fs::directory_iterator()));
+        EXPECT_EQ(contentOf(m_folder / "to/target"), "old content");
+        EXPECT_EQ(std::distance(fs::directory_iterator(m_folder / "to"), fs::directory_iterator()), 1);
     }
 
     void expectTheNewFileAlone() const {
         EXPECT_TRUE(m_new == contentOf(m_folder / "to/target"));
-        EXPECT_EQ(1, std::distance(fs::directory_iterator(m_folder / "to"), fs::directory_iterator()));
+        EXPECT_EQ(std::distance(fs::directory_iterator(m_folder / "to"), fs::directory_iterator()), 1);
     }
 
     std::string m_new;
@@ -64,7 +64,7 @@ TEST_P(FaultyWriteTest, InAnyWriteLeavesTheOldFile) {
         EXPECT_THAT(outcome, FailsWith(1, StartsWith("jstore: " + std::string(GetParam().says)))) << write;
         expectTheOldFileAlone();
     }
-    EXPECT_EQ(9, write) << "a million bytes are eight portions";
+    EXPECT_EQ(write, 9) << "a million bytes are eight portions";
     expectTheNewFileAlone();
 }
 

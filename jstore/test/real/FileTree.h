@@ -30,8 +30,8 @@ struct FileTree {
 /// Reads everything below the root. Throws std::filesystem::filesystem_error.
 [[nodiscard]] FileTree readTree(const std::filesystem::path& root);
 
-/// What tells the copy from the original, a line each: names, types, bytes, and times of modification, which a copy
-/// keeps in whole milliseconds, rounded down. Empty when there is nothing.
+/// The differences between the copy and the original, a line each: names, types, bytes, and times of modification,
+/// which a copy keeps in whole milliseconds, rounded down. Empty if there are none.
 [[nodiscard]] std::vector<std::string> differences(const FileTree& original, const FileTree& copy);
 
 /// Whether two files hold the same bytes. Throws when one cannot be read.

@@ -23,8 +23,8 @@ protected:
     }
 
     ~HostileZipTest() override {
-        EXPECT_EQ("untouched", contentOf(m_folder / "a/victim"));
-        EXPECT_EQ("untouched", contentOf(m_folder / "victim"));
+        EXPECT_EQ(contentOf(m_folder / "a/victim"), "untouched");
+        EXPECT_EQ(contentOf(m_folder / "victim"), "untouched");
         const auto tree = readTree(m_folder.path());
         for (const auto& [name, item] : tree.items) {
             const bool expected = name == "a" || name == "a.zip" || name == "victim" || name == "a/victim" ||
@@ -53,7 +53,7 @@ class EscapingNameTest : public HostileZipTest, public ::testing::WithParamInter
 TEST_P(EscapingNameTest, LeadsNowhereAndIsTold) {
     archive(ZipWriter().add("good", "good content").add(GetParam(), "bad content"));
     const auto outcome = takeOut();
-    EXPECT_NE(0, outcome.exitCode);
+    EXPECT_NE(outcome.exitCode, 0);
     EXPECT_FALSE(outcome.err.empty());
     EXPECT_THAT(outcome.err, HasSubstr("java://zip/"));
 }
@@ -66,19 +66,19 @@ INSTANTIATE_TEST_SUITE_P(Names, EscapingNameTest,
 TEST_F(HostileZipTest, AbsoluteNameIsOneInTheArchive) {
     archive(ZipWriter().add("/jstore-test-absolute", "content").add("//two", "slashes"));
     EXPECT_THAT(takeOut(), IsSilentlyDone());
-    EXPECT_EQ("content", takenOut("jstore-test-absolute"));
-    EXPECT_EQ("slashes", takenOut("two"));
+    EXPECT_EQ(takenOut("jstore-test-absolute"), "content");
+    EXPECT_EQ(takenOut("two"), "slashes");
 }
 
 TEST_F(HostileZipTest, BackslashesAreToldAndTheRestIsCopied) {
     archive(ZipWriter().add("good", "good content").add("a\\b", "content").add("C:\\x", "content").add("C:y", "drive"));
     const auto outcome = takeOut();
-    EXPECT_EQ(6, outcome.exitCode);
+    EXPECT_EQ(outcome.exitCode, 6);
     EXPECT_THAT(outcome.err, HasSubstr("jstore: InvalidLocation: java://zip/a%5Cb"));
     EXPECT_THAT(outcome.err, HasSubstr("jstore: InvalidLocation: java://zip/C:%5Cx"));
-    EXPECT_EQ(2U, outcome.errLines().size());
-    EXPECT_EQ("good content", takenOut("good"));
-    EXPECT_EQ("drive", takenOut("C:y"));
+    EXPECT_EQ(outcome.errLines().size(), 2U);
+    EXPECT_EQ(takenOut("good"), "good content");
+    EXPECT_EQ(takenOut("C:y"), "drive");
 }
 
 TEST_F(HostileZipTest, NameOfAFileAndAFolderMakesTheArchiveUnavailable) {
@@ -90,7 +90,7 @@ TEST_F(HostileZipTest, NameOfAFileAndAFolderMakesTheArchiveUnavailable) {
 TEST_F(HostileZipTest, OfTwoFilesOfOneNameTheLastCounts) {
     archive(ZipWriter().add("twice", "first").add("twice", "second").add("good", "good content"));
     EXPECT_THAT(takeOut(), IsSilentlyDone());
-    EXPECT_EQ("second", takenOut("twice"));
+    EXPECT_EQ(takenOut("twice"), "second");
 }
 
 TEST_F(HostileZipTest, LinkWithSomethingBelowMakesTheArchiveUnavailable) {
@@ -102,7 +102,7 @@ TEST_F(HostileZipTest, LinkAloneIsAFileThatHoldsItsTarget) {
     archive(ZipWriter().add("link", "../victim", 0120777));
     EXPECT_THAT(takeOut(), IsSilentlyDone());
     EXPECT_TRUE(fs::is_regular_file(fs::symlink_status(m_folder / "a/b/out/link")));
-    EXPECT_EQ("../victim", takenOut("link"));
+    EXPECT_EQ(takenOut("link"), "../victim");
 }
 
 TEST_F(HostileZipTest, LocationsLeadNowhereEither) {

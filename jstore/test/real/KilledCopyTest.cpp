@@ -80,7 +80,7 @@ protected:
     }
 
     /// How many files the copy of a folder holds under their own names; one that is not whole, and a second hidden one,
-    /// fails the test. Files may come and go meanwhile.
+    /// fails the test. Files may come and go while it counts.
     [[nodiscard]] std::size_t wholeFiles(std::string_view copy) const {
         std::size_t whole = 0;
         std::size_t hiddenFiles = 0;
@@ -89,7 +89,7 @@ protected:
             const bool isHidden = file->path().filename().string().starts_with('.');
             hiddenFiles += isHidden ? 1U : 0U;
             if (!isHidden && file->is_regular_file(gone)) {
-                EXPECT_EQ(m_old.size(), fs::file_size(file->path(), gone)) << file->path();
+                EXPECT_EQ(fs::file_size(file->path(), gone), m_old.size()) << file->path();
                 ++whole;
             }
         }
@@ -188,12 +188,12 @@ TEST_F(KilledCopyTest, HiddenFileThatWasLeftDisturbsNobodyAndIsFoundAndRemoved) 
     ::kill(run->pid(), SIGKILL);
     static_cast<void>(run->wait());
     const auto left = hidden();
-    ASSERT_EQ(1U, left.size());
+    ASSERT_EQ(left.size(), 1U);
     static_cast<void>(targetIsNew());
 
     EXPECT_THAT(started()->wait(), IsSilentlyDone());
     EXPECT_TRUE(targetIsNew());
-    EXPECT_EQ(left, hidden());
+    EXPECT_EQ(hidden(), left);
     const auto location = m_folder.location("to/" + left.front().filename().string());
     EXPECT_THAT(jstore({"find", "--name", ".*-????????????????.tmp", m_folder.location("to")}),
                 Prints(location + '\n'));
@@ -209,8 +209,8 @@ TEST_F(KilledCopyTest, InterruptsLeaveNothingBehind) {
         ::kill(run->pid(), SIGINT);
         const auto outcome = run->wait();
         const bool isNew = targetIsNew();
-        EXPECT_EQ(isNew ? 0 : 130, outcome.exitCode) << outcome.err;
-        EXPECT_EQ(isNew ? "" : "jstore: interrupted: 0 copied\n", outcome.err);
+        EXPECT_EQ(outcome.exitCode, isNew ? 0 : 130) << outcome.err;
+        EXPECT_EQ(outcome.err, isNew ? "" : "jstore: interrupted: 0 copied\n");
         EXPECT_TRUE(hidden().empty());
         interrupted += isNew ? 0 : 1;
     }

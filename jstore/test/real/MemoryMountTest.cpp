@@ -39,7 +39,7 @@ protected:
 TEST_F(MemoryMountTest, TreeIsTheSameInMemoryAndWhenItComesBack) {
     ASSERT_THAT(memory({"cp", "-r", m_folder.location("tree"), "java://memory/tree"}), IsSilentlyDone());
     const auto kept = readTree(m_folder / "kept/tree");
-    EXPECT_EQ(3U, kept.files());
+    EXPECT_EQ(kept.files(), 3U);
     EXPECT_THAT(differences(readTree(m_folder / "tree"), kept), IsEmpty());
     ASSERT_THAT(memory({"cp", "-r", "java://memory/tree", m_folder.location("out")}), IsSilentlyDone());
     EXPECT_THAT(differences(kept, readTree(m_folder / "out")), IsEmpty());

@@ -110,8 +110,8 @@ TEST_F(RealTreeTest, ComesBackFromAMountByteForByteAndTimeForTime) {
     }
     in.emplace_back("java://real/");
     const auto copiedIn = copy(in);
-    EXPECT_EQ(original.passedOver.empty() ? 0 : 6, copiedIn.exitCode);
-    EXPECT_EQ(original.passedOver.size(), copiedIn.errLines().size()) << copiedIn.err;
+    EXPECT_EQ(copiedIn.exitCode, original.passedOver.empty() ? 0 : 6);
+    EXPECT_EQ(copiedIn.errLines().size(), original.passedOver.size()) << copiedIn.err;
     const auto mounted = readTree(m_folder / "mounted");
     EXPECT_THAT(differences(original, mounted), IsEmpty());
 

@@ -35,7 +35,7 @@ protected:
     /// The bytes that a file takes on the disk.
     [[nodiscard]] std::uint64_t occupied(std::string_view name) const {
         struct stat status {};
-        EXPECT_EQ(0, ::stat((m_folder / name).c_str(), &status));
+        EXPECT_EQ(::stat((m_folder / name).c_str(), &status), 0);
         return static_cast<std::uint64_t>(status.st_blocks) * 512;
     }
 
@@ -49,7 +49,7 @@ protected:
     [[nodiscard]] static long ownPeakKiB() {
         std::ofstream("/proc/self/clear_refs") << 5;
         rusage used{};
-        EXPECT_EQ(0, ::getrusage(RUSAGE_SELF, &used));
+        EXPECT_EQ(::getrusage(RUSAGE_SELF, &used), 0);
         return used.ru_maxrss;
     }
 
@@ -74,10 +74,10 @@ TEST_F(SparseFileTest, TwoGiBAreCopiedWithinTheMemoryOfASmallCopyAndStaySparse) 
     const auto large = copy("large", "large copy");
     ASSERT_THAT(large, IsSilentlyDone());
 
-    ASSERT_EQ(TwoGiB, fs::file_size(m_folder / "large copy"));
-    EXPECT_EQ(std::string("beginning") + '\0', read("large copy", 0, 10));
-    EXPECT_EQ('\0' + std::string("middle") + '\0', read("large copy", TwoGiB / 2 - 4, 8));
-    EXPECT_EQ('\0' + std::string("end"), read("large copy", TwoGiB - 4, 9));
+    ASSERT_EQ(fs::file_size(m_folder / "large copy"), TwoGiB);
+    EXPECT_EQ(read("large copy", 0, 10), std::string("beginning") + '\0');
+    EXPECT_EQ(read("large copy", TwoGiB / 2 - 4, 8), '\0' + std::string("middle") + '\0');
+    EXPECT_EQ(read("large copy", TwoGiB - 4, 9), '\0' + std::string("end"));
     EXPECT_LT(occupied("large copy"), 2 * MiB);
     std::printf("most memory: %ld KiB for the small copy, %ld KiB for the large one\n", small.peakKiB, large.peakKiB);
     EXPECT_LT(large.peakKiB, small.peakKiB + 32 * 1024);
@@ -87,14 +87,14 @@ TEST_F(SparseFileTest, HoleAtTheEndHasItsLength) {
     makeHole("hole", 5 * MiB + 7);
     write("hole", 0, "x");
     ASSERT_THAT(copy("hole", "copy"), IsSilentlyDone());
-    EXPECT_EQ(contentOf(m_folder / "hole"), contentOf(m_folder / "copy"));
+    EXPECT_EQ(contentOf(m_folder / "copy"), contentOf(m_folder / "hole"));
     EXPECT_LT(occupied("copy"), MiB);
 }
 
 TEST_F(SparseFileTest, NothingButAHoleHasItsLength) {
     makeHole("hole", 3 * MiB);
     ASSERT_THAT(copy("hole", "copy"), IsSilentlyDone());
-    EXPECT_EQ(contentOf(m_folder / "hole"), contentOf(m_folder / "copy"));
+    EXPECT_EQ(contentOf(m_folder / "copy"), contentOf(m_folder / "hole"));
     EXPECT_LT(occupied("copy"), MiB);
 }
 
@@ -102,7 +102,7 @@ TEST_F(SparseFileTest, HoleReplacesOldContent) {
     makeHole("hole", MiB);
     m_folder.file("old", std::string(2 * MiB, 'x'));
     ASSERT_THAT(jstore({"cp", "--replace", m_folder.location("hole"), m_folder.location("old")}), IsSilentlyDone());
-    EXPECT_EQ(std::string(MiB, '\0'), contentOf(m_folder / "old"));
+    EXPECT_EQ(contentOf(m_folder / "old"), std::string(MiB, '\0'));
 }
 
 TEST_F(SparseFileTest, ZerosArriveInAnArchive) {
@@ -112,7 +112,7 @@ TEST_F(SparseFileTest, ZerosArriveInAnArchive) {
     const auto mount = "zip=jar:file://" + archive.string();
     ASSERT_THAT(jstore({"--mount", mount, "cp", m_folder.location("hole"), "java://zip/hole"}), IsSilentlyDone());
     ASSERT_THAT(jstore({"--mount", mount, "cp", "java://zip/hole", m_folder.location("back")}), IsSilentlyDone());
-    EXPECT_EQ(contentOf(m_folder / "hole"), contentOf(m_folder / "back"));
+    EXPECT_EQ(contentOf(m_folder / "back"), contentOf(m_folder / "hole"));
 }
 
 }  // namespace

@@ -64,7 +64,7 @@ protected:
         while (const auto count = std::fread(buffer.data(), 1, buffer.size(), pipe)) {
             output.append(buffer.data(), count);
         }
-        EXPECT_EQ(0, ::pclose(pipe)) << command << '\n' << output;
+        EXPECT_EQ(::pclose(pipe), 0) << command << '\n' << output;
         return output;
     }
 
@@ -88,7 +88,7 @@ protected:
             unsigned long size = 0;
             const int read = std::sscanf(line.c_str(), " %lu %15s %u %*s %*s %*s %x %n", &size, method.data(), &packed,
                                          &known.checksum, &name);
-            EXPECT_EQ(4, read) << line;
+            EXPECT_EQ(read, 4) << line;
             known.size = size;
             files[line.substr(static_cast<std::size_t>(name))] = known;
         }
@@ -102,9 +102,9 @@ protected:
         for (const auto& found : objectsOf(mounted({"--json", "find", "--type", "f", "java://zip/"}))) {
             const std::string location = found.at("location");
             const auto content = mounted({"cat", location});
-            EXPECT_EQ(0, content.exitCode) << content.err;
+            EXPECT_EQ(content.exitCode, 0) << content.err;
             const auto stat = objectsOf(mounted({"--json", "stat", location})).at(0);
-            EXPECT_EQ(content.out.size(), stat.at("size"));
+            EXPECT_EQ(stat.at("size"), content.out.size());
             files[decoded(location.substr(std::string("java://zip/").size()))] = {stat.at("size"), crc32(content.out)};
         }
         return files;
@@ -139,14 +139,14 @@ TEST_F(ZipTest, NamesAreThoseThatUnzipLists) {
         found.insert(object.at("type") == "folder" ? name + '/' : name);
     }
     found.erase("/");
-    EXPECT_EQ(listed, found);
+    EXPECT_EQ(found, listed);
 }
 
 TEST_F(ZipTest, SizesAndChecksumsAreThoseThatUnzipLists) {
     makeArchive();
     const auto expected = knownToUnzip();
-    EXPECT_EQ(6U, expected.size());
-    EXPECT_EQ(expected, knownToJstore());
+    EXPECT_EQ(expected.size(), 6U);
+    EXPECT_EQ(knownToJstore(), expected);
 }
 
 TEST_F(ZipTest, WhatWasCopiedInIsWhatUnzipTakesOut) {
@@ -154,10 +154,10 @@ TEST_F(ZipTest, WhatWasCopiedInIsWhatUnzipTakesOut) {
     ASSERT_THAT(mounted({"cp", "-r", m_folder.location("tree"), "java://zip/tree"}), IsSilentlyDone());
     EXPECT_THAT(shell("unzip -t a.zip"), HasSubstr("No errors detected"));
     static_cast<void>(shell("TZ=UTC unzip -q a.zip -d out"));
-    EXPECT_EQ("kept", contentOf(m_folder / "out/there before"));
-    EXPECT_EQ(6U, readTree(m_folder / "tree").files());
+    EXPECT_EQ(contentOf(m_folder / "out/there before"), "kept");
+    EXPECT_EQ(readTree(m_folder / "tree").files(), 6U);
     EXPECT_THAT(shell("diff -r tree out/tree"), IsEmpty());
-    EXPECT_EQ(knownToUnzip(), knownToJstore());
+    EXPECT_EQ(knownToJstore(), knownToUnzip());
 }
 
 TEST_F(ZipTest, ReplacedAndRemovedFilesLeaveASoundArchive) {
@@ -166,9 +166,9 @@ TEST_F(ZipTest, ReplacedAndRemovedFilesLeaveASoundArchive) {
     ASSERT_THAT(mounted({"cp", "--replace", m_folder.location("new text"), "java://zip/text"}), IsSilentlyDone());
     ASSERT_THAT(mounted({"rm", "-r", "java://zip/deep"}), IsSilentlyDone());
     EXPECT_THAT(shell("unzip -t a.zip"), HasSubstr("No errors detected"));
-    EXPECT_EQ("other text", shell("unzip -p a.zip text"));
-    EXPECT_EQ(knownToUnzip(), knownToJstore());
-    EXPECT_EQ(3U, knownToUnzip().size());
+    EXPECT_EQ(shell("unzip -p a.zip text"), "other text");
+    EXPECT_EQ(knownToJstore(), knownToUnzip());
+    EXPECT_EQ(knownToUnzip().size(), 3U);
 }
 
 TEST_F(ZipTest, OtherWriterKeepsThisOneOutAndNoReader) {
@@ -177,7 +177,7 @@ TEST_F(ZipTest, OtherWriterKeepsThisOneOutAndNoReader) {
     const int other = ::open(draft.c_str(), O_RDWR | O_CLOEXEC);
     struct flock lock = {};
     lock.l_type = F_WRLCK;
-    ASSERT_EQ(0, ::fcntl(other, F_SETLK, &lock));
+    ASSERT_EQ(::fcntl(other, F_SETLK, &lock), 0);
     m_folder.file("new", "other text");
     const std::vector<std::string> copy{"cp", m_folder.location("new"), "java://zip/new"};
     EXPECT_THAT(mounted(copy), FailsWith(1, "jstore: InUse: java://zip/new: another program is writing this archive"));
@@ -186,7 +186,7 @@ TEST_F(ZipTest, OtherWriterKeepsThisOneOutAndNoReader) {
     ::close(other);
     EXPECT_THAT(mounted(copy), IsSilentlyDone());
     EXPECT_FALSE(fs::exists(draft)) << "its maker is gone";
-    EXPECT_EQ("other text", shell("unzip -p a.zip new"));
+    EXPECT_EQ(shell("unzip -p a.zip new"), "other text");
 }
 
 TEST_F(ZipTest, WhatWasMovedBeforeASignalIsInTheArchive) {
@@ -207,10 +207,10 @@ TEST_F(ZipTest, WhatWasMovedBeforeASignalIsInTheArchive) {
         ASSERT_TRUE(run.readUntil([lines](const Outcome& soFar) { return soFar.outLines().size() > lines; }));
         ::kill(run.pid(), SIGINT);
         const auto outcome = run.wait();
-        EXPECT_EQ(130, outcome.exitCode);
+        EXPECT_EQ(outcome.exitCode, 130);
         EXPECT_THAT(outcome.errLines(), ElementsAre(StartsWith("jstore: interrupted: ")));
         const auto moved = outcome.outLines().size() - 1;
-        EXPECT_EQ(std::to_string(moved) + "\n", shell("unzip -tqq a.zip && unzip -Z1 a.zip 'd/[0-9]*' | wc -l"));
+        EXPECT_EQ(shell("unzip -tqq a.zip && unzip -Z1 a.zip 'd/[0-9]*' | wc -l"), std::to_string(moved) + "\n");
     }
 }
 
@@ -221,7 +221,7 @@ TEST_F(ZipTest, LinkToAnArchiveStaysALink) {
     m_folder.file("new", "other text");
     ASSERT_THAT(mounted({"cp", m_folder.location("new"), "java://zip/new"}), IsSilentlyDone());
     EXPECT_TRUE(fs::is_symlink(m_folder / "a.zip"));
-    EXPECT_EQ("other text", shell("unzip -p real.zip new"));
+    EXPECT_EQ(shell("unzip -p real.zip new"), "other text");
 }
 
 }  // namespace

@@ -43,9 +43,9 @@ public:
     Jstore& with(const std::string& name, const std::string& value);
     Jstore& in(std::filesystem::path folder);
     Jstore& outputTo(Output output);
-    /// How long wait() waits; two minutes unless told.
+    /// How long wait() waits; two minutes by default.
     Jstore& within(std::chrono::seconds limit);
-    /// Has another program run jstore: the words go before the name of the program.
+    /// Runs jstore through another program: the words go before the name of jstore.
     Jstore& through(std::vector<std::string> wrapper);
 
     void start();

@@ -39,8 +39,8 @@ TEST_F(ClassPathTest, OptionThenEnvironmentThenInstallation) {
 }
 
 TEST_F(ClassPathTest, JarAndFolderHaveNoProblem) {
-    EXPECT_EQ("", problemOfFile(m_jar));
-    EXPECT_EQ("", problemOf({m_folder.path(), "--class-path"}));
+    EXPECT_EQ(problemOfFile(m_jar), "");
+    EXPECT_EQ(problemOf({m_folder.path(), "--class-path"}), "");
 }
 
 TEST_F(ClassPathTest, MissingEntryIsAProblem) {
@@ -48,9 +48,9 @@ TEST_F(ClassPathTest, MissingEntryIsAProblem) {
 }
 
 TEST_F(ClassPathTest, FileThatIsNoArchiveIsAProblem) {
-    EXPECT_EQ("not a zip archive", problemOfFile(""));
-    EXPECT_EQ("not a zip archive", problemOfFile("PK\x03\x04 and then something else"));
-    EXPECT_EQ("not a zip archive", problemOfFile(m_jar.substr(0, m_jar.size() / 2)));
+    EXPECT_EQ(problemOfFile(""), "not a zip archive");
+    EXPECT_EQ(problemOfFile("PK\x03\x04 and then something else"), "not a zip archive");
+    EXPECT_EQ(problemOfFile(m_jar.substr(0, m_jar.size() / 2)), "not a zip archive");
 }
 
 TEST_F(ClassPathTest, DamagedTableOfContentsIsAProblem) {
@@ -63,24 +63,24 @@ TEST_F(ClassPathTest, DamagedTableOfContentsIsAProblem) {
 
 TEST_F(ClassPathTest, JarMayFollowAProgramThatUnpacksIt) {
     const ClassPathEntry jar{m_folder.file("x.jar", "#!/bin/sh\nexec java -jar \"$0\" \"$@\"\n" + m_jar), ""};
-    EXPECT_EQ("", problemOf(jar));
+    EXPECT_EQ(problemOf(jar), "");
     EXPECT_TRUE(holdsClass(jar, "com.corvallen.jstore.test.EmptyProvider"));
-    EXPECT_EQ("", problemOfFile(std::string(100000, 'x') + m_jar));
+    EXPECT_EQ(problemOfFile(std::string(100000, 'x') + m_jar), "");
 }
 
 TEST_F(ClassPathTest, JarMayHaveBytesAfterIt) {
-    EXPECT_EQ("", problemOfFile(m_jar + "a signature, or a line that an upload has added"));
-    EXPECT_EQ("", problemOfFile("before" + m_jar + "after"));
-    EXPECT_EQ("not a zip archive", problemOfFile(m_jar + std::string(70000, 'x')));
+    EXPECT_EQ(problemOfFile(m_jar + "a signature, or a line that an upload has added"), "");
+    EXPECT_EQ(problemOfFile("before" + m_jar + "after"), "");
+    EXPECT_EQ(problemOfFile(m_jar + std::string(70000, 'x')), "not a zip archive");
 }
 
-TEST_F(ClassPathTest, JarWithoutMembersIsNoProblem) { EXPECT_EQ("", problemOfFile("PK\5\6" + std::string(18, '\0'))); }
+TEST_F(ClassPathTest, JarWithoutMembersIsNoProblem) { EXPECT_EQ(problemOfFile("PK\5\6" + std::string(18, '\0')), ""); }
 
 TEST_F(ClassPathTest, CommentMayLookLikeAnEnd) {
     auto jar = m_jar;
     const std::string comment = "PK\5\6" + std::string(30, 'x');
     jar[jar.size() - 2] = static_cast<char>(comment.size());
-    EXPECT_EQ("", problemOfFile(jar + comment));
+    EXPECT_EQ(problemOfFile(jar + comment), "");
 }
 
 TEST_F(ClassPathTest, TableOfContentsBeforeTheFileIsAProblem) {
@@ -94,8 +94,8 @@ TEST_F(ClassPathTest, TableOfContentsBeforeTheFileIsAProblem) {
 
 TEST_F(ClassPathTest, PipeIsAProblem) {
     const auto path = m_folder / "pipe";
-    ASSERT_EQ(0, ::mkfifo(path.c_str(), 0600));
-    EXPECT_EQ("neither a folder nor a jar", problemOf({path, "--class-path"}));
+    ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
+    EXPECT_EQ(problemOf({path, "--class-path"}), "neither a folder nor a jar");
 }
 
 TEST_F(ClassPathTest, ClassIsFoundInAJar) {
@@ -113,8 +113,8 @@ TEST_F(ClassPathTest, ClassIsFoundInAFolder) {
 }
 
 TEST_F(ClassPathTest, ClassNamesAreWrittenBothWays) {
-    EXPECT_EQ("com/example/A$B", slashed("com.example.A$B"));
-    EXPECT_EQ("com.example.A$B", dotted("com/example/A$B"));
+    EXPECT_EQ(slashed("com.example.A$B"), "com/example/A$B");
+    EXPECT_EQ(dotted("com/example/A$B"), "com.example.A$B");
 }
 
 }  // namespace

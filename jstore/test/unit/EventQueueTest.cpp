@@ -29,10 +29,10 @@ TEST(EventQueueTest, EventsComeOutInOrderOnce) {
     queue.push(eventOf(u"a"));
     queue.push(eventOf(u"b"));
     const auto batch = queue.take();
-    ASSERT_EQ(2U, batch.events.size());
-    EXPECT_EQ(u"java:///a", batch.events[0].changed.text());
-    EXPECT_EQ(u"java:///b", batch.events[1].changed.text());
-    EXPECT_EQ(0U, batch.lost);
+    ASSERT_EQ(batch.events.size(), 2U);
+    EXPECT_EQ(batch.events[0].changed.text(), u"java:///a");
+    EXPECT_EQ(batch.events[1].changed.text(), u"java:///b");
+    EXPECT_EQ(batch.lost, 0U);
     EXPECT_TRUE(queue.take().events.empty());
 }
 
@@ -42,7 +42,7 @@ TEST(EventQueueTest, DescriptorIsReadableWhileThereIsSomething) {
     queue.push(eventOf(u"a"));
     EXPECT_TRUE(isReadable(queue));
     EXPECT_TRUE(isReadable(queue));
-    EXPECT_EQ(1U, queue.take().events.size());
+    EXPECT_EQ(queue.take().events.size(), 1U);
     EXPECT_FALSE(isReadable(queue));
 }
 
@@ -52,10 +52,10 @@ TEST(EventQueueTest, WhatDoesNotFitIsCountedBehindWhatDoes) {
         queue.push(eventOf(name));
     }
     const auto batch = queue.take();
-    EXPECT_EQ(2U, batch.events.size());
-    EXPECT_EQ(2U, batch.lost);
+    EXPECT_EQ(batch.events.size(), 2U);
+    EXPECT_EQ(batch.lost, 2U);
     queue.push(eventOf(u"e"));
-    EXPECT_EQ(1U, queue.take().events.size());
+    EXPECT_EQ(queue.take().events.size(), 1U);
 }
 
 TEST(EventQueueTest, NothingFollowsALossBeforeItIsTaken) {
@@ -65,8 +65,8 @@ TEST(EventQueueTest, NothingFollowsALossBeforeItIsTaken) {
     EXPECT_TRUE(isReadable(queue));
     queue.push(eventOf(u"b"));
     const auto batch = queue.take();
-    EXPECT_EQ(1U, batch.events.size());
-    EXPECT_EQ(2U, batch.lost);
+    EXPECT_EQ(batch.events.size(), 1U);
+    EXPECT_EQ(batch.lost, 2U);
 }
 
 TEST(EventQueueTest, ClosedQueueTakesNothing) {
@@ -77,7 +77,7 @@ TEST(EventQueueTest, ClosedQueueTakesNothing) {
     EXPECT_FALSE(isReadable(queue));
     const auto batch = queue.take();
     EXPECT_TRUE(batch.events.empty());
-    EXPECT_EQ(0U, batch.lost);
+    EXPECT_EQ(batch.lost, 0U);
 }
 
 TEST(EventQueueTest, ManyThreadsLoseNothing) {
@@ -95,13 +95,13 @@ TEST(EventQueueTest, ManyThreadsLoseNothing) {
     std::size_t taken = 0;
     while (taken < threads * each) {
         pollfd source{queue.descriptor(), POLLIN, 0};
-        ASSERT_EQ(1, ::poll(&source, 1, 10'000));
+        ASSERT_EQ(::poll(&source, 1, 10'000), 1);
         taken += queue.take().events.size();
     }
     for (auto& thread : pushing) {
         thread.join();
     }
-    EXPECT_EQ(static_cast<std::size_t>(threads * each), taken);
+    EXPECT_EQ(taken, static_cast<std::size_t>(threads * each));
 }
 
 }  // namespace

@@ -10,44 +10,44 @@ using ::testing::HasSubstr;
 namespace {
 
 TEST(ExitCodeTest, NumbersAreTheDocumentedOnes) {
-    EXPECT_EQ(0, static_cast<int>(ExitCode::Done));
-    EXPECT_EQ(1, static_cast<int>(ExitCode::Failed));
-    EXPECT_EQ(2, static_cast<int>(ExitCode::Usage));
-    EXPECT_EQ(3, static_cast<int>(ExitCode::NotFound));
-    EXPECT_EQ(4, static_cast<int>(ExitCode::AlreadyExists));
-    EXPECT_EQ(5, static_cast<int>(ExitCode::Denied));
-    EXPECT_EQ(6, static_cast<int>(ExitCode::SomeFailed));
-    EXPECT_EQ(7, static_cast<int>(ExitCode::NoJava));
-    EXPECT_EQ(8, static_cast<int>(ExitCode::NotSupported));
-    EXPECT_EQ(129, static_cast<int>(ExitCode::HungUp));
-    EXPECT_EQ(130, static_cast<int>(ExitCode::Interrupted));
-    EXPECT_EQ(143, static_cast<int>(ExitCode::Terminated));
+    EXPECT_EQ(static_cast<int>(ExitCode::Done), 0);
+    EXPECT_EQ(static_cast<int>(ExitCode::Failed), 1);
+    EXPECT_EQ(static_cast<int>(ExitCode::Usage), 2);
+    EXPECT_EQ(static_cast<int>(ExitCode::NotFound), 3);
+    EXPECT_EQ(static_cast<int>(ExitCode::AlreadyExists), 4);
+    EXPECT_EQ(static_cast<int>(ExitCode::Denied), 5);
+    EXPECT_EQ(static_cast<int>(ExitCode::SomeFailed), 6);
+    EXPECT_EQ(static_cast<int>(ExitCode::NoJava), 7);
+    EXPECT_EQ(static_cast<int>(ExitCode::NotSupported), 8);
+    EXPECT_EQ(static_cast<int>(ExitCode::HungUp), 129);
+    EXPECT_EQ(static_cast<int>(ExitCode::Interrupted), 130);
+    EXPECT_EQ(static_cast<int>(ExitCode::Terminated), 143);
 }
 
 TEST(ExitCodeTest, ErrorCodesHaveTheirExitCodes) {
-    EXPECT_EQ(ExitCode::NotFound, exitCodeOf(ErrorCode::NotFound));
-    EXPECT_EQ(ExitCode::AlreadyExists, exitCodeOf(ErrorCode::AlreadyExists));
-    EXPECT_EQ(ExitCode::Denied, exitCodeOf(ErrorCode::AccessDenied));
-    EXPECT_EQ(ExitCode::NotSupported, exitCodeOf(ErrorCode::NotSupported));
+    EXPECT_EQ(exitCodeOf(ErrorCode::NotFound), ExitCode::NotFound);
+    EXPECT_EQ(exitCodeOf(ErrorCode::AlreadyExists), ExitCode::AlreadyExists);
+    EXPECT_EQ(exitCodeOf(ErrorCode::AccessDenied), ExitCode::Denied);
+    EXPECT_EQ(exitCodeOf(ErrorCode::NotSupported), ExitCode::NotSupported);
     for (const auto code : {ErrorCode::Unknown, ErrorCode::NotAFile, ErrorCode::NotAFolder, ErrorCode::FolderNotEmpty,
                             ErrorCode::Cancelled, ErrorCode::InvalidLocation, ErrorCode::StorageFull, ErrorCode::InUse,
                             ErrorCode::Unavailable}) {
-        EXPECT_EQ(ExitCode::Failed, exitCodeOf(code)) << toString(code);
+        EXPECT_EQ(exitCodeOf(code), ExitCode::Failed) << toString(code);
     }
 }
 
-TEST(ExitCodeTest, NoOperationIsDone) { EXPECT_EQ(ExitCode::Done, combine({})); }
+TEST(ExitCodeTest, NoOperationIsDone) { EXPECT_EQ(combine({}), ExitCode::Done); }
 
 TEST(ExitCodeTest, OperationsThatEndAlikeShareTheirCode) {
-    EXPECT_EQ(ExitCode::Done, combine({ExitCode::Done, ExitCode::Done}));
-    EXPECT_EQ(ExitCode::NotFound, combine({ExitCode::NotFound, ExitCode::NotFound}));
-    EXPECT_EQ(ExitCode::Denied, combine({ExitCode::Denied}));
+    EXPECT_EQ(combine({ExitCode::Done, ExitCode::Done}), ExitCode::Done);
+    EXPECT_EQ(combine({ExitCode::NotFound, ExitCode::NotFound}), ExitCode::NotFound);
+    EXPECT_EQ(combine({ExitCode::Denied}), ExitCode::Denied);
 }
 
 TEST(ExitCodeTest, OperationsThatEndDifferentlyAreSomeFailed) {
-    EXPECT_EQ(ExitCode::SomeFailed, combine({ExitCode::Done, ExitCode::NotFound}));
-    EXPECT_EQ(ExitCode::SomeFailed, combine({ExitCode::NotFound, ExitCode::Done}));
-    EXPECT_EQ(ExitCode::SomeFailed, combine({ExitCode::NotFound, ExitCode::Denied}));
+    EXPECT_EQ(combine({ExitCode::Done, ExitCode::NotFound}), ExitCode::SomeFailed);
+    EXPECT_EQ(combine({ExitCode::NotFound, ExitCode::Done}), ExitCode::SomeFailed);
+    EXPECT_EQ(combine({ExitCode::NotFound, ExitCode::Denied}), ExitCode::SomeFailed);
 }
 
 TEST(ExitCodeTest, TableListsEveryNumber) {

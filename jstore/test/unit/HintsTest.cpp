@@ -29,15 +29,15 @@ TEST_F(HintsTest, KnownMountIsForTheDoctor) {
 
 TEST_F(HintsTest, ReasonIsBetterThanTheDoctor) {
     m_options.mounts = {{"data", "file:///srv"}};
-    EXPECT_EQ("",
-              hintFor({"Unavailable", "java://data/x", "", ExitCode::Failed, "zip END header not found"}, m_options));
+    EXPECT_EQ(hintFor({"Unavailable", "java://data/x", "", ExitCode::Failed, "zip END header not found"}, m_options),
+              "");
 }
 
 TEST_F(HintsTest, NothingElseHasAHint) {
-    EXPECT_EQ("", hint("NotFound", "java://data/x"));
-    EXPECT_EQ("", hint("Unavailable", "java:///x"));
+    EXPECT_EQ(hint("NotFound", "java://data/x"), "");
+    EXPECT_EQ(hint("Unavailable", "java:///x"), "");
     m_options.provider = "com.example.Other";
-    EXPECT_EQ("", hint("Unavailable", "java://data/x"));
+    EXPECT_EQ(hint("Unavailable", "java://data/x"), "");
 }
 
 }  // namespace

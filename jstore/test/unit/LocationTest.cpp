@@ -36,84 +36,84 @@ protected:
 TEST_F(LocationTest, IriIsTakenAsItStands) {
     for (const auto* const text : {"java:///", "java:///tmp/a", "java:///tmp/a%20b", "java://mount/a b/%",
                                    "java://mount", "java:///a/../b", "java:///tmp/\xF0\x9F\x98\x80"}) {
-        EXPECT_EQ(text, toLocation(text).text());
+        EXPECT_EQ(toLocation(text).text(), text);
     }
 }
 
-TEST_F(LocationTest, SchemeIsInLowerCase) { EXPECT_EQ("java:///Tmp", toLocation("JaVa:///Tmp").text()); }
+TEST_F(LocationTest, SchemeIsInLowerCase) { EXPECT_EQ(toLocation("JaVa:///Tmp").text(), "java:///Tmp"); }
 
 TEST_F(LocationTest, AbsolutePathIsALocation) {
-    EXPECT_EQ("java:///tmp/a", toLocation("/tmp/a").text());
-    EXPECT_EQ("java:///tmp/a", toLocation("//tmp///./a/").text());
-    EXPECT_EQ("java:///", toLocation("/").text());
+    EXPECT_EQ(toLocation("/tmp/a").text(), "java:///tmp/a");
+    EXPECT_EQ(toLocation("//tmp///./a/").text(), "java:///tmp/a");
+    EXPECT_EQ(toLocation("/").text(), "java:///");
 }
 
 TEST_F(LocationTest, RelativePathBeginsAtTheWorkingFolder) {
-    EXPECT_EQ(m_folder.location("a/b"), toLocation("a/b").text());
-    EXPECT_EQ(m_folder.location("a"), toLocation("./a").text());
-    EXPECT_EQ("java://" + m_folder.path().string(), toLocation(".").text());
+    EXPECT_EQ(toLocation("a/b").text(), m_folder.location("a/b"));
+    EXPECT_EQ(toLocation("./a").text(), m_folder.location("a"));
+    EXPECT_EQ(toLocation(".").text(), "java://" + m_folder.path().string());
 }
 
 TEST_F(LocationTest, NamesOfAPathAreEncoded) {
-    EXPECT_EQ("java:///a%20b/%23/%3F/%25/%2541", toLocation("/a b/#/?/%/%41").text());
-    EXPECT_EQ(u"100% #1?", toLocation("/100% #1?").iri().getName());
-    EXPECT_EQ(u"\U0001F600", toLocation("/\xF0\x9F\x98\x80").iri().getName());
+    EXPECT_EQ(toLocation("/a b/#/?/%/%41").text(), "java:///a%20b/%23/%3F/%25/%2541");
+    EXPECT_EQ(toLocation("/100% #1?").iri().getName(), u"100% #1?");
+    EXPECT_EQ(toLocation("/\xF0\x9F\x98\x80").iri().getName(), u"\U0001F600");
 }
 
 TEST_F(LocationTest, ColonMakesNoSchemeWithoutSlashes) {
-    EXPECT_EQ(u"a:b", toLocation("a:b").iri().getName());
-    EXPECT_EQ(u"12:30", toLocation("12:30").iri().getName());
-    EXPECT_EQ(u"java:x", toLocation("./java:x").iri().getName());
+    EXPECT_EQ(toLocation("a:b").iri().getName(), u"a:b");
+    EXPECT_EQ(toLocation("12:30").iri().getName(), u"12:30");
+    EXPECT_EQ(toLocation("./java:x").iri().getName(), u"java:x");
 }
 
 TEST_F(LocationTest, DotDotFollowsSymbolicLinks) {
     m_folder.folder("elsewhere/deep");
     std::filesystem::create_directory_symlink("elsewhere/deep", m_folder / "link");
-    EXPECT_EQ(m_folder.location("elsewhere/x"), toLocation("link/../x").text());
-    EXPECT_EQ("java://" + m_folder.path().string(), toLocation("elsewhere/..").text());
-    EXPECT_EQ("java:///x", toLocation("/../x").text());
+    EXPECT_EQ(toLocation("link/../x").text(), m_folder.location("elsewhere/x"));
+    EXPECT_EQ(toLocation("elsewhere/..").text(), "java://" + m_folder.path().string());
+    EXPECT_EQ(toLocation("/../x").text(), "java:///x");
 }
 
 TEST_F(LocationTest, DotDotAfterNothingIsNotFound) {
     const auto problem = problemOf("missing/../x");
-    EXPECT_EQ("NotFound", problem.code);
-    EXPECT_EQ(ExitCode::NotFound, problem.exitCode);
-    EXPECT_EQ("missing/../x", problem.location);
+    EXPECT_EQ(problem.code, "NotFound");
+    EXPECT_EQ(problem.exitCode, ExitCode::NotFound);
+    EXPECT_EQ(problem.location, "missing/../x");
 }
 
 TEST_F(LocationTest, HashAndQuestionMarkInAnIriAreRefused) {
-    EXPECT_THAT(errorLine(problemOf("java:///a#b")), "jstore: InvalidLocation: java:///a#b: write %23 for # in a name");
-    EXPECT_THAT(errorLine(problemOf("java:///a?b#c")), HasSubstr("write %3F for ? in a name"));
-    EXPECT_EQ(ExitCode::Usage, problemOf("java:///a#b").exitCode);
+    EXPECT_THAT(errorLine(problemOf("java:///a#b")), "jstore: InvalidLocation: java:///a#b: write # in a name as %23");
+    EXPECT_THAT(errorLine(problemOf("java:///a?b#c")), HasSubstr("write ? in a name as %3F"));
+    EXPECT_EQ(problemOf("java:///a#b").exitCode, ExitCode::Usage);
 }
 
 TEST_F(LocationTest, OtherSchemesAreRefused) {
     EXPECT_THAT(problemOf("http://host/x").text, HasSubstr("java://"));
-    EXPECT_EQ(ExitCode::Usage, problemOf("http://host/x").exitCode);
+    EXPECT_EQ(problemOf("http://host/x").exitCode, ExitCode::Usage);
     EXPECT_THAT(problemOf("java:/x").text, HasSubstr("begins with java://"));
     EXPECT_THAT(problemOf("java:x").text, HasSubstr("./"));
 }
 
 TEST_F(LocationTest, EmptyAndIriThatIsNotUtf8AreRefused) {
-    EXPECT_EQ(ExitCode::Usage, problemOf("").exitCode);
-    EXPECT_EQ("jstore: InvalidLocation: java:///gr\xEF\xBF\xBDn: it is not UTF-8; a local path may be any bytes",
-              errorLine(problemOf("java:///gr\xFCn")));
-    EXPECT_EQ(ExitCode::Usage, problemOf("java:///\xFF").exitCode);
+    EXPECT_EQ(problemOf("").exitCode, ExitCode::Usage);
+    EXPECT_EQ(errorLine(problemOf("java:///gr\xFCn")),
+              "jstore: InvalidLocation: java:///gr\xEF\xBF\xBDn: not UTF-8; only a local path may hold other bytes");
+    EXPECT_EQ(problemOf("java:///\xFF").exitCode, ExitCode::Usage);
 }
 
 TEST_F(LocationTest, PathMayBeAnyBytes) {
-    EXPECT_EQ(u"gr\uEFFCn", toLocation("/tmp/gr\xFCn").iri().getName());
-    EXPECT_EQ(m_folder.location("a\xEE\xBF\xBF"), toLocation("a\xFF").text());
+    EXPECT_EQ(toLocation("/tmp/gr\xFCn").iri().getName(), u"gr\uEFFCn");
+    EXPECT_EQ(toLocation("a\xFF").text(), m_folder.location("a\xEE\xBF\xBF"));
 }
 
 TEST_F(LocationTest, NameAsItIsShownIsTheNameThatIsThere) {
     EXPECT_EQ(toLocation("gr\xFCn").text(), toLocation("gr\xEE\xBF\xBCn").text());
     m_folder.file("gr\xEE\xBF\xBCn");
-    EXPECT_EQ(u"gr\uEFEE\uEFBF\uEFBCn", toLocation("gr\xEE\xBF\xBCn").iri().getName());
+    EXPECT_EQ(toLocation("gr\xEE\xBF\xBCn").iri().getName(), u"gr\uEFEE\uEFBF\uEFBCn");
 }
 
 TEST_F(LocationTest, OneWrongArgumentStopsAll) {
-    EXPECT_EQ(2U, toLocations({"a", "b"}).size());
+    EXPECT_EQ(toLocations({"a", "b"}).size(), 2U);
     EXPECT_THROW(static_cast<void>(toLocations({"a", "http://x"})), CommandError);
 }
 

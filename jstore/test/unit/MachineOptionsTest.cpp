@@ -2,8 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "java/ArchiveSeal.h"
-#include "java/JavaVersion.h"
+#include "java/ArchiveChecksum.h"
 #include "support/TemporaryFolder.h"
 
 namespace jstore {
@@ -25,7 +24,7 @@ TEST(MachineOptionsTest, PreferencesAreApartFromTheUsersOptions) {
                 ElementsAre("-Xmx128m", "-XX:TieredStopAtLevel=1", "-XX:CompileThresholdScaling=2", "-Xshare:auto",
                             "-XX:+UseSerialGC"));
     EXPECT_THAT(machine.jvmOptions, ElementsAre("-Dstorage.mount.data=file:///srv", "-Xmx1g", "-Da=b"));
-    EXPECT_EQ(std::nullopt, machine.maxHeapMiB);
+    EXPECT_EQ(machine.maxHeapMiB, std::nullopt);
 }
 
 class ClassArchiveOptionTest : public ::testing::Test {
@@ -39,9 +38,9 @@ protected:
     [[nodiscard]] std::string used() const {
         return "-XX:SharedArchiveFile=" + (m_folder.path() / "classes-17.0.1.jsa").string();
     }
-    std::string sealedFile(const std::string& name) const {
+    std::string checkedFile(const std::string& name) const {
         const auto file = m_folder.file(name, "classes");
-        seal(file);
+        appendChecksum(file);
         return file.string();
     }
 
@@ -51,7 +50,7 @@ protected:
 
 TEST_F(ClassArchiveOptionTest, ArchiveIsUsedIfItIsThere) {
     EXPECT_THAT(preferred(), Not(Contains(used())));
-    sealedFile("classes-17.0.1.jsa");
+    checkedFile("classes-17.0.1.jsa");
     EXPECT_THAT(preferred(), Contains(used()));
     m_options.classPath = {"/usr"};
     EXPECT_THAT(preferred(), Not(Contains(used())));
@@ -60,36 +59,35 @@ TEST_F(ClassArchiveOptionTest, ArchiveIsUsedIfItIsThere) {
     EXPECT_THAT(preferred(), Not(Contains(used())));
 }
 
-TEST_F(ClassArchiveOptionTest, ArchiveWithoutASealIsNotUsed) {
+TEST_F(ClassArchiveOptionTest, ArchiveWithoutAChecksumIsNotUsed) {
     m_folder.file("classes-17.0.1.jsa", "classes");
     EXPECT_THAT(preferred(), Not(Contains(used())));
 }
 
 TEST_F(ClassArchiveOptionTest, ArchiveOfAnotherVersionIsLeftAlone) {
-    sealedFile("classes-17.0.2.jsa");
+    checkedFile("classes-17.0.2.jsa");
     EXPECT_THAT(preferred(), Not(Contains(HasSubstr("SharedArchiveFile"))));
 }
 
 TEST_F(ClassArchiveOptionTest, NewArchiveStandsForTheOld) {
-    sealedFile("classes-17.0.1.jsa");
+    checkedFile("classes-17.0.1.jsa");
     m_options.newArchive = "/new.jsa";
     EXPECT_THAT(preferred(), Not(Contains(used())));
     EXPECT_THAT(machine().jvmOptions, Contains("-XX:ArchiveClassesAtExit=/new.jsa"));
 }
 
 TEST(JavaVersionTest, FirstNumberIsTheMajorOne) {
-    EXPECT_EQ(17, majorOf("17.0.1"));
-    EXPECT_EQ(1, majorOf("1.8.0"));
-    EXPECT_EQ(0, majorOf(""));
+    EXPECT_EQ(storage::jvm::majorVersion("17.0.1"), 17);
+    EXPECT_EQ(storage::jvm::majorVersion("1.8.0"), 1);
+    EXPECT_EQ(storage::jvm::majorVersion(""), 0);
 }
 
 TEST(MachineOptionsTest, HomeAndTheClassPathThatIsThereAreHandedOver) {
     Options options;
-    options.javaHome = "/j";
     options.classPath = {"/usr:/nonexistent.jar"};
     options.installedJars = "/nonexistent";
-    const auto machine = virtualMachineOptions(options, {});
-    EXPECT_EQ("/j", machine.javaHome);
+    const auto machine = virtualMachineOptions(options, {"JAVA_HOME", "/j", "/j/libjvm.so", ""});
+    EXPECT_EQ(machine.java.value().home, "/j");
     EXPECT_THAT(machine.classPath, ElementsAre("/usr"));
 }
 
@@ -97,16 +95,16 @@ TEST(MachineOptionsTest, FirstCandidateWithoutAProblemIsUsed) {
     const std::vector<JavaCandidate> candidates{{"JAVA_HOME", "/a", "", "no libjvm"},
                                                 {"java on PATH", "/b", "/b/libjvm.so", ""},
                                                 {"distribution folder", "/c", "/c/libjvm.so", ""}};
-    ASSERT_NE(nullptr, usable(candidates));
-    EXPECT_EQ("/b", usable(candidates)->home);
-    EXPECT_EQ(nullptr, usable({candidates.front()}));
-    EXPECT_EQ(nullptr, usable({}));
+    ASSERT_NE(usable(candidates), nullptr);
+    EXPECT_EQ(usable(candidates)->home, "/b");
+    EXPECT_EQ(usable({candidates.front()}), nullptr);
+    EXPECT_EQ(usable({}), nullptr);
 }
 
 TEST(MachineOptionsTest, CandidateIsDescribedInALine) {
-    EXPECT_EQ("JAVA_HOME /a: no libjvm", describe(JavaCandidate{"JAVA_HOME", "/a", "", "no libjvm"}));
-    EXPECT_EQ("java on PATH: not found", describe(JavaCandidate{"java on PATH", "", "", "not found"}));
-    EXPECT_EQ("java on PATH /b", describe(JavaCandidate{"java on PATH", "/b", "/b/libjvm.so", ""}));
+    EXPECT_EQ(describe(JavaCandidate{"JAVA_HOME", "/a", "", "no libjvm"}), "JAVA_HOME /a: no libjvm");
+    EXPECT_EQ(describe(JavaCandidate{"java on PATH", "", "", "not found"}), "java on PATH: not found");
+    EXPECT_EQ(describe(JavaCandidate{"java on PATH", "/b", "/b/libjvm.so", ""}), "java on PATH /b");
 }
 
 }  // namespace

@@ -14,21 +14,21 @@ std::string uriOf(const std::string& argument) { return parseMount(argument).uri
 
 TEST(MountTest, UriIsKept) {
     const auto mount = parseMount("data=file:///srv/data");
-    EXPECT_EQ("data", mount.name);
-    EXPECT_EQ("file:///srv/data", mount.uri);
-    EXPECT_EQ("jar:file:///a.zip", uriOf("a=jar:file:///a.zip"));
-    EXPECT_EQ("jimfs://a=b", uriOf("a=jimfs://a=b"));
+    EXPECT_EQ(mount.name, "data");
+    EXPECT_EQ(mount.uri, "file:///srv/data");
+    EXPECT_EQ(uriOf("a=jar:file:///a.zip"), "jar:file:///a.zip");
+    EXPECT_EQ(uriOf("a=jimfs://a=b"), "jimfs://a=b");
 }
 
 TEST(MountTest, PathBecomesAFileUri) {
-    EXPECT_EQ("file:///srv/data", uriOf("a=/srv/data/"));
-    EXPECT_EQ("file:///a%20b/%23%25/gr%C3%BCn", uriOf("a=/a b/#%/gr\xC3\xBCn"));
-    EXPECT_EQ("file://" + (std::filesystem::current_path() / "x").string(), uriOf("a=x"));
+    EXPECT_EQ(uriOf("a=/srv/data/"), "file:///srv/data");
+    EXPECT_EQ(uriOf("a=/a b/#%/gr\xC3\xBCn"), "file:///a%20b/%23%25/gr%C3%BCn");
+    EXPECT_EQ(uriOf("a=x"), "file://" + (std::filesystem::current_path() / "x").string());
 }
 
-TEST(MountTest, PathMayBeAnyBytes) { EXPECT_EQ("file:///a%20b/gr%FCn%20", uriOf("a=/a b/gr\xFCn ")); }
+TEST(MountTest, PathMayBeAnyBytes) { EXPECT_EQ(uriOf("a=/a b/gr\xFCn "), "file:///a%20b/gr%FCn%20"); }
 
-TEST(MountTest, UriIsMadeAscii) { EXPECT_EQ("file:///gr%C3%BCn/a%20b", uriOf("a=file:///gr\xC3\xBCn/a b")); }
+TEST(MountTest, UriIsMadeAscii) { EXPECT_EQ(uriOf("a=file:///gr\xC3\xBCn/a b"), "file:///gr%C3%BCn/a%20b"); }
 
 TEST(MountTest, WrongArgumentsAreUsageErrors) {
     for (const auto* const argument :
@@ -37,18 +37,18 @@ TEST(MountTest, WrongArgumentsAreUsageErrors) {
             static_cast<void>(parseMount(argument));
             ADD_FAILURE() << argument;
         } catch (const CommandError& error) {
-            EXPECT_EQ(ExitCode::Usage, error.problem().exitCode) << argument;
+            EXPECT_EQ(error.problem().exitCode, ExitCode::Usage) << argument;
         }
     }
 }
 
 TEST(MountTest, LocalTargetIsAPath) {
-    EXPECT_EQ("/srv/data", localTarget({"a", "file:///srv/data"}));
-    EXPECT_EQ("/srv/a b/100%", localTarget({"a", "file:///srv/a%20b/100%25"}));
-    EXPECT_EQ("/srv", localTarget({"a", "file:/srv"}));
-    EXPECT_EQ("/srv/a.zip", localTarget({"a", "jar:file:///srv/a.zip!/inside"}));
-    EXPECT_EQ(std::nullopt, localTarget({"a", "jimfs://memory"}));
-    EXPECT_EQ("/a%zz%4", localTarget({"a", "file:///a%zz%4"}));
+    EXPECT_EQ(localTarget({"a", "file:///srv/data"}), "/srv/data");
+    EXPECT_EQ(localTarget({"a", "file:///srv/a%20b/100%25"}), "/srv/a b/100%");
+    EXPECT_EQ(localTarget({"a", "file:/srv"}), "/srv");
+    EXPECT_EQ(localTarget({"a", "jar:file:///srv/a.zip!/inside"}), "/srv/a.zip");
+    EXPECT_EQ(localTarget({"a", "jimfs://memory"}), std::nullopt);
+    EXPECT_EQ(localTarget({"a", "file:///a%zz%4"}), "/a%zz%4");
 }
 
 }  // namespace

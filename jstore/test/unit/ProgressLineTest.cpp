@@ -33,11 +33,11 @@ ProgressView folderView() {
 }
 
 TEST(ProgressLineTest, KnownTotalHasBarPercentRateAndTimeLeft) {
-    EXPECT_EQ("video.mkv   39% [======>         ]  1.2G/3.0G  35.1M/s  0:48 left", progressLine(fileView(), 65));
+    EXPECT_EQ(progressLine(fileView(), 65), "video.mkv   39% [======>         ]  1.2G/3.0G  35.1M/s  0:48 left");
 }
 
 TEST(ProgressLineTest, UnknownTotalTellsWhatIsDone) {
-    EXPECT_EQ("1204 files  5.3G  35.1M/s  1:12  video.mkv 40%", progressLine(folderView(), 80));
+    EXPECT_EQ(progressLine(folderView(), 80), "1204 files  5.3G  35.1M/s  1:12  video.mkv 40%");
 }
 
 TEST(ProgressLineTest, CountsAloneHaveNoBytes) {
@@ -45,7 +45,7 @@ TEST(ProgressLineTest, CountsAloneHaveNoBytes) {
     view.unit = "removed";
     view.items = 7;
     view.elapsed = 3s;
-    EXPECT_EQ("7 removed  0:03", progressLine(view, 80));
+    EXPECT_EQ(progressLine(view, 80), "7 removed  0:03");
 }
 
 TEST(ProgressLineTest, NeverWiderThanTheTerminal) {
@@ -61,30 +61,30 @@ TEST(ProgressLineTest, NeverWiderThanTheTerminal) {
 }
 
 TEST(ProgressLineTest, LeastImportantGoesFirst) {
-    EXPECT_EQ(" 39%", progressLine(fileView(), 4));
-    EXPECT_EQ(" 39%  0:48 left", progressLine(fileView(), 16));
-    EXPECT_EQ("1204 files", progressLine(folderView(), 11));
-    EXPECT_EQ("", progressLine(fileView(), 3));
+    EXPECT_EQ(progressLine(fileView(), 4), " 39%");
+    EXPECT_EQ(progressLine(fileView(), 16), " 39%  0:48 left");
+    EXPECT_EQ(progressLine(folderView(), 11), "1204 files");
+    EXPECT_EQ(progressLine(fileView(), 3), "");
 }
 
 TEST(ProgressLineTest, HundredPercentIsTheLastByte) {
     auto view = fileView();
     view.bytes = *view.totalBytes - 1;
-    EXPECT_EQ(" 99%", progressLine(view, 4));
+    EXPECT_EQ(progressLine(view, 4), " 99%");
     view.bytes = *view.totalBytes + 5;
-    EXPECT_EQ("100%", progressLine(view, 4));
+    EXPECT_EQ(progressLine(view, 4), "100%");
 }
 
 TEST(ProgressLineTest, ControlCharactersOfANameDoNothing) {
     auto view = folderView();
     view.name = "a\x1B[2J\rb";
-    EXPECT_EQ(std::string::npos, progressLine(view, 80).find_first_of("\x1B\r"));
+    EXPECT_EQ(progressLine(view, 80).find_first_of("\x1B\r"), std::string::npos);
 }
 
 TEST(ProgressLineTest, ClockHasHoursWhenNeeded) {
-    EXPECT_EQ("0:00", clockText(0s));
-    EXPECT_EQ("12:05", clockText(725s));
-    EXPECT_EQ("1:02:30", clockText(3750s));
+    EXPECT_EQ(clockText(0s), "0:00");
+    EXPECT_EQ(clockText(725s), "12:05");
+    EXPECT_EQ(clockText(3750s), "1:02:30");
 }
 
 }  // namespace

@@ -29,7 +29,7 @@ TEST_F(RateEstimatorTest, SteadySpeedIsExactFromTheFirstMoment) {
         after(100ms, i * 50);
         EXPECT_NEAR(500, m_rate.rate().value(), 0.001);
     }
-    EXPECT_EQ(10s, m_rate.timeLeft(300 * 50 + 5000));
+    EXPECT_EQ(m_rate.timeLeft(300 * 50 + 5000), 10s);
 }
 
 TEST_F(RateEstimatorTest, LastSecondsWeighMost) {
@@ -41,7 +41,7 @@ TEST_F(RateEstimatorTest, LastSecondsWeighMost) {
 
 TEST_F(RateEstimatorTest, StandstillGivesNoTimeLeft) {
     after(1s, 0);
-    EXPECT_EQ(0, m_rate.rate());
+    EXPECT_EQ(m_rate.rate(), 0);
     EXPECT_FALSE(m_rate.timeLeft(1));
 }
 
@@ -53,9 +53,9 @@ TEST_F(RateEstimatorTest, UpdatesThatFollowEachOtherAtOnceAreTakenTogether) {
 
 TEST_F(RateEstimatorTest, TimeLeftIsRoundedUpAndEndsAtZero) {
     after(1s, 1000);
-    EXPECT_EQ(1s, m_rate.timeLeft(1001));
-    EXPECT_EQ(0s, m_rate.timeLeft(1000));
-    EXPECT_EQ(0s, m_rate.timeLeft(1));
+    EXPECT_EQ(m_rate.timeLeft(1001), 1s);
+    EXPECT_EQ(m_rate.timeLeft(1000), 0s);
+    EXPECT_EQ(m_rate.timeLeft(1), 0s);
 }
 
 TEST_F(RateEstimatorTest, DaysAreNotForetold) {

@@ -18,8 +18,8 @@ protected:
     }
 
     void expect(const std::string& out, const std::string& err) {
-        EXPECT_EQ(out, ::testing::internal::GetCapturedStdout());
-        EXPECT_EQ(err, ::testing::internal::GetCapturedStderr());
+        EXPECT_EQ(::testing::internal::GetCapturedStdout(), out);
+        EXPECT_EQ(::testing::internal::GetCapturedStderr(), err);
     }
 
     Location m_location{StorageIRI(u"java:///\u00FC \"q\"")};
@@ -53,18 +53,18 @@ TEST_F(ReporterTest, SuccessIsAnObjectWithJson) {
 
 TEST_F(ReporterTest, FailureIsAnObjectAndALineWithJson) {
     m_json.failed(m_location, m_problem);
-    expect(
-        R"({"verb":"mkdir","location":"java:///ü \"q\"","ok":false,"error":{"code":"NotFound","message":"nothing is there"}})"
-        "\n",
-        "jstore: NotFound: java:///\xC3\xBC \"q\"\n");
+    expect(R"({"verb":"mkdir","location":"java:///ü \"q\"","ok":false,)"
+           R"("error":{"code":"NotFound","message":"nothing is there"}})"
+           "\n",
+           "jstore: NotFound: java:///\xC3\xBC \"q\"\n");
 }
 
 TEST_F(ReporterTest, ErrorAtAnotherLocationNamesIt) {
     m_json.failed(m_location, {"AlreadyExists", "java:///b", "kept", ExitCode::AlreadyExists});
-    expect(
-        R"({"verb":"mkdir","location":"java:///ü \"q\"","ok":false,"error":{"code":"AlreadyExists","message":"kept","location":"java:///b"}})"
-        "\n",
-        "jstore: AlreadyExists: java:///b: kept\n");
+    expect(R"({"verb":"mkdir","location":"java:///ü \"q\"","ok":false,)"
+           R"("error":{"code":"AlreadyExists","message":"kept","location":"java:///b"}})"
+           "\n",
+           "jstore: AlreadyExists: java:///b: kept\n");
 }
 
 TEST_F(ReporterTest, FailureOfTheCommandHasNoLocation) {
@@ -77,10 +77,10 @@ TEST_F(ReporterTest, FailureOfTheCommandHasNoLocation) {
 TEST_F(ReporterTest, DeniedHasNoErrorLine) {
     m_plain.denied(m_location, m_problem);
     m_json.denied(m_location, m_problem);
-    expect(
-        R"({"verb":"mkdir","location":"java:///ü \"q\"","ok":false,"error":{"code":"NotFound","message":"nothing is there"}})"
-        "\n",
-        "");
+    expect(R"({"verb":"mkdir","location":"java:///ü \"q\"","ok":false,)"
+           R"("error":{"code":"NotFound","message":"nothing is there"}})"
+           "\n",
+           "");
 }
 
 }  // namespace

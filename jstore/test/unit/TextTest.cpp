@@ -26,20 +26,21 @@ TEST(TextTest, OtherBytesAreNotUtf8) {
 }
 
 TEST(TextTest, SeveralLinesBecomeOne) {
-    EXPECT_EQ("java.lang.Error: one two at x", oneLine("java.lang.Error: one\n\ttwo\r\n\tat x\n"));
-    EXPECT_EQ("", oneLine("\n \t"));
-    EXPECT_EQ("a b", oneLine("  a   b  "));
+    EXPECT_EQ(oneLine("java.lang.Error: one\n\ttwo\r\n\tat x\n"), "java.lang.Error: one two at x");
+    EXPECT_EQ(oneLine("\n \t"), "");
+    EXPECT_EQ(oneLine("  a   b  "), "a b");
 }
 
-TEST(TextTest, OneLineIsUtf8) { EXPECT_EQ("a\xEF\xBF\xBD", oneLine("a\xFF")); }
+TEST(TextTest, OneLineIsUtf8) { EXPECT_EQ(oneLine("a\xFF"), "a\xEF\xBF\xBD"); }
 
 TEST(TextTest, PrintableKeepsNamesApart) {
-    EXPECT_EQ("a%0Ab", printable("a\nb"));
-    EXPECT_EQ("a%09b", printable("a\tb"));
-    EXPECT_EQ("a%1Bb%7F", printable("a\x1B"
-                                    "b\x7F"));
-    EXPECT_EQ("a  b%20", printable("a  b%20"));
-    EXPECT_EQ("\xF0\x9F\x98\x80", printable("\xF0\x9F\x98\x80"));
+    EXPECT_EQ(printable("a\nb"), "a%0Ab");
+    EXPECT_EQ(printable("a\tb"), "a%09b");
+    EXPECT_EQ(printable("a\x1B"
+                        "b\x7F"),
+              "a%1Bb%7F");
+    EXPECT_EQ(printable("a  b%20"), "a  b%20");
+    EXPECT_EQ(printable("\xF0\x9F\x98\x80"), "\xF0\x9F\x98\x80");
 }
 
 /// What a terminal may take for more than text, and how it stands in a URI.
@@ -62,32 +63,32 @@ const std::vector<std::pair<std::string, std::string>> Unsafe = {{"\x01", "%01"}
 
 TEST(TextTest, UnsafeCharactersAreEncoded) {
     for (const auto& [raw, encoded] : Unsafe) {
-        EXPECT_EQ("a" + encoded + "b", printable("a" + raw + "b"));
-        EXPECT_EQ("a" + encoded + "b", printableName("a" + raw + "b"));
-        EXPECT_EQ(std::string::npos, oneLine("a" + raw + "b").find(raw)) << encoded;
-        EXPECT_EQ(std::string::npos, printableJson("\"" + raw + "\"").find(raw)) << encoded;
+        EXPECT_EQ(printable("a" + raw + "b"), "a" + encoded + "b");
+        EXPECT_EQ(printableName("a" + raw + "b"), "a" + encoded + "b");
+        EXPECT_EQ(oneLine("a" + raw + "b").find(raw), std::string::npos) << encoded;
+        EXPECT_EQ(printableJson("\"" + raw + "\"").find(raw), std::string::npos) << encoded;
     }
 }
 
 TEST(TextTest, OrdinaryCharactersStay) {
     for (const std::string text : {"e\xCC\x81", "\xE6\x97\xA5\xE6\x9C\xAC", "\xD7\xA9\xD7\x9C", "\xD8\xB9", "\xC2\xA0",
                                    "\xE2\x80\x8D", "\xE2\x80\xA7", "\xE2\x81\xAA", "\xEE\xBF\xA9", "~ \\"}) {
-        EXPECT_EQ(text, printable(text));
-        EXPECT_EQ(text, printableName(text));
-        EXPECT_EQ(text, oneLine(text));
-        EXPECT_EQ(text, printableJson(text));
+        EXPECT_EQ(printable(text), text);
+        EXPECT_EQ(printableName(text), text);
+        EXPECT_EQ(oneLine(text), text);
+        EXPECT_EQ(printableJson(text), text);
     }
 }
 
 TEST(TextTest, NamesWithPercentSignsAreKeptApart) {
-    EXPECT_EQ("a%250Ab", printableName("a%0Ab"));
-    EXPECT_EQ("%25e9%25E9", printableName("%e9%E9"));
-    EXPECT_EQ("100% %zz %4 %", printableName("100% %zz %4 %"));
-    EXPECT_EQ("a%0Ab", printable("a%0Ab"));
+    EXPECT_EQ(printableName("a%0Ab"), "a%250Ab");
+    EXPECT_EQ(printableName("%e9%E9"), "%25e9%25E9");
+    EXPECT_EQ(printableName("100% %zz %4 %"), "100% %zz %4 %");
+    EXPECT_EQ(printable("a%0Ab"), "a%0Ab");
 }
 
 TEST(TextTest, JsonMeansTheSame) {
-    EXPECT_EQ(R"({"a":"\u009b\u202e\u007f"})", printableJson("{\"a\":\"\xC2\x9B\xE2\x80\xAE\x7F\"}"));
+    EXPECT_EQ(printableJson("{\"a\":\"\xC2\x9B\xE2\x80\xAE\x7F\"}"), R"({"a":"\u009b\u202e\u007f"})");
 }
 
 }  // namespace

@@ -21,7 +21,8 @@ public final class CountingProvider extends DelegatingProvider implements AutoCl
     }
 
     private static <T> T counted(Class<T> type, T real) {
-        return type.cast(Proxy.newProxyInstance(type.getClassLoader(), new Class<?>[] {type}, (proxy, method, values) -> {
+        Class<?>[] types = {type};
+        return type.cast(Proxy.newProxyInstance(type.getClassLoader(), types, (proxy, method, values) -> {
             count(type.equals(ProviderChannel.class) ? "channel." + method.getName() : method.getName());
             try {
                 Object result = method.invoke(real, values);

@@ -5,7 +5,7 @@ import com.corvallen.storage.provider.FolderListEntry;
 import com.corvallen.storage.provider.ProviderException;
 import com.corvallen.storage.provider.StorageURI;
 
-/** Folders in folders, {@code jstore.test.depth} deep; each can be removed when nothing is in it, and none with more. */
+/** Nested folders, {@code jstore.test.depth} deep. A folder can be removed only when it is empty. */
 public final class DeepProvider extends EmptyProvider {
     private int depth = Integer.getInteger("jstore.test.depth");
 

@@ -8,7 +8,8 @@ import com.corvallen.storage.provider.StorageURI;
 import java.nio.ByteBuffer;
 
 /**
- * A storage with the fault that {@code jstore.test.fault} names, in its n-th write where {@code jstore.test.write} is n.
+ * A storage with the fault that {@code jstore.test.fault} names, in the write whose number is
+ * {@code jstore.test.write}.
  */
 public final class FaultyProvider extends DelegatingProvider {
     private final String fault = System.getProperty("jstore.test.fault", "");

@@ -11,9 +11,9 @@ import java.io.InputStream;
 import java.nio.ByteBuffer;
 
 /**
- * Holds files of 1000 bytes called {@code source…}, and takes copies of them. After the first half of one, reading waits
- * until the other end of the named pipe {@code jstore.test.gate} is opened and closed; then it goes on, or fails if
- * {@code jstore.test.fail} is set.
+ * Holds files of 1000 bytes called {@code source…}, and takes copies of them. After the first half of one, reading
+ * waits until the other end of the named pipe {@code jstore.test.gate} is opened and closed. Then it continues, or
+ * fails if {@code jstore.test.fail} is set.
  */
 public final class HalfwayProvider extends EmptyProvider {
     private static final int SIZE = 1000;

@@ -3,7 +3,7 @@ package com.corvallen.jstore.test;
 import com.corvallen.storage.provider.StorageURI;
 import java.util.concurrent.CountDownLatch;
 
-/** Leaves a thread behind that would keep a virtual machine alive for ever. */
+/** Leaves a thread running that would keep a virtual machine alive for ever. */
 public final class LingeringProvider extends EmptyProvider {
     /** Starts the thread. */
     public LingeringProvider() {

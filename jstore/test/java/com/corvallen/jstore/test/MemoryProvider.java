@@ -14,8 +14,8 @@ import java.nio.file.attribute.BasicFileAttributes;
 import java.nio.file.attribute.FileTime;
 
 /**
- * The mount {@code memory} is a file system in memory. It begins with what the folder {@code jstore.test.memory} of this
- * machine holds, and that folder holds what it ends with.
+ * The mount {@code memory} is a file system in memory. Its first content is that of the folder
+ * {@code jstore.test.memory} of this machine, and its last content is written back there.
  */
 public final class MemoryProvider extends DelegatingProvider {
     private static final Path KEPT = Path.of(System.getProperty("jstore.test.memory"));

@@ -1,4 +1,4 @@
-#include "java/ArchiveSeal.h"
+#include "java/ArchiveChecksum.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -22,24 +22,24 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::array<char, 8> SealMark{'j', 's', 't', 'o', 'r', 'e', ' ', '1'};
+constexpr std::array<char, 8> TrailerMark{'j', 's', 't', 'o', 'r', 'e', ' ', '1'};
 
-struct Seal {
-    std::array<char, 8> mark = SealMark;
+struct Trailer {
+    std::array<char, 8> mark = TrailerMark;
     std::uint64_t size = 0;
     std::uint64_t checksum = 0;
 
-    bool operator==(const Seal&) const = default;
+    bool operator==(const Trailer&) const = default;
 };
 
 constexpr std::size_t LaneBytes = 4 * sizeof(std::uint64_t);
-constexpr std::size_t PortionBytes = 128 * 1024;
+constexpr std::size_t PortionBytes = std::size_t{128} * 1024;
 static_assert(PortionBytes % LaneBytes == 0);
 
-/// Four sums side by side, each changed for good by any bit that comes in: as fast as the bytes can be read.
+/// Four sums side by side; each bit of the input changes one of them for good. As fast as the bytes can be read.
 class Checksum {
 public:
-    /// Takes bytes; only the last portion may be of a length that the lanes do not divide.
+    /// Adds bytes. Only the last portion may have a length that is no multiple of LaneBytes.
     void add(const char* bytes, std::size_t count) {
         std::array<std::uint64_t, 4> words{};
         for (std::size_t at = 0; at < count; at += LaneBytes) {
@@ -53,7 +53,7 @@ public:
 
     [[nodiscard]] std::uint64_t value() const {
         std::uint64_t value = 0;
-        for (const auto lane : m_lanes) {
+        for (const std::uint64_t lane : m_lanes) {
             value = std::rotl(value ^ lane, 29) * Odd;
         }
         return value ^ value >> 32U;
@@ -64,11 +64,11 @@ private:
     std::array<std::uint64_t, 4> m_lanes{1, 2, 3, 4};
 };
 
-/// How many bytes could be read at the offset: fewer than asked for at the file's end, none after an error.
+/// Reads up to `count` bytes at the offset. Returns how many: fewer at the file's end or after an error.
 std::size_t readPortion(int file, std::uint64_t offset, char* bytes, std::size_t count) {
     std::size_t filled = 0;
     while (filled < count) {
-        const auto got = ::pread(file, bytes + filled, count - filled, static_cast<off_t>(offset + filled));
+        const ssize_t got = ::pread(file, bytes + filled, count - filled, static_cast<off_t>(offset + filled));
         if (got > 0) {
             filled += static_cast<std::size_t>(got);
         } else if (got == 0 || errno != EINTR) {
@@ -78,8 +78,8 @@ std::size_t readPortion(int file, std::uint64_t offset, char* bytes, std::size_t
     return filled;
 }
 
-/// The seal for the first bytes of a file; none when they cannot be read.
-std::optional<Seal> sealOf(int file, std::uint64_t size) {
+/// The trailer for the first `size` bytes of a file; none if they cannot be read.
+std::optional<Trailer> trailerOf(int file, std::uint64_t size) {
     Checksum checksum;
     std::vector<char> portion(PortionBytes);
     for (std::uint64_t at = 0; at < size; at += PortionBytes) {
@@ -89,7 +89,7 @@ std::optional<Seal> sealOf(int file, std::uint64_t size) {
         }
         checksum.add(portion.data(), count);
     }
-    return Seal{SealMark, size, checksum.value()};
+    return Trailer{TrailerMark, size, checksum.value()};
 }
 
 /// The size of a regular file; none for anything else.
@@ -103,17 +103,17 @@ std::optional<std::uint64_t> sizeOfRegular(int file) {
 
 }  // namespace
 
-void seal(const fs::path& file) {
+void appendChecksum(const fs::path& file) {
     const Descriptor descriptor(::open(file.c_str(), O_RDWR | O_CLOEXEC), file.string());
-    const auto size = sizeOfRegular(descriptor.get());
-    const auto made = size ? sealOf(descriptor.get(), *size) : std::nullopt;
-    if (!made || ::pwrite(descriptor.get(), &*made, sizeof(Seal), static_cast<off_t>(*size)) != sizeof(Seal)) {
+    const std::optional<std::uint64_t> size = sizeOfRegular(descriptor.get());
+    const std::optional<Trailer> made = size ? trailerOf(descriptor.get(), *size) : std::nullopt;
+    if (!made || ::pwrite(descriptor.get(), &*made, sizeof(Trailer), static_cast<off_t>(*size)) != sizeof(Trailer)) {
         throw std::system_error(errno, std::generic_category(), file.string());
     }
 }
 
-bool isSealed(const fs::path& file) {
-    std::error_code ignored;  // What cannot be looked at is not sealed.
+bool hasValidChecksum(const fs::path& file) {
+    std::error_code ignored;  // A file that cannot be examined has no checksum.
     if (!fs::is_regular_file(file, ignored)) {
         return false;
     }
@@ -122,13 +122,13 @@ bool isSealed(const fs::path& file) {
         return false;
     }
     const Descriptor owner(descriptor, file.string());
-    const auto size = sizeOfRegular(descriptor).value_or(0);
-    Seal found;
-    if (size < sizeof(Seal) ||
-        readPortion(descriptor, size - sizeof(Seal), reinterpret_cast<char*>(&found), sizeof(Seal)) != sizeof(Seal)) {
+    const std::uint64_t size = sizeOfRegular(descriptor).value_or(0);
+    Trailer found;
+    if (size < sizeof(Trailer) || readPortion(descriptor, size - sizeof(Trailer), reinterpret_cast<char*>(&found),
+                                              sizeof(Trailer)) != sizeof(Trailer)) {
         return false;
     }
-    return found.size == size - sizeof(Seal) && found == sealOf(descriptor, found.size);
+    return found.size == size - sizeof(Trailer) && found == trailerOf(descriptor, found.size);
 }
 
 }  // namespace jstore
