@@ -1,5 +1,5 @@
 # What every target of this project compiles with; none of it reaches a consumer.
-option(WARNINGS_AS_ERRORS "Treat compiler warnings as errors" ON)
+option(WARNINGS_AS_ERRORS "Treat warnings of the compilers for C++ and Java as errors; the presets do" OFF)
 set(SANITIZE "" CACHE STRING "Sanitizers to build with, for example address,undefined")
 option(FUZZ "Build the fuzzers and instrument what they exercise (clang)" OFF)
 option(COVERAGE "Count which lines of the foundation and the library are executed (clang)" OFF)
@@ -15,12 +15,22 @@ if(CCACHE_PROGRAM AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
       "${CCACHE_PROGRAM}")
 endif()
 
+# Ends the flags of javac.
+set(java_werror "")
+if(WARNINGS_AS_ERRORS)
+  set(java_werror -Werror)
+endif()
+
 function(project_options target)
   target_compile_options(${target} PRIVATE -Wall -Wextra -Wshadow -Wconversion)
   if(WARNINGS_AS_ERRORS)
     target_compile_options(${target} PRIVATE -Werror)
   endif()
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    if(CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+      # At -O3 it warns about impossible lengths inside std::string.
+      target_compile_options(${target} PRIVATE -Wno-stringop-overflow -Wno-restrict)
+    endif()
     # Unique symbols would pin a library in the process for ever.
     target_compile_options(${target} PRIVATE -fno-gnu-unique)
   elseif(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
@@ -36,13 +46,20 @@ function(project_options target)
   target_compile_definitions(${target} PRIVATE BOOST_LOG_DYN_LINK)
 endfunction()
 
+# Not every installation of a compiler can link what was compiled for it.
+if(CMAKE_BUILD_TYPE MATCHES "^Rel")
+  include(CheckIPOSupported)
+  check_ipo_supported(RESULT can_optimise_as_a_whole LANGUAGES CXX)
+endif()
+
 # For the shared libraries, beside project_options: an optimised one is optimised as a whole, and calls others without
 # a detour. Operations are so short that the code they are scattered over shows.
 function(short_paths target)
-  set_target_properties(${target} PROPERTIES
-    INTERPROCEDURAL_OPTIMIZATION_RELEASE ON
-    INTERPROCEDURAL_OPTIMIZATION_RELWITHDEBINFO ON
-    UNITY_BUILD OFF)  # what is measured is what any build makes
+  if(CMAKE_BUILD_TYPE MATCHES "^Rel")
+    set_target_properties(${target} PROPERTIES
+      INTERPROCEDURAL_OPTIMIZATION "${can_optimise_as_a_whole}"
+      UNITY_BUILD OFF)  # what is measured is what any build makes
+  endif()
   target_compile_options(${target} PRIVATE $<$<CONFIG:Release,RelWithDebInfo>:-fno-plt -fno-semantic-interposition>)
 endfunction()
 

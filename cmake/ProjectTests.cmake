@@ -1,11 +1,11 @@
 # project_test(NAME foo LABELS unit SOURCES … LIBRARIES … [COST seconds]): one GoogleTest program, one CTest entry.
 # The whole program is one entry so that a virtual machine starts once for all of its tests. The longest have a COST and
-# start first, lest they run alone at the end.
+# start first, so that none runs by itself at the end.
 if(BUILD_TESTING)
   find_package(GTest REQUIRED)
   # The headers of all tests, precompiled once.
-  file(CONFIGURE OUTPUT "${CMAKE_BINARY_DIR}/test_headers.cpp" CONTENT "")
-  add_library(test_headers OBJECT "${CMAKE_BINARY_DIR}/test_headers.cpp")
+  file(CONFIGURE OUTPUT "${PROJECT_BINARY_DIR}/test_headers.cpp" CONTENT "")
+  add_library(test_headers OBJECT "${PROJECT_BINARY_DIR}/test_headers.cpp")
   project_options(test_headers)
   target_link_libraries(test_headers PRIVATE GTest::gmock)
   target_precompile_headers(test_headers PRIVATE

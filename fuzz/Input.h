@@ -15,12 +15,12 @@ using Bytes = std::string_view;
     return {reinterpret_cast<const char*>(data), size};
 }
 
-/// The lines, at most `most` of them: the last one holds all the rest. A final newline, as editors leave it, begins no
+/// The lines, at most `most` of them: the last one holds all the rest. A final newline, as editors write it, starts no
 /// line.
 [[nodiscard]] std::vector<Bytes> linesOf(Bytes input, std::size_t most);
 
-/// UTF-16 text out of UTF-8. A byte FF makes the two after it a unit as it stands (high byte first), so that surrogates
-/// come alone too.
+/// UTF-16 text out of UTF-8. The two bytes after a byte FF are one unit as it stands (high byte first), so that single
+/// surrogates occur as well.
 [[nodiscard]] std::u16string utf16Of(Bytes input);
 
 /// Whether all surrogates stand in pairs.

@@ -22,7 +22,7 @@ std::vector<std::filesystem::path> filesIn(const std::filesystem::path& folder) 
 }
 
 void replay(const std::filesystem::path& file) {
-    // Told before, since a broken property ends the process.
+    // Printed before, since a broken property ends the process.
     (void)std::fprintf(stderr, "%s\n", file.c_str());
     std::ifstream in(file, std::ios::binary);
     in.exceptions(std::ios::badbit);

@@ -36,7 +36,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const bool expected = fits(fuzz::codePointsOf(pattern), fuzz::codePointsOf(name));
     fuzz::require(Wildcards(pattern).matches(name) == expected, "the match is what the definition says",
                   fuzz::utf8Of(pattern) + " on " + fuzz::utf8Of(name) + (expected ? ": fits" : ": does not fit"));
-    fuzz::require(Wildcards(pattern + u"*").matches(pattern), "a pattern with a star behind it fits its own text",
+    fuzz::require(Wildcards(pattern + u"*").matches(pattern), "a pattern with a star after it fits its own text",
                   fuzz::utf8Of(pattern));
     return 0;
 }

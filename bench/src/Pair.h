@@ -42,7 +42,7 @@ struct Pair {
     std::int64_t units;  ///< how many entries, attributes or events one call handles; the figures are per unit
     Operation floor;
     Operation bridge;
-    std::optional<Operation> bare{};  ///< the floor with everything at hand
+    std::optional<Operation> bare{};  ///< the floor that keeps everything it needs
 };
 
 }  // namespace bench

@@ -20,7 +20,7 @@ namespace bench {
 /// The bare existence test beside itself with one thing more of those that the floor and the library do; then with all
 /// that the floor does, and beside the library.
 [[nodiscard]] std::vector<Pair> piecePairs(Sides& sides);
-/// A listing. The back end is told to list that many entries, until the next pair of this kind is made.
+/// A listing of that many entries. The back end lists as many until the next pair of this kind is made.
 [[nodiscard]] Pair listingPair(Sides& sides, int entryCount);
 
 }  // namespace bench

@@ -16,11 +16,11 @@ enum class Unit { Nanoseconds, Bytes, Instructions };
 /// One measured comparison.
 struct Row {
     std::string name;
-    std::string group;               ///< rows of a group stand together in the table and in a chart
-    Unit unit = Unit::Nanoseconds;   ///< of `floor` and `bridge`
-    double floor = 0;                ///< what it is compared with: the hand-written floor unless the group says else
-    double bridge = 0;               ///< what the library or the program takes
-    std::optional<double> bare{};    ///< the floor with everything at hand, where there is one
+    std::string group;              ///< rows of a group stand together in the table and in a chart
+    Unit unit = Unit::Nanoseconds;  ///< of `floor` and `bridge`
+    double floor = 0;              ///< what it is compared with: the hand-written floor unless columnsOf(group) differs
+    double bridge = 0;             ///< what the library or the program takes
+    std::optional<double> bare{};  ///< the floor that keeps everything it needs, where there is one
     std::optional<double> target{};  ///< the ratio must not be above it; nothing where there is only a figure
     double ratioLow = 0;             ///< quartiles of the ratios of the single rounds
     double ratioHigh = 0;

@@ -22,7 +22,7 @@ struct Floors {
 };
 
 /// The sides of every comparison: the library through its provider interface, the floors that look up what has to be
-/// looked up on each call, and those that have it at hand. Used on the thread that made it.
+/// looked up on each call, and those that keep it. Used on the thread that made it.
 struct Sides {
     explicit Sides(const Machine& machine);
 

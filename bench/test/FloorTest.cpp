@@ -43,7 +43,7 @@ void expectSameCalls(const Pair& pair) {
     EXPECT_THAT(floor, Not(IsEmpty()));
     EXPECT_THAT(floor, ElementsAreArray(callsOf(pair.bridge)));
     if (pair.bare) {
-        // Who has the environment at hand needs no frame.
+        // A floor that keeps the environment needs no frame.
         EXPECT_THAT(callsOf(*pair.bare), ElementsAreArray(callsOf(pair.bridge, /*localFrames=*/false)));
     }
 }

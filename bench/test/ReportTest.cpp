@@ -139,7 +139,8 @@ TEST(ReportTextTest, JsonHoldsTheFiguresOfEachName) {
 TEST(ReportTextTest, HeadlineTellsTwoRatios) {
     const std::vector<Row> rows = {row("fileExists", 400, 440, 1.15), row("listAll/100000", 100, 99, 1.05)};
     EXPECT_EQ(formatHeadline(rows),
-              "An existence test costs **1.10** of its floor, an entry in a listing of 100,000 **0.99**.\n");
+              "An existence test takes **1.10** times as long as its floor, an entry in a listing of 100,000 **0.99** "
+              "times.\n");
     EXPECT_THROW(static_cast<void>(formatHeadline({rows[0]})), std::runtime_error);
 }
 
@@ -149,6 +150,16 @@ TEST(ReportTextTest, TablesShowTheBareFloorWhereThereIsOne) {
     exists.bare = 350;
     EXPECT_THAT(formatMarkdown({exists}), HasSubstr("| `fileExists` | 350 ns | 400 ns | 440 ns |"));
     EXPECT_THAT(formatTable({exists}), HasSubstr("350 ns"));
+}
+
+TEST(ReportTextTest, GroupsWithoutAFloorSayWhatTheyCompare) {
+    EXPECT_THAT(formatMarkdown({row("fileExists", 400, 440, 1.15)}),
+                HasSubstr("| operations | bare | floor | bridge |"));
+    Row copy = row("jstore cp", 500, 600, {});
+    copy.group = "copies";
+    EXPECT_THAT(formatMarkdown({copy}), AllOf(HasSubstr("\n| copies | cp | jstore | ratio |"),
+                                              HasSubstr("\n|---|---:|---:|---:|---:|---:|---|\n"),
+                                              HasSubstr("\n| `jstore cp` | 500 ns | 600 ns | 1.20 |")));
 }
 
 TEST(ReportTextTest, TableTellsWhetherTheTargetIsMet) {

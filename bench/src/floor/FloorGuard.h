@@ -6,7 +6,7 @@ namespace bench {
 
 /// The environment of one operation. Looked up per call, it is got the way every operation has to get it: the handle is
 /// shared while it is asked, twice, for the machine; the machine is asked for the calling thread's environment; a local
-/// frame releases what the operation leaves behind. Kept, it is at hand, and there is no frame.
+/// frame releases what the operation leaves. Kept, the environment is stored, and there is no frame.
 class FloorGuard {
 public:
     explicit FloorGuard(const FloorJava& java)
@@ -23,7 +23,7 @@ public:
 
     [[nodiscard]] JNIEnv* operator->() const noexcept { return m_env; }
 
-    /// The machine behind the handle.
+    /// The machine that the handle leads to.
     [[nodiscard]] static JavaVM* lookUp(std::shared_ptr<jvm_interface::JVM> jvm) {
         return jvm->getJavaVM() == nullptr ? nullptr : jvm->getJavaVM();
     }

@@ -12,10 +12,10 @@ namespace bench {
 /// How a floor finds what it needs on each call.
 enum class Lookups {
     PerCall,  ///< searches for it, as the library's rules want: the environment, names as strings, an ordered map
-    Kept,     ///< has it at hand, as a program for one thread and one back end could
+    Kept,     ///< keeps it, as a program for one thread and one back end could
 };
 
-/// Method IDs under their names: searched for in an ordered map of strings, or at hand.
+/// Method IDs under their names: searched for in an ordered map of strings, or kept.
 template <std::size_t Count>
 class FloorMethods {
 public:

@@ -15,7 +15,7 @@
 namespace bench {
 
 /// The operations of a provider as a careful engineer would write them for this one back end: the same JNI calls in the
-/// same order as the library has to make, the same results, and nothing else but the lookups it is told to make.
+/// same order as the library has to make, the same results, and only the lookups that were asked for.
 ///
 /// Locations come as the text that Java gets. Used on the thread that made it.
 class FloorProvider {
@@ -61,7 +61,7 @@ public:
     [[nodiscard]] std::pair<std::uint64_t, std::uint64_t> getProviderStorageInfo(std::u16string_view location) const;
     [[nodiscard]] std::vector<Entry> listAll(std::u16string_view location) const;
 
-    /// The existence test alone, without a guard and with a method at hand.
+    /// Only the existence test, without a guard and with a kept method.
     [[nodiscard]] bool exists(jmethodID method, std::u16string_view location) const;
 
 private:

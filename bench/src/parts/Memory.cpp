@@ -21,7 +21,7 @@ double statusBytes(const std::string& key) {
             return std::stod(line.substr(key.size() + 1)) * 1024;
         }
     }
-    throw std::runtime_error("/proc/self/status tells no " + key);
+    throw std::runtime_error("/proc/self/status has no " + key);
 }
 
 /// From now on the peak counts anew.

@@ -19,7 +19,7 @@ using Clock = std::chrono::steady_clock;
 /// Makes what a thread calls over and over, on that thread.
 using MakeCall = std::function<std::function<void()>()>;
 
-/// Calls until told to stop; how many calls that were.
+/// Calls until it is stopped; returns the number of calls.
 std::int64_t callUntil(const std::atomic<bool>& stop, const std::function<void()>& call) {
     constexpr int CallsPerLook = 64;
     std::int64_t calls = 0;

@@ -10,7 +10,7 @@ namespace bench {
 
 /// With its unit and three digits or so: "417 ns", "29.9 µs", "1.2 s", "74 MiB"; instructions as a plain number.
 [[nodiscard]] std::string formatFigure(double value, Unit unit);
-/// The figure of the floor with everything at hand, or a dash where there is none.
+/// The figure of the floor that keeps everything it needs, or a dash where there is none.
 [[nodiscard]] std::string formatBare(const Row& row);
 /// "1.15".
 [[nodiscard]] std::string formatRatio(double ratio);

@@ -12,6 +12,7 @@
 #include <stdexcept>
 
 #include "report/Chart.h"
+#include "report/Columns.h"
 #include "report/Figures.h"
 
 namespace bench {
@@ -84,6 +85,14 @@ std::string padded(const std::string& text, std::size_t width, bool right) {
     return right ? blanks + text : text + blanks;
 }
 
+std::string markdownHeading(const Columns& columns) {
+    return fmt::format(
+        "\n| {} | {}{} | {} | ratio | middle half | target | |\n"
+        "|---|{}---:|---:|---:|---:|---:|---|\n",
+        columns.group, columns.hasBare ? "bare | " : "", columns.reference, columns.measured,
+        columns.hasBare ? "---:|" : "");
+}
+
 }  // namespace
 
 bool isComplete(const fs::path& parts) {
@@ -114,7 +123,7 @@ std::string formatTable(const std::vector<Row>& rows) {
         }
         table += cells[6] + "\n";
     };
-    addLine({"name", "bare", "floor", "bridge", "ratio", "target", "verdict"});
+    addLine({"name", "bare", "reference", "measured", "ratio", "target", "verdict"});
     for (const Row& row : rows) {
         addLine({row.name, formatBare(row), formatFigure(row.floor, row.unit), formatFigure(row.bridge, row.unit),
                  formatRatio(row.ratio()), formatTarget(row), verdict(row)});
@@ -128,13 +137,11 @@ std::string formatMarkdown(const std::vector<Row>& rows) {
     for (const Row& row : rows) {
         if (row.group != group) {
             group = row.group;
-            text += fmt::format(
-                "\n| {} | bare | floor | bridge | ratio | middle half | target | |\n"
-                "|---|---:|---:|---:|---:|---:|---:|---|\n",
-                group);
+            text += markdownHeading(columnsOf(group));
         }
+        const std::string bare = columnsOf(group).hasBare ? formatBare(row) + " | " : "";
         text +=
-            fmt::format("| `{}` | {} | {} | {} | {} | {}–{} | {} | {} |\n", row.name, formatBare(row),
+            fmt::format("| `{}` | {}{} | {} | {} | {}–{} | {} | {} |\n", row.name, bare,
                         formatFigure(row.floor, row.unit), formatFigure(row.bridge, row.unit), formatRatio(row.ratio()),
                         formatRatio(row.ratioLow), formatRatio(row.ratioHigh), formatTarget(row), verdict(row));
     }
@@ -149,8 +156,9 @@ std::string formatHeadline(const std::vector<Row>& rows) {
         }
         return formatRatio(row->ratio());
     };
-    return fmt::format("An existence test costs **{}** of its floor, an entry in a listing of 100,000 **{}**.\n",
-                       ratioOf("fileExists"), ratioOf("listAll/100000"));
+    return fmt::format(
+        "An existence test takes **{}** times as long as its floor, an entry in a listing of 100,000 **{}** times.\n",
+        ratioOf("fileExists"), ratioOf("listAll/100000"));
 }
 
 std::string formatJson(const std::vector<Row>& rows) {

@@ -18,15 +18,15 @@ namespace bench {
 /// The rows as a table for a terminal.
 [[nodiscard]] std::string formatTable(const std::vector<Row>& rows);
 
-/// The rows as Markdown tables, one for each group.
+/// The rows as Markdown tables, one for each group, headed by what the group compares.
 [[nodiscard]] std::string formatMarkdown(const std::vector<Row>& rows);
 
 /// One sentence with the two figures that the README shows. Throws std::runtime_error when one was not measured.
 [[nodiscard]] std::string formatHeadline(const std::vector<Row>& rows);
 
 /// `{"name": {"floor_ns": …, "bridge_ns": …, "ratio": …, "target": …}}`; the target is null where there is none,
-/// figures in other units end in `_bytes` or `_instructions`, and `bare_ns` stands where the floor was measured with
-/// everything at hand.
+/// figures in other units end in `_bytes` or `_instructions`, and `bare_ns` stands where the floor was also
+/// measured with everything it needs kept.
 [[nodiscard]] std::string formatJson(const std::vector<Row>& rows);
 
 /// Draws the charts into the folder; a chart without rows is left as it is.

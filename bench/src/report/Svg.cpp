@@ -12,7 +12,8 @@ namespace {
 constexpr const char* Style = R"(<style>
 text { font-family: system-ui, sans-serif; }
 .paper { fill: #ffffff; } .ink { fill: #1f2328; stroke: none; } .muted { fill: #59636e; } .grid { stroke: #d1d9e0; }
-.floor { fill: #8c959f; } .above { fill: #0969da; } .missed { fill: #cf222e; } .target { stroke: #1a7f37; stroke-width: 2; }
+.floor { fill: #8c959f; } .above { fill: #0969da; } .missed { fill: #cf222e; } )"
+                              R"(.target { stroke: #1a7f37; stroke-width: 2; }
 @media (prefers-color-scheme: dark) {
 .paper { fill: #0d1117; } .ink { fill: #f0f6fc; } .muted { fill: #9198a1; } .grid { stroke: #3d444d; }
 .floor { fill: #656c76; } .above { fill: #4493f8; } .missed { fill: #f85149; } .target { stroke: #3fb950; }
